@@ -1,0 +1,111 @@
+#include "vxcubic_p.h"
+#include "vxline.h"
+#include "vxnumeric_p.h"
+
+#include <algorithm>
+
+using vxTolerance::closeDistance;
+using vxTolerance::timeMargin;
+using vxTolerance::timeUpper;
+
+namespace {
+
+void extend(double value, double pad, double &min, double &max)
+{
+    if (value - pad < min)
+        min = value - pad;
+    if (value + pad > max)
+        max = value + pad;
+}
+
+bool isWithin(double q, double min, double max)
+{
+    return q >= min && q <= max;
+}
+
+} // namespace
+
+bool vx::isStraight(const Cubic &c)
+{
+    return isStraight(vxLine(c.p0(), c.p3()), c.p1().subtract(c.p0()), c.p2().subtract(c.p3()));
+}
+
+bool vx::isStraight(const vxLine &line, const vxPoint &h1, const vxPoint &h2)
+{
+    if (h1.isZero() && h2.isZero())
+        return true;
+    const vxPoint v = line.getVector();
+    if (v.isZero())
+        return false;
+    const vxPoint start = line.getPoint();
+    if (!(line.getDistance(start.add(h1)) < closeDistance &&
+          line.getDistance(start.add(v).add(h2)) < closeDistance))
+        return false;
+    const double square = v.dot(v);
+    const double s1 = v.dot(h1) / square;
+    const double s2 = v.dot(h2) / square;
+    return s1 >= 0 && s1 <= 1 && s2 >= -1 && s2 <= 0;
+}
+
+bool vx::isLinear(const Cubic &c)
+{
+    return isLinear(vxLine(c.p0(), c.p3()), c.p1().subtract(c.p0()), c.p2().subtract(c.p3()));
+}
+
+bool vx::isLinear(const vxLine &line, const vxPoint &h1, const vxPoint &h2)
+{
+    const vxPoint third = line.getVector().divide(3);
+    return h1.subtract(third).isZero() && h2.negate().subtract(third).isZero();
+}
+
+bool vx::hasHandles(const Cubic &c)
+{
+    return !(c.p1().subtract(c.p0()).isZero() && c.p2().subtract(c.p3()).isZero());
+}
+
+bool vx::isFlatEnough(const Cubic &c, double flatness)
+{
+    // Bound of the distance between a cubic and its chord run at even speed, after K. Fischer, "Piecewise
+    // Linear Approximation of Bezier Curves" (2000).
+    const double *v = c.v;
+    const double ux = 3 * v[2] - 2 * v[0] - v[6];
+    const double uy = 3 * v[3] - 2 * v[1] - v[7];
+    const double wx = 3 * v[4] - 2 * v[6] - v[0];
+    const double wy = 3 * v[5] - 2 * v[7] - v[1];
+    return std::max(ux * ux, wx * wx) + std::max(uy * uy, wy * wy) <= 16 * flatness * flatness;
+}
+
+void vx::addBounds(double q0, double q1, double q2, double q3, double padding, double &min, double &max)
+{
+    const double pad = padding / 2;
+    const double lower = min - pad;
+    const double upper = max + pad;
+    // The curve stays within its control points: nothing can stick out.
+    if (isWithin(q0, lower, upper) && isWithin(q1, lower, upper) && isWithin(q2, lower, upper) &&
+        isWithin(q3, lower, upper))
+        return;
+    // Control values between the ends: the extremes are the ends.
+    if ((q0 > q1) != (q3 > q1) && (q0 > q2) != (q3 > q2)) {
+        extend(q0, pad, min, max);
+        extend(q3, pad, min, max);
+        return;
+    }
+    extend(q3, 0, min, max);
+    double roots[2];
+    const int count = solveQuadratic(3 * (q1 - q2) - q0 + q3, 2 * (q0 + q2) - 4 * q1, q1 - q0, roots, 0, 0);
+    for (int i = 0; i < count; ++i) {
+        const double t = roots[i];
+        const double u = 1 - t;
+        if (t > timeMargin && t < timeUpper)
+            extend(u * u * u * q0 + 3 * u * u * t * q1 + 3 * u * t * t * q2 + t * t * t * q3, pad, min, max);
+    }
+}
+
+vx::Box vx::bounds(const Cubic &c)
+{
+    const double *v = c.v;
+    Box box{ v[0], v[1], v[0], v[1] };
+    addBounds(v[0], v[2], v[4], v[6], 0, box.minX, box.maxX);
+    addBounds(v[1], v[3], v[5], v[7], 0, box.minY, box.maxY);
+    return box;
+}

@@ -1,0 +1,224 @@
+#include "vxnumeric.h"
+#include "vxnumeric_p.h"
+
+#include <algorithm>
+
+using vxTolerance::machineEpsilon;
+using vxTolerance::machineZero;
+
+namespace {
+
+/** The roots that a caller wants, and where they go. */
+struct RootSink {
+    double *roots;
+    double min;
+    double max;
+    int count = 0;
+
+    void offer(double root)
+    {
+        if (!std::isfinite(root))
+            return;
+        if (min != 0 || max != 0) {
+            if (!(root > min - machineZero && root < max + machineZero))
+                return;
+            root = vxNumeric::clamp(root, min, max);
+        }
+        roots[count++] = root;
+    }
+};
+
+/** The power of two nearest to m, or 0 while m is between 1e-8 and 1e8 and scaling would gain nothing. */
+int excessExponent(double m)
+{
+    if (m == 0 || (m >= 1e-8 && m <= 1e8))
+        return 0;
+    return static_cast<int>(std::floor(vxNumeric::log2(m) + 0.5)); // m is finite: within -1074 and 1024
+}
+
+/** Value v as a sum of two halves of 26 bits each, so that products of halves are exact (T. J. Dekker, 1971).
+ */
+struct Split {
+    double high;
+    double low;
+
+    explicit Split(double v)
+    {
+        const double scaled = v * 134217729; // 2^27 + 1
+        high = scaled - (scaled - v);
+        low = v - high;
+    }
+};
+
+/** Horner's scheme of a cubic at x: value, slope, and the coefficients that are left when x is divided out.
+ */
+struct Horner {
+    double b1;
+    double c1;
+    double slope;
+    double value;
+
+    Horner(double a, double b, double c, double d, double x)
+    {
+        const double ax = a * x;
+        b1 = ax + b;
+        c1 = b1 * x + c;
+        slope = (ax + b1) * x + c1;
+        value = c1 * x + d;
+    }
+};
+
+/** A real root x of a cubic and its quotient a x^2 + b1 x + c1. */
+struct Deflation {
+    double x;
+    double b1;
+    double c1;
+};
+
+/**
+ * One real root by the Halley-type iteration of W. Kahan, "To Solve a Real Cubic Equation" (1986); see also
+ * J. Blinn, "How to Solve a Cubic Equation" (2006).
+ *
+ * The search begins at the inflection point, looks which side holds a single root, and jumps past that root:
+ * the step is 1.3247... (the real root of r^3 = r + 1) times a bound of the distance. From there the cubic is
+ * convex towards the root, so that steps of value / slope come in from one side and never overshoot; the
+ * divisor just above 1 keeps rounding from breaking that. The search is over when the iterate no longer moves
+ * inwards. Halley's own second-order correction would save a step or two, but it oversteps a root near the
+ * inflection, and the test would then end early. A double root lies on the far side of the inflection and is
+ * left to the quadratic, whose discriminant is exact there.
+ */
+Deflation divideOutRoot(double a, double b, double c, double d)
+{
+    double x = -(b / a) / 3;
+    Horner h(a, b, c, d, x);
+    const double t = h.value / a;
+    const double side = t < 0 ? -1 : 1;
+    double step = std::cbrt(std::fabs(t));
+    const double u = -h.slope / a;
+    if (u > 0)
+        step = 1.324717957244746 * std::max(step, std::sqrt(u));
+    double next = x - side * step;
+    if (next != x) {
+        int round = 0;
+        do {
+            x = next;
+            h = Horner(a, b, c, d, x);
+            next = h.slope == 0 ? x : x - h.value / h.slope / 1.0000000000000002;
+        } while (side * next > side * x && ++round < 100);
+        // For a large root the quotient is more accurate from its constant term upwards.
+        if (std::fabs(a) * x * x > std::fabs(d / x)) {
+            h.c1 = -d / x;
+            h.b1 = (h.c1 - c) / x;
+        }
+    }
+    return { x, h.b1, h.c1 };
+}
+
+/** Copies count roots to the edge's vector: over what is there, then appended. */
+int store(const double *roots, int count, QVector<double> &out)
+{
+    for (int k = 0; k < count; ++k) {
+        if (k < out.size())
+            out[k] = roots[k];
+        else
+            out.append(roots[k]);
+    }
+    return count;
+}
+
+} // namespace
+
+int vx::solveQuadratic(double a, double b, double c, double roots[2], double min, double max)
+{
+    if (!std::isfinite(a) || !std::isfinite(b) || !std::isfinite(c))
+        return 0;
+    RootSink sink{ roots, min, max };
+    if (std::fabs(a) < machineZero) {
+        if (std::fabs(b) < machineZero)
+            return std::fabs(c) < machineZero ? -1 : 0;
+        sink.offer(-c / b);
+        return sink.count;
+    }
+    double B = -0.5 * b;
+    double D = vxNumeric::getDiscriminant(a, B, c);
+    // Too small to be told from 0 at this scale; or coefficients so large that their products overflowed.
+    if ((D != 0 && std::fabs(D) < machineEpsilon) || !std::isfinite(D)) {
+        if (const int k = excessExponent(std::max({ std::fabs(a), std::fabs(B), std::fabs(c) }))) {
+            a = std::ldexp(a, -k);
+            B = std::ldexp(B, -k);
+            c = std::ldexp(c, -k);
+            D = vxNumeric::getDiscriminant(a, B, c);
+        }
+    }
+    if (!(D >= -machineEpsilon))
+        return 0;
+    // The root of larger magnitude first, without cancellation; the other from the product of the roots.
+    const double Q = D < 0 ? 0 : std::sqrt(D);
+    const double R = B >= 0 ? B + Q : B - Q;
+    const double x1 = R == 0 ? c / a : R / a;
+    const double x2 = R == 0 ? -(c / a) : c / R;
+    sink.offer(x1);
+    if (x2 != x1)
+        sink.offer(x2);
+    return sink.count;
+}
+
+int vx::solveCubic(double a, double b, double c, double d, double roots[3], double min, double max)
+{
+    const double scale = std::max({ std::fabs(a), std::fabs(b), std::fabs(c), std::fabs(d) });
+    if (!std::isfinite(a) || !std::isfinite(b) || !std::isfinite(c) || !std::isfinite(d))
+        return 0;
+    if (const int k = excessExponent(scale)) {
+        a = std::ldexp(a, -k);
+        b = std::ldexp(b, -k);
+        c = std::ldexp(c, -k);
+        d = std::ldexp(d, -k);
+    }
+    if (std::fabs(a) < machineZero)
+        return solveQuadratic(b, c, d, roots, min, max);
+    const Deflation rest = std::fabs(d) < machineZero ? Deflation{ 0, b, c } : divideOutRoot(a, b, c, d);
+    RootSink sink{ roots, min, max, solveQuadratic(a, rest.b1, rest.c1, roots, min, max) };
+    if (std::find(roots, roots + sink.count, rest.x) == roots + sink.count)
+        sink.offer(rest.x);
+    return sink.count;
+}
+
+double vxNumeric::log2(double x)
+{
+    return std::log(x) / 0.6931471805599453;
+}
+
+double vxNumeric::clamp(double value, double min, double max)
+{
+    return min > value ? min : max < value ? max : value;
+}
+
+double vxNumeric::getDiscriminant(double a, double b, double c)
+{
+    // After W. Kahan, "On the Cost of Floating-Point Computation Without Extra-Precise Arithmetic" (2004):
+    // the plain difference is good to a few units in the last place unless the products cancel; then their
+    // rounding errors, known exactly from the split factors, are added back.
+    const double bb = b * b;
+    const double ac = a * c;
+    const double D = bb - ac;
+    if (bb + ac <= 3 * std::fabs(D))
+        return D;
+    const Split as(a);
+    const Split bs(b);
+    const Split cs(c);
+    return D + ((bs.high * bs.high - bb + 2 * bs.high * bs.low + bs.low * bs.low) -
+                (as.high * cs.high - ac + as.high * cs.low + cs.high * as.low + as.low * cs.low));
+}
+
+int vxNumeric::solveQuadratic(double a, double b, double c, QVector<double> &roots, double min, double max)
+{
+    double found[2];
+    return store(found, vx::solveQuadratic(a, b, c, found, min, max), roots);
+}
+
+int vxNumeric::solveCubic(double a, double b, double c, double d, QVector<double> &roots, double min,
+                          double max)
+{
+    double found[3];
+    return store(found, vx::solveCubic(a, b, c, d, found, min, max), roots);
+}

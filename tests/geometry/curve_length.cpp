@@ -1,0 +1,80 @@
+#include "vxcubic_p.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace {
+
+const vx::Cubic arch{ { 0, 0, 10, 40, 70, 50, 100, 0 } };
+
+double polygonLength(const vx::Cubic &c, double a, double b)
+{
+    double sum = 0;
+    const int n = 20000;
+    const auto at = [&](int i) { return vx::pointAt(c, std::min(a + (b - a) * i / n, 1.0)); };
+    for (int i = 0; i < n; ++i)
+        sum += at(i).getDistance(at(i + 1));
+    return sum;
+}
+
+TEST(CurveLength, matches_a_fine_polygon)
+{
+    EXPECT_NEAR(vx::length(arch), polygonLength(arch, 0, 1), 1e-5);
+    // The quarter of a parabola y = x^2 / 4 raised to a cubic has a closed form.
+    const vx::Cubic parabola{ { 0, 0, 2.0 / 3, 0, 4.0 / 3, 1.0 / 3, 2, 1 } };
+    EXPECT_NEAR(vx::length(parabola), std::sqrt(2) + std::asinh(1), 1e-12);
+}
+
+TEST(CurveLength, of_straight_curves_does_not_depend_on_speed)
+{
+    const vx::Cubic uneven{ { 0, 0, 24, 32, 27, 36, 30, 40 } };
+    EXPECT_DOUBLE_EQ(vx::length(uneven), 50);
+    const double expected = vx::pointAt(uneven, 0.3).getDistance(vx::pointAt(uneven, 0.6));
+    EXPECT_NEAR(vx::length(uneven, 0.3, 0.6), expected, 1e-12);
+    EXPECT_EQ(vx::length(uneven, 0.5, 0), 0);
+}
+
+TEST(CurveLength, order_of_quadrature)
+{
+    EXPECT_EQ(vx::quadratureOrder(0, 1), 16);
+    EXPECT_EQ(vx::quadratureOrder(0.5, 0.25), 8);
+    EXPECT_EQ(vx::quadratureOrder(0, std::nan("")), 2);
+}
+
+TEST(TimeAtLength, is_the_inverse_of_length)
+{
+    const vx::Cubic cusp{ { 0, 0, 100, 100, 0, 100, 100, 0 } };
+    const vx::Cubic uneven{ { 0, 0, 24, 32, 27, 36, 30, 40 } };
+    for (const vx::Cubic &c : { arch, cusp, uneven }) {
+        // Quadrature across a cusp, where the speed has a corner, is good to a few thousandths only.
+        const double total = vx::length(c);
+        const double tolerance = total * (c.v[2] == 100 ? 5e-3 : 1e-6);
+        for (int i = 1; i < 20; ++i) {
+            const double t = vx::timeAtLength(c, total * i / 20, vxTolerance::noTime);
+            EXPECT_NEAR(polygonLength(c, 0, t), total * i / 20, tolerance);
+            const double back = vx::timeAtLength(c, -total * i / 20, vxTolerance::noTime);
+            EXPECT_NEAR(polygonLength(c, back, 1), total * i / 20, tolerance);
+        }
+    }
+    const double t = vx::timeAtLength(arch, 20, 0.25);
+    EXPECT_NEAR(polygonLength(arch, 0.25, t), 20, 1e-5);
+}
+
+TEST(TimeAtLength, ends_and_out_of_range)
+{
+    const double none = vxTolerance::noTime;
+    const double total = vx::length(arch);
+    EXPECT_EQ(vx::timeAtLength(arch, total, none), 1);
+    EXPECT_EQ(vx::timeAtLength(arch, -total, none), 0);
+    EXPECT_EQ(vx::timeAtLength(arch, total + 1e-9, none), none);
+    const double nearEnd = vx::timeAtLength(arch, total - 1e-11, none);
+    EXPECT_TRUE(nearEnd > 0.999999 && nearEnd <= 1);
+    for (double bad : { std::nan(""), HUGE_VAL, -HUGE_VAL })
+        EXPECT_EQ(vx::timeAtLength(arch, bad, none), none) << bad;
+    EXPECT_EQ(vx::timeAtLength(arch, 1, std::nan("")), none);
+    EXPECT_EQ(vx::timeAtLength(arch, 1, 2), none);
+    EXPECT_EQ(vx::timeAtLength(vx::Cubic::fromLine({ 1, 1 }, { 1, 1 }), 1, none), none);
+}
+
+} // namespace
