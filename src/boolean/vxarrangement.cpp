@@ -1,0 +1,157 @@
+#include "vxarrangement_p.h"
+
+#include "vxtolerance.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace vx {
+
+namespace {
+
+/** Longer side of the working frame: coordinates measure up to about this. */
+constexpr double frameSize = 1024;
+
+/**
+ * Snapping distances in the order in which they are tried, in units of the frame. Too small and ends that
+ * belong together stay apart; too large and small features vanish. None is right for every drawing, but an
+ * odd node tells.
+ */
+constexpr double snappingDistances[] = { 5e-5, 1e-5, 2e-6, 2e-4, 1e-3 };
+
+} // namespace
+
+Frame Frame::around(const Box &box)
+{
+    Frame frame;
+    const double size = std::max(box.maxX - box.minX, box.maxY - box.minY);
+    if (!(size > 0) || !std::isfinite(size))
+        return frame;
+    const int exponent = std::clamp(int(std::floor(std::log2(frameSize / size))), -1000, 1000);
+    frame.scale = std::ldexp(1.0, exponent);
+    // An origin on a coarse grid: subtracting it costs no bits of a drawing far off.
+    const double grid = std::ldexp(1.0, -exponent) * frameSize;
+    frame.originX = std::floor((box.minX + box.maxX) / 2 / grid) * grid;
+    frame.originY = std::floor((box.minY + box.maxY) / 2 / grid) * grid;
+    return frame;
+}
+
+Cubic Frame::toFrame(const Cubic &c) const
+{
+    Cubic result;
+    for (int i = 0; i < 8; i += 2) {
+        result.v[i] = (c.v[i] - originX) * scale;
+        result.v[i + 1] = (c.v[i + 1] - originY) * scale;
+    }
+    return result;
+}
+
+Arrangement::Arrangement(const QVector<const XPath *> &operands)
+{
+    collect(operands);
+    meet();
+}
+
+bool Arrangement::solve(SetOperation operation)
+{
+    double best = snappingDistances[0];
+    int fewestOdd = std::numeric_limits<int>::max();
+    for (bool thorough : { false, true }) {
+        if (thorough)
+            meetThoroughly(accusedCurves());
+        for (double snapping : snappingDistances) {
+            if (attempt(operation, snapping))
+                return true;
+            if (m_selection.oddNodes < fewestOdd) {
+                fewestOdd = m_selection.oddNodes;
+                best = snapping;
+            }
+        }
+        attempt(operation, best);
+    }
+    return false;
+}
+
+bool Arrangement::attempt(SetOperation operation, double snapping)
+{
+    m_snapping = snapping;
+    cut();
+    findSides();
+    select(operation);
+    return m_selection.oddNodes == 0;
+}
+
+bool Arrangement::answer(SetOperation operation, const Fill &fill) const
+{
+    switch (operation) {
+    case SetOperation::Intersect:
+        return fill.count == m_operandCount;
+    case SetOperation::Unite:
+        return fill.count > 0;
+    case SetOperation::Subtract:
+        return fill.first && fill.count == 1;
+    case SetOperation::Exclude:
+        return fill.count % 2 == 1;
+    }
+    return false;
+}
+
+void Arrangement::select(SetOperation operation)
+{
+    m_selection = Selection();
+    double area = 0;
+    double signedArea = 0;
+    double outline = 0;
+    for (size_t e = 0; e < m_edges.size(); ++e) {
+        const Edge &edge = m_edges[e];
+        const bool insideRight = answer(operation, edge.right);
+        if (insideRight == answer(operation, edge.left))
+            continue;
+        m_selection.kept.push_back({ int(e), !insideRight });
+        const double part = vx::signedArea(edge.inFrame) * (insideRight ? 1 : -1);
+        area += part;
+        const Fill &inside = insideRight ? edge.right : edge.left;
+        signedArea += operation == SetOperation::Exclude && !inside.first ? -part : part;
+        outline += vx::length(edge.inFrame);
+    }
+    m_selection.oddNodes = countOddNodes(m_selection.kept);
+    m_selection.area = area / m_frame.scale / m_frame.scale;
+    m_selection.signedArea = signedArea / m_frame.scale / m_frame.scale;
+    m_selection.length = outline / m_frame.scale;
+}
+
+namespace {
+
+/** Per node: kept stretches that leave it less those that enter it. */
+std::vector<int> balances(const std::vector<Step> &kept, const std::vector<Edge> &edges, size_t nodeCount)
+{
+    std::vector<int> balance(nodeCount, 0);
+    for (const Step &step : kept) {
+        const Edge &edge = edges[size_t(step.edge)];
+        balance[size_t(step.reversed ? edge.node1 : edge.node0)] += 1;
+        balance[size_t(step.reversed ? edge.node0 : edge.node1)] -= 1;
+    }
+    return balance;
+}
+
+} // namespace
+
+int Arrangement::countOddNodes(const std::vector<Step> &kept) const
+{
+    const std::vector<int> balance = balances(kept, m_edges, m_nodes.size());
+    return int(balance.size() - size_t(std::count(balance.begin(), balance.end(), 0)));
+}
+
+std::vector<char> Arrangement::accusedCurves() const
+{
+    const std::vector<int> balance = balances(m_selection.kept, m_edges, m_nodes.size());
+    std::vector<char> accused(m_curves.size(), 0);
+    for (const Edge &edge : m_edges) {
+        if (balance[size_t(edge.node0)] != 0 || balance[size_t(edge.node1)] != 0)
+            accused[size_t(edge.curve)] = 1;
+    }
+    return accused;
+}
+
+} // namespace vx

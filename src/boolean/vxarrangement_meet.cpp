@@ -1,0 +1,240 @@
+#include "vxarrangement_p.h"
+
+#include "vxboxtree_p.h"
+#include "vxcurve.h"
+#include "vxpath.h"
+#include "vxtolerance.h"
+#include "xpath.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+using namespace vxTolerance;
+
+namespace vx {
+
+namespace {
+
+/** In units of the frame: an end point nearer than this to a curve may come to lie on it by snapping. */
+constexpr double farthestSnapping = 1e-3;
+
+/** Curves of a contour as it is filled: an open one is closed by a line; curves without extent are left out.
+ */
+std::vector<Cubic> filledOutline(const vxPath &path, bool &closedByLine)
+{
+    std::vector<Cubic> outline;
+    const QList<vxCurve *> curves = path.getCurves();
+    for (const vxCurve *curve : curves) {
+        const Cubic c = curve->_cubic();
+        if (c.p0() != c.p3() || c.p0() != c.p1() || c.p3() != c.p2())
+            outline.push_back(c);
+    }
+    closedByLine = !path.isClosed() && !outline.empty() && outline.back().p3() != outline.front().p0();
+    if (closedByLine)
+        outline.push_back(Cubic::fromLine(outline.back().p3(), outline.front().p0()));
+    return outline;
+}
+
+bool isFinite(const std::vector<Cubic> &outline)
+{
+    return std::all_of(outline.begin(), outline.end(), [](const Cubic &c) {
+        return std::all_of(c.v, c.v + 8, [](double v) { return std::isfinite(v); });
+    });
+}
+
+void include(Box &box, const Cubic &c)
+{
+    for (int i = 0; i < 8; i += 2) {
+        box.minX = std::min(box.minX, c.v[i]);
+        box.maxX = std::max(box.maxX, c.v[i]);
+        box.minY = std::min(box.minY, c.v[i + 1]);
+        box.maxY = std::max(box.maxY, c.v[i + 1]);
+    }
+}
+
+} // namespace
+
+void Arrangement::collect(const QVector<const XPath *> &operands)
+{
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    Box box{ infinite, infinite, -infinite, -infinite };
+    m_operandCount = operands.size();
+    for (int o = 0; o < operands.size(); ++o) {
+        const XPath *operand = operands.at(o);
+        m_evenOdd.push_back(!operand || operand->evenOdd);
+        if (!operand)
+            continue;
+        for (const vxPath *child : operand->children) {
+            bool closedByLine = false;
+            const std::vector<Cubic> outline = filledOutline(*child, closedByLine);
+            if (outline.empty() || !isFinite(outline))
+                continue;
+            m_contours.push_back({ child, o, int(m_curves.size()), int(outline.size()), closedByLine });
+            for (const Cubic &c : outline) {
+                m_curves.push_back({ PreparedCurve(), c, int(m_contours.size()) - 1 });
+                include(box, c);
+            }
+        }
+    }
+    if (m_curves.empty())
+        return;
+    m_extent = std::max(box.maxX - box.minX, box.maxY - box.minY);
+    m_frame = Frame::around(box);
+    for (ArrangedCurve &curve : m_curves)
+        curve.inFrame = PreparedCurve(m_frame.toFrame(curve.original));
+}
+
+void Arrangement::meet()
+{
+    std::vector<Box> boxes;
+    boxes.reserve(m_curves.size());
+    for (const ArrangedCurve &curve : m_curves)
+        boxes.push_back(curve.inFrame.box);
+    const BoxTree tree(boxes);
+    std::vector<int> partners;
+    for (int i = 0; i < int(m_curves.size()); ++i) {
+        meetItself(i);
+        partners.clear();
+        tree.query(boxes[size_t(i)], farthestSnapping, partners);
+        std::sort(partners.begin(), partners.end());
+        for (int j : partners) {
+            if (j > i)
+                meetPair(i, j);
+            if (j != i)
+                meetEnds(i, j);
+        }
+    }
+}
+
+void Arrangement::addCut(int curve, double t, double distance)
+{
+    if (t > 0 && t < 1)
+        m_cuts.push_back({ curve, t, distance });
+}
+
+bool Arrangement::areNeighbours(int i, int j) const
+{
+    const ArrangedCurve &a = m_curves[size_t(i)];
+    if (a.contour != m_curves[size_t(j)].contour)
+        return false;
+    const int count = m_contours[size_t(a.contour)].curveCount;
+    return j == i + 1 || (count > 2 && j - i == count - 1);
+}
+
+void Arrangement::meetPair(int i, int j)
+{
+    const PreparedCurve &a = m_curves[size_t(i)].inFrame;
+    const PreparedCurve &b = m_curves[size_t(j)].inFrame;
+    if (!boxesMeet(a.box, b.box))
+        return;
+    TimePair overlap[2];
+    if (findOverlap(a, b, overlap)) {
+        for (const TimePair &pair : overlap) {
+            addCut(i, pair.t1, 0);
+            addCut(j, pair.t2, 0);
+        }
+        return;
+    }
+    if (a.straight && b.straight) {
+        if (areNeighbours(i, j))
+            return; // two lines that share an end meet nowhere else
+        const vxPoint p = linePoint(a.values, b.values);
+        if (!p.isNaN()) {
+            double d1 = farthestSnapping;
+            double d2 = farthestSnapping;
+            addCut(i, timeNear(a.values, p, d1), 0);
+            addCut(j, timeNear(b.values, p, d2), 0);
+        }
+        return;
+    }
+    if (a.straight || b.straight) {
+        const PreparedCurve &line = a.straight ? a : b;
+        const PreparedCurve &curve = a.straight ? b : a;
+        double roots[3];
+        const int count = curveLineTimes(curve.values, line.values, roots);
+        for (int k = 0; k < count; ++k) {
+            double off = farthestSnapping;
+            const double t = timeNear(line.values, pointAt(curve.values, roots[k]), off);
+            if (t == noTime || off > closeDistance)
+                continue;
+            addCut(a.straight ? i : j, t, 0);
+            addCut(a.straight ? j : i, roots[k], 0);
+        }
+        return;
+    }
+    TimePairs found;
+    clipCurves(a.values, b.values, ClipRange(), 0, found);
+    for (int k = 0; k < found.count(); ++k) {
+        addCut(i, found[k].t1, 0);
+        addCut(j, found[k].t2, 0);
+    }
+}
+
+void Arrangement::meetItself(int i)
+{
+    const PreparedCurve &c = m_curves[size_t(i)].inFrame;
+    const double split = c.straight ? noTime : loopSplitTime(c.values);
+    if (split == noTime)
+        return;
+    Cubic first;
+    Cubic second;
+    subdivide(c.values, split, first, second);
+    TimePairs found;
+    clipCurves(first, second, ClipRange(), 0, found);
+    for (int k = 0; k < found.count(); ++k) {
+        // The halves share the point where they were split, which is no crossing.
+        if (found[k].t1 > timeUpper && found[k].t2 < timeMargin)
+            continue;
+        addCut(i, found[k].t1 * split, 0);
+        addCut(i, split + found[k].t2 * (1 - split), 0);
+    }
+}
+
+/** End points of curve j that lie on curve i, or so near that snapping may bring them there. */
+void Arrangement::meetEnds(int i, int j)
+{
+    const PreparedCurve &c = m_curves[size_t(i)].inFrame;
+    const Cubic &other = m_curves[size_t(j)].inFrame.values;
+    // The start alone: every end is the start of the next curve of its contour.
+    const vxPoint p = other.p0();
+    if (p == c.values.p0() || p == c.values.p3())
+        return;
+    if (p.x < c.box.minX - farthestSnapping || p.x > c.box.maxX + farthestSnapping ||
+        p.y < c.box.minY - farthestSnapping || p.y > c.box.maxY + farthestSnapping)
+        return;
+    double distance = farthestSnapping;
+    const double t = timeNear(c.values, p, distance);
+    if (t != noTime)
+        addCut(i, t, distance);
+}
+
+void Arrangement::meetThoroughly(const std::vector<char> &accused)
+{
+    std::vector<Box> boxes;
+    for (const ArrangedCurve &curve : m_curves)
+        boxes.push_back(curve.inFrame.box);
+    const BoxTree tree(boxes);
+    std::vector<int> partners;
+    for (int i = 0; i < int(m_curves.size()); ++i) {
+        if (!accused[size_t(i)])
+            continue;
+        const PreparedCurve &a = m_curves[size_t(i)].inFrame;
+        partners.clear();
+        tree.query(boxes[size_t(i)], farthestSnapping, partners);
+        std::sort(partners.begin(), partners.end());
+        for (int j : partners) {
+            const PreparedCurve &b = m_curves[size_t(j)].inFrame;
+            if (j == i || (j < i && accused[size_t(j)]) || (a.straight && b.straight))
+                continue;
+            TimePairs found;
+            meetByHalving(a.values, b.values, found);
+            for (int k = 0; k < found.count(); ++k) {
+                addCut(i, found[k].t1, 0);
+                addCut(j, found[k].t2, 0);
+            }
+        }
+    }
+}
+
+} // namespace vx

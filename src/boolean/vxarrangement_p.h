@@ -1,0 +1,203 @@
+#pragma once
+
+#include "vxcubic_p.h"
+#include "vxintersect_p.h"
+
+#include <QVector>
+
+#include <vector>
+
+class XPath;
+class vxPath;
+
+/**
+ * The arrangement of all curves of a boolean's operands: every curve cut wherever it meets another, every
+ * stretch between cuts knowing the fill of each operand on both its sides. It knows the area of a result, and
+ * whether it can be trusted, before anything is traced.
+ *
+ *  1. meet: intersect every pair of curves that can meet, and every curve with itself
+ * (vxarrangement_meet.cpp);
+ *  2. cut: cut the curves there, join end points within the snapping distance into nodes, make stretches that
+ * run together one edge (vxarrangement_cut.cpp);
+ *  3. sides: count what a ray from the middle of every edge meets (vxarrangement_sides.cpp);
+ *  4. select: keep the edges across which an operation's answer differs, inside on the right; the result's
+ * area and whether every node is even follow from these (vxarrangement.cpp);
+ *  5. trace: walk kept edges, closing the tightest wedge of inside at each node (vxarrangement_trace.cpp).
+ *
+ * Works in a frame of its own: the operands moved and scaled by a power of two so that they measure about a
+ * thousand units, which makes tolerances relative. y points down; clockwise on screen is positive and has the
+ * inside on its right.
+ */
+namespace vx {
+
+/** Maps the operands' box to the working frame and back; the scale is a power of two. */
+struct Frame {
+    double originX = 0, originY = 0;
+    double scale = 1;
+
+    static Frame around(const Box &box);
+    vxPoint toFrame(const vxPoint &p) const
+    {
+        return vxPoint((p.x - originX) * scale, (p.y - originY) * scale);
+    }
+    vxPoint fromFrame(const vxPoint &p) const
+    {
+        return vxPoint(p.x / scale + originX, p.y / scale + originY);
+    }
+    Cubic toFrame(const Cubic &c) const;
+};
+
+/** One contour of an operand as it is filled. */
+struct ArrangedContour {
+    const vxPath *path;
+    int operand;
+    int firstCurve;
+    int curveCount;
+    /** The last curve is the closing line of an open child. */
+    bool closedByLine;
+};
+
+/** A curve of an operand. */
+struct ArrangedCurve {
+    PreparedCurve inFrame;
+    Cubic original;
+    int contour;
+};
+
+/** A place where a curve is to be cut. distance: how far the other's end point lies off it; 0 for a crossing.
+ */
+struct Cut {
+    int curve;
+    double t;
+    double distance;
+};
+
+/** A point where stretches end. */
+struct Node {
+    vxPoint inFrame;
+    vxPoint original;
+    /** Every end point that was joined into it lies exactly on it. */
+    bool exact;
+};
+
+/** Signed number of times that an edge occurs in an operand's outline, counted along the edge. */
+struct Share {
+    int operand;
+    int count;
+};
+
+/** Which operands are filled on one side of an edge: whether the first is, and how many are. */
+struct Fill {
+    bool first = false;
+    int count = 0;
+};
+
+/** A stretch of curve between two nodes that all stretches running along it share. */
+struct Edge {
+    Cubic inFrame; ///< its ends on the nodes
+    int curve;
+    double t0, t1;
+    int node0, node1;
+    int firstShare, shareCount;
+    Fill right, left;
+    bool isWhole() const { return t0 == 0 && t1 == 1; }
+};
+
+/** An edge as a result walks it. */
+struct Step {
+    int edge;
+    bool reversed;
+};
+
+/** What is known of an operation's result before it is traced. */
+struct Selection {
+    std::vector<Step> kept; ///< each with the inside on its right
+    int oddNodes = 0;
+    double area = 0;       ///< in the operands' units
+    double signedArea = 0; ///< the same, but the second operand's part of an exclusion negative
+    double length = 0;
+};
+
+enum class SetOperation { Intersect = 1, Unite = 2, Subtract = 3, Exclude = 4 };
+
+class Arrangement
+{
+public:
+    explicit Arrangement(const QVector<const XPath *> &operands);
+
+    /** Tries snapping distances until every node is even; false when none does (the best is kept then). */
+    bool solve(SetOperation operation);
+
+    const Selection &selection() const { return m_selection; }
+    /** Snapping distance of the solution in the operands' units. */
+    double snapping() const { return m_snapping / m_frame.scale; }
+    /** Longer side of the operands' common box, in their units. */
+    double extent() const { return m_extent; }
+    /** The result's contours (count 0, the caller's), outer ones clockwise, holes not, flagged so. */
+    QVector<vxPath *> trace() const;
+
+    // What drawing and tests look at.
+    const std::vector<Edge> &edges() const { return m_edges; }
+    const std::vector<Node> &nodes() const { return m_nodes; }
+    const std::vector<Share> &shares() const { return m_shares; }
+    const Frame &frame() const { return m_frame; }
+
+private:
+    // vxarrangement_meet.cpp
+    void collect(const QVector<const XPath *> &operands);
+    void meet();
+    void meetPair(int i, int j);
+    void meetItself(int i);
+    void meetEnds(int i, int j);
+    void meetThoroughly(const std::vector<char> &accused);
+    void addCut(int curve, double t, double distance);
+    bool areNeighbours(int i, int j) const;
+
+    // vxarrangement_cut.cpp
+    void cut();
+    std::vector<Edge> stretches();
+    void cutCurve(int curve, const Cut *begin, const Cut *end, std::vector<Edge> &result) const;
+    void joinEnds(std::vector<Edge> &stretches);
+    void joinStretches(const std::vector<Edge> &stretches);
+    std::vector<Share> sharesOf(const std::vector<int> &stretches, const std::vector<Edge> &all) const;
+
+    // vxarrangement_sides.cpp
+    void findSides();
+    bool isFilled(int operand, int winding) const;
+
+    // vxarrangement.cpp
+    bool attempt(SetOperation operation, double snapping);
+    bool answer(SetOperation operation, const Fill &fill) const;
+    void select(SetOperation operation);
+    int countOddNodes(const std::vector<Step> &kept) const;
+    std::vector<char> accusedCurves() const;
+
+    // vxarrangement_trace.cpp
+    friend class ContourTracer;
+    friend class ContourBuilder;
+
+    int m_operandCount = 0;
+    std::vector<char> m_evenOdd; ///< per operand
+    std::vector<ArrangedContour> m_contours;
+    std::vector<ArrangedCurve> m_curves;
+    Frame m_frame;
+    double m_extent = 0;
+
+    std::vector<Cut> m_cuts;
+    double m_snapping = 0;
+    std::vector<Node> m_nodes;
+    std::vector<Edge> m_edges;
+    std::vector<Share> m_shares;
+    Selection m_selection;
+};
+
+/** All meetings of two curves by halving both until they are flat: slower than clipping, but misses none. */
+void meetByHalving(const Cubic &c1, const Cubic &c2, TimePairs &found);
+
+/**
+ * Time of a place on the curve within distance of a point, as near as can be found, else noTime; distance
+ * becomes how far it is off.
+ */
+double timeNear(const Cubic &c, const vxPoint &point, double &distance);
+
+} // namespace vx

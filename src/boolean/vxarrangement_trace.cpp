@@ -1,0 +1,271 @@
+#include "vxarrangement_p.h"
+
+#include "vxpath.h"
+#include "vxtolerance.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace vx {
+
+/** Walks the kept edges of a solved arrangement into closed contours that touch at nodes at most. */
+class ContourTracer
+{
+public:
+    explicit ContourTracer(const Arrangement &a)
+        : m_a(a), m_leaving(a.m_nodes.size()), m_used(a.m_selection.kept.size(), 0),
+          m_position(a.m_nodes.size(), -1)
+    {
+        for (int i = 0; i < int(kept().size()); ++i)
+            m_leaving[size_t(startOf(kept()[size_t(i)]))].push_back(i);
+    }
+
+    std::vector<std::vector<Step>> trace()
+    {
+        for (int i = 0; i < int(kept().size()); ++i) {
+            if (!m_used[size_t(i)])
+                traceFrom(i);
+        }
+        return std::move(m_contours);
+    }
+
+private:
+    const std::vector<Step> &kept() const { return m_a.m_selection.kept; }
+    const Edge &edgeOf(const Step &step) const { return m_a.m_edges[size_t(step.edge)]; }
+    int startOf(const Step &step) const { return step.reversed ? edgeOf(step).node1 : edgeOf(step).node0; }
+    int endOf(const Step &step) const { return step.reversed ? edgeOf(step).node0 : edgeOf(step).node1; }
+
+    /** Goes on until the walk is back at its start; loops that close on the way are contours of their own. */
+    void traceFrom(int index)
+    {
+        std::vector<Step> walk;
+        while (index != -1) {
+            const Step &step = kept()[size_t(index)];
+            m_used[size_t(index)] = 1;
+            m_position[size_t(startOf(step))] = int(walk.size());
+            walk.push_back(step);
+            const int node = endOf(step);
+            if (m_position[size_t(node)] != -1) {
+                closeLoop(walk, m_position[size_t(node)]);
+                if (walk.empty())
+                    return;
+            }
+            index = nextAt(node, walk.back());
+        }
+        for (const Step &step : walk) // only an odd node ends a walk early
+            m_position[size_t(startOf(step))] = -1;
+    }
+
+    void closeLoop(std::vector<Step> &walk, int first)
+    {
+        m_contours.emplace_back(walk.begin() + first, walk.end());
+        for (const Step &step : m_contours.back())
+            m_position[size_t(startOf(step))] = -1;
+        walk.resize(size_t(first));
+    }
+
+    /**
+     * The unused step out of a node that closes the tightest wedge of inside, which lies right of the step
+     * that arrives: the first one met when turning from where that came from through its right side.
+     *
+     *            in          y points down: angles grow clockwise on screen, so the turn from the way back
+     *            |  . . .    through the right of the arriving step goes by falling angles.
+     *            v . inside
+     *            o----> out
+     */
+    int nextAt(int node, const Step &arriving) const
+    {
+        std::vector<int> choices;
+        for (int i : m_leaving[size_t(node)]) {
+            if (!m_used[size_t(i)])
+                choices.push_back(i);
+        }
+        if (choices.size() < 2)
+            return choices.empty() ? -1 : choices.front();
+
+        double radius = reach(arriving, true);
+        for (int i : choices)
+            radius = std::min(radius, reach(kept()[size_t(i)], false));
+        const double back = angleAt(arriving, true, radius);
+        int best = -1;
+        double leastTurn = 0;
+        for (int i : choices) {
+            double turn = back - angleAt(kept()[size_t(i)], false, radius);
+            while (turn <= 0)
+                turn += 2 * M_PI;
+            if (best == -1 || turn < leastTurn) {
+                best = i;
+                leastTurn = turn;
+            }
+        }
+        return best;
+    }
+
+    /** The step's curve as seen from the node at one of its ends. */
+    Cubic seenFrom(const Step &step, bool atEnd) const
+    {
+        return step.reversed != atEnd ? edgeOf(step).inFrame.reversed() : edgeOf(step).inFrame;
+    }
+
+    /** How far from the node directions may be compared. */
+    double reach(const Step &step, bool atEnd) const
+    {
+        const Cubic c = seenFrom(step, atEnd);
+        return pointAt(c, 0.25).getDistance(c.p0());
+    }
+
+    /** Direction in which the curve passes the circle around the node: at a distance curves that start alike
+     * part. */
+    double angleAt(const Step &step, bool atEnd, double radius) const
+    {
+        const Cubic c = seenFrom(step, atEnd);
+        double lo = 0;
+        double hi = 0.25;
+        for (int i = 0; i < 50; ++i) {
+            const double middle = (lo + hi) / 2;
+            (pointAt(c, middle).getDistance(c.p0()) < radius ? lo : hi) = middle;
+        }
+        const vxPoint d = pointAt(c, hi).subtract(c.p0());
+        return std::atan2(d.y, d.x);
+    }
+
+    const Arrangement &m_a;
+    std::vector<std::vector<int>> m_leaving;
+    std::vector<char> m_used;
+    /** Per node: place in the walk of the step that leaves it, -1 for none. */
+    std::vector<int> m_position;
+    std::vector<std::vector<Step>> m_contours;
+};
+
+/** Makes a path of a traced contour, with parts of one curve joined again and untouched contours as they
+ * were. */
+class ContourBuilder
+{
+public:
+    ContourBuilder(const Arrangement &a, const std::vector<Step> &steps) : m_a(a) { joinParts(steps); }
+
+    vxPath *build() const
+    {
+        vxPath *path = isUntouched() ? contourOf(m_parts.front()).path->clone() : assemble();
+        path->setClosed(true);
+        path->removeFlags(~0u);
+        path->addFlags(path->getArea(false, true) >= 0 ? vxPath::madeClockwise
+                                                       : vxPath::madeCounterClockwise);
+        return path;
+    }
+
+private:
+    /** Part of an operand's curve; reversed: walked from t1 to t0. */
+    struct Part {
+        int curve;
+        double t0, t1;
+        bool reversed;
+        int startNode, endNode;
+    };
+
+    const ArrangedContour &contourOf(const Part &part) const
+    {
+        return m_a.m_contours[size_t(m_a.m_curves[size_t(part.curve)].contour)];
+    }
+
+    Part partOf(const Step &step) const
+    {
+        const Edge &edge = m_a.m_edges[size_t(step.edge)];
+        return { edge.curve,
+                 edge.t0,
+                 edge.t1,
+                 step.reversed,
+                 step.reversed ? edge.node1 : edge.node0,
+                 step.reversed ? edge.node0 : edge.node1 };
+    }
+
+    static bool continues(const Part &a, const Part &b)
+    {
+        return a.curve == b.curve && a.reversed == b.reversed && (a.reversed ? a.t0 == b.t1 : a.t1 == b.t0);
+    }
+
+    static void extend(Part &a, const Part &b)
+    {
+        (a.reversed ? a.t0 : a.t1) = a.reversed ? b.t0 : b.t1;
+        a.endNode = b.endNode;
+    }
+
+    void joinParts(const std::vector<Step> &steps)
+    {
+        for (const Step &step : steps) {
+            const Part part = partOf(step);
+            if (!m_parts.empty() && continues(m_parts.back(), part))
+                extend(m_parts.back(), part);
+            else
+                m_parts.push_back(part);
+        }
+        if (m_parts.size() > 1 && continues(m_parts.back(), m_parts.front())) {
+            extend(m_parts.back(), m_parts.front());
+            m_parts.erase(m_parts.begin());
+        }
+    }
+
+    bool isUntouched() const
+    {
+        const ArrangedContour &contour = contourOf(m_parts.front());
+        if (int(m_parts.size()) != contour.curveCount)
+            return false;
+        return std::all_of(m_parts.begin(), m_parts.end(), [&](const Part &part) {
+            return &contourOf(part) == &contour && part.t0 == 0 && part.t1 == 1 &&
+                   m_a.m_nodes[size_t(part.startNode)].exact;
+        });
+    }
+
+    /** The part in the operands' units, in walking direction, before its ends are put on the nodes. */
+    Cubic valuesOf(const Part &p) const
+    {
+        const Cubic &original = m_a.m_curves[size_t(p.curve)].original;
+        const Cubic c = p.t0 == 0 && p.t1 == 1 ? original : vx::part(original, p.t0, p.t1);
+        return p.reversed ? c.reversed() : c;
+    }
+
+    vxPath *assemble() const
+    {
+        auto *path = new vxPath(nullptr, true);
+        QList<vxSegment *> segments;
+        for (const Part &p : m_parts)
+            segments.append(new vxSegment(m_a.m_nodes[size_t(p.startNode)].original, vxPoint(), vxPoint()));
+        const int count = segments.size();
+        for (int i = 0; i < count; ++i) {
+            const Part &p = m_parts[size_t(i)];
+            if (!hasHandles(m_a.m_curves[size_t(p.curve)].original))
+                continue;
+            const Cubic c = valuesOf(p);
+            segments[i]->handleOut = c.p1().subtract(c.p0());
+            segments[(i + 1) % count]->handleIn = c.p2().subtract(c.p3());
+        }
+        path->addSegments(segments);
+        if (count == 1) // a loop from a point to itself: two segments are what readers of outlines expect
+            path->getFirstCurve()->divideAtTime(0.5, true);
+        path->reduce(true);
+        return path;
+    }
+
+    const Arrangement &m_a;
+    std::vector<Part> m_parts;
+};
+
+QVector<vxPath *> Arrangement::trace() const
+{
+    QVector<vxPath *> paths;
+    for (const std::vector<Step> &steps : ContourTracer(*this).trace()) {
+        vxPath *path = ContourBuilder(*this, steps).build();
+        if (path->isEmpty())
+            path->release();
+        else
+            paths.append(path);
+    }
+    // The container takes its first child for an outer contour.
+    const auto outer =
+        std::find_if(paths.begin(), paths.end(), [](const vxPath *p) { return p->isClockwise(); });
+    if (outer != paths.end())
+        std::rotate(paths.begin(), outer, outer + 1);
+    return paths;
+}
+
+} // namespace vx

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "vxbooleanreport.h"
+#include "vxrunnotes_p.h"
+
+#include <QVector>
+
+namespace vx {
+
+enum class SetOperation;
+
+/** When an audit is made. Always is for tests: it shows that no call that skipped it would have been changed.
+ */
+enum class AuditMode { WhereDoubtful, Always, Never };
+
+/**
+ * Holds the engine's contours, as traced and before any container turned them, against the arrangement of the
+ * operands (null or empty ones count as empty). Gives the contours to go on with; those that it drops are
+ * released.
+ */
+QVector<vxPath *> audit(const QVector<const XPath *> &operands, SetOperation operation,
+                        const QVector<vxPath *> &traced, const RunNotes &notes, AuditMode mode,
+                        vxBooleanReport &report);
+
+/** The boolean behind XPath's operations; see XPath::computeBoolean. */
+XPath *computeBoolean(XPath *path1, XPath *path2, int op, AuditMode mode, vxBooleanReport &report);
+
+/** The open-path variant; see XPath::computeOpenBoolean. */
+XPath *computeOpenBoolean(XPath *path1, XPath *path2, int op, vxBooleanReport &report);
+
+} // namespace vx

@@ -1,0 +1,86 @@
+#include "vxpath.h"
+
+#include "vxcubic_p.h"
+#include "vxnumeric_p.h"
+#include "vxtolerance.h"
+
+#include <cstring>
+#include <utility>
+
+using namespace vxTolerance;
+
+namespace {
+
+void insertPiece(QList<vxMono *> &pieces, const vx::Cubic &c)
+{
+    auto *piece = new vxMono;
+    std::memcpy(piece->values, c.v, sizeof c.v);
+    const double slope = (c.v[1] - c.v[7]) / (c.v[0] - c.v[6]);
+    // A closed piece has a NaN slope, which is no level one: it winds, by its ends upwards.
+    piece->winding = std::fabs(slope) < closeDistance ? 0 : c.v[1] > c.v[7] ? -1 : 1;
+    pieces.append(piece);
+}
+
+bool isMonotone(double y0, double y1, double y2, double y3)
+{
+    return (y0 >= y1) == (y1 >= y2) && (y1 >= y2) == (y2 >= y3);
+}
+
+void insertCurve(QList<vxMono *> &pieces, const vx::Cubic &c)
+{
+    const double y0 = c.v[1], y1 = c.v[3], y2 = c.v[5], y3 = c.v[7];
+    if (isMonotone(y0, y1, y2, y3) || vx::isStraight(c)) {
+        insertPiece(pieces, c);
+        return;
+    }
+    double roots[2];
+    const int count = vx::solveQuadratic(3 * (y1 - y2) - y0 + y3, 2 * (y0 + y2) - 4 * y1, y1 - y0, roots,
+                                         timeMargin, timeUpper);
+    if (count <= 0) {
+        insertPiece(pieces, c);
+        return;
+    }
+    if (count > 1 && roots[0] > roots[1])
+        std::swap(roots[0], roots[1]);
+    vx::Cubic first;
+    vx::Cubic rest;
+    vx::subdivide(c, roots[0], first, rest);
+    insertPiece(pieces, first);
+    if (count > 1) {
+        vx::Cubic second;
+        vx::Cubic third;
+        vx::subdivide(rest, (roots[1] - roots[0]) / (1 - roots[0]), second, third);
+        insertPiece(pieces, second);
+        rest = third;
+    }
+    insertPiece(pieces, rest);
+}
+
+} // namespace
+
+QList<vxMono *> vxPath::getMonoCurves() const
+{
+    if (!m_monos.isEmpty())
+        return m_monos;
+    const QList<vxCurve *> curves = getCurves();
+    for (const vxCurve *curve : curves) {
+        if (curve->getLength() != 0)
+            insertCurve(m_monos, curve->_cubic());
+    }
+    if (!closed && m_segments.size() > 1)
+        insertCurve(m_monos, vx::Cubic::fromLine(m_segments.last()->point, m_segments.first()->point));
+
+    for (int i = m_monos.size() - 1; i >= 0; --i) {
+        if (m_monos.at(i)->winding != 0) {
+            m_monos.first()->last = m_monos.at(i);
+            break;
+        }
+    }
+    return m_monos;
+}
+
+void vxPath::clearMonos() const
+{
+    qDeleteAll(m_monos);
+    m_monos.clear();
+}

@@ -1,0 +1,53 @@
+#include "vxrunnotes_p.h"
+
+#include "vxcurvelocation.h"
+#include "vxtolerance.h"
+
+using namespace vxTolerance;
+
+namespace vx {
+
+namespace {
+
+/** Sine of the angle between two outlines below which their crossing is shallow. */
+constexpr double shallowSine = 1e-2;
+
+bool isShallow(vxCurveLocation &location)
+{
+    const vxPoint mine = location.getTangent();
+    const vxPoint theirs = location.intersection ? location.intersection->getTangent() : mine;
+    return !(std::fabs(mine.cross(theirs)) > shallowSine);
+}
+
+bool isNearEnd(const vxCurveLocation &location)
+{
+    return !(location.time > timeMargin && location.time < timeUpper);
+}
+
+} // namespace
+
+bool acceptMeeting(vxCurveLocation *location, RunNotes &notes)
+{
+    if (isNearEnd(*location) || (location->intersection && isNearEnd(*location->intersection)))
+        notes.atVertex = true;
+    if (location->overlap) {
+        notes.overlap = true;
+        return true;
+    }
+    if (location->isCrossing()) {
+        notes.shallow = notes.shallow || isShallow(*location);
+        return true;
+    }
+    notes.touch = true;
+    return false;
+}
+
+void noteChains(const QList<vxCurveLocation *> &locations, RunNotes &notes)
+{
+    for (const vxCurveLocation *location : locations) {
+        if (location->next || location->previous)
+            notes.chained = true;
+    }
+}
+
+} // namespace vx

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QList>
+#include <QVector>
+
+class XPath;
+class vxCurveLocation;
+class vxPath;
+class vxSegment;
+
+namespace vx {
+
+/**
+ * What a run of the boolean engine met that its one sample per stretch and its walk may get wrong. A run that
+ * met nothing of it needs no audit.
+ */
+struct RunNotes {
+    bool overlap = false;
+    bool touch = false;
+    /** A crossing at so small an angle that the outlines run side by side before and after it. */
+    bool shallow = false;
+    /** A meeting at, or within the time margin of, a curve's end. */
+    bool atVertex = false;
+    /** An operand crosses itself, so that its outline was taken apart and may be paired otherwise at a
+     * crossing. */
+    bool selfCrossing = false;
+    /** Vertices on nearly straight runs were dropped, which moves the outline a little. */
+    bool simplified = false;
+    /** Several intersections at one place. */
+    bool chained = false;
+    /** A stretch whose middle lies on another outline, so that its count was taken elsewhere or means little.
+     */
+    bool movedSample = false;
+    /** A stretch whose middle is a vertex or an extremum: the ray along its level grazes it. */
+    bool grazedSample = false;
+    bool discardedContour = false;
+    /** A search for intersections was cut short. */
+    bool limitReached = false;
+
+    /** No doubt, but what the audit must know: the first operand, and with it the result, runs the other way
+     * round. */
+    bool counterClockwise = false;
+
+    bool any() const
+    {
+        return overlap || touch || shallow || atVertex || selfCrossing || simplified || chained ||
+               movedSample || grazedSample || discardedContour || limitReached;
+    }
+};
+
+/** Whether location is an overlap or a crossing; notes what is neither, or is near a vertex. */
+bool acceptMeeting(vxCurveLocation *location, RunNotes &notes);
+/** Notes intersections that share a place with others. */
+void noteChains(const QList<vxCurveLocation *> &locations, RunNotes &notes);
+
+// The steps of the engine that XPath offers without notes.
+void resolveCrossings(XPath &path, RunNotes &notes);
+QVector<vxPath *> tracePaths(const QList<vxSegment *> &segments, int op, RunNotes &notes);
+
+} // namespace vx

@@ -1,0 +1,269 @@
+// The boolean engine. computeBoolean runs these steps:
+//  1. copy both operands and clean each of its own crossings (preparePath, resolveCrossings);
+//  2. turn the second so that both wind alike (unite, intersect) or against each other (subtract, exclude);
+//  3. find the crossings of the two and divide the curves there (getCrossings, divideLocations);
+//  4. give every stretch between crossings the winding count of its middle (Sampler);
+//  5. walk the stretches that belong to the result, changing over at crossings (tracePaths);
+//  6. hold the result against the arrangement of all curves where the run met anything doubtful (audit);
+//  7. drop what is left of straight runs (createResult).
+
+#include "xpath.h"
+
+#include "vxarrangement_p.h"
+#include "vxaudit_p.h"
+#include "vxcurvelocation.h"
+#include "vxintersections_p.h"
+#include "vxlocationowner_p.h"
+#include "vxref_p.h"
+#include "vxsampler_p.h"
+
+#include <memory>
+
+namespace {
+
+enum Operation { Intersect = 1, Unite = 2, Subtract = 3, Exclude = 4 };
+
+constexpr quint32 overlapsOnly = 4;
+constexpr quint32 validOverlapsOnly = 8;
+
+bool isEmpty(const XPath *path)
+{
+    return !path || path->children.isEmpty();
+}
+
+int countSegments(const XPath &path)
+{
+    int count = 0;
+    for (const vxPath *child : path.children)
+        count += child->getSegments().size();
+    return count;
+}
+
+XPath *prepare(const XPath *path, vx::RunNotes &notes)
+{
+    XPath *copy = XPath::preparePath(path, false);
+    if (path && countSegments(*copy) != countSegments(*path))
+        notes.simplified = true;
+    vx::resolveCrossings(*copy, notes);
+    return copy;
+}
+
+/** The children of a working copy, which lets go of them: count 0, the caller's. */
+QVector<vxPath *> takeChildren(XPath &path)
+{
+    QVector<vxPath *> taken = path.children;
+    std::vector<vxRef<vxPath>> held;
+    for (vxPath *child : qAsConst(taken))
+        held.emplace_back(child);
+    path.removeChildren(0, -1);
+    for (vxRef<vxPath> &child : held)
+        child.take();
+    return taken;
+}
+
+/** What an operation gives when at least one operand is empty: the cleaned contours of the one that counts.
+ */
+QVector<vxPath *> contoursWithEmpty(XPath *path1, XPath *path2, int op, vx::RunNotes &notes)
+{
+    const XPath *kept = nullptr;
+    if (op == Subtract)
+        kept = path1;
+    else if (op == Unite || op == Exclude)
+        kept = isEmpty(path1) ? path2 : path1;
+    const std::unique_ptr<XPath> copy(prepare(kept, notes));
+    return takeChildren(*copy);
+}
+
+/** Prepared working copies of both operands, divided at their crossings; lives as long as one boolean. */
+class BooleanRun
+{
+public:
+    BooleanRun(XPath *path1, XPath *path2, int op, vx::RunNotes &notes) : m_op(op), m_notes(notes)
+    {
+        m_path1.reset(prepare(path1, notes));
+        if (path2 && path2 != path1)
+            m_path2.reset(prepare(path2, notes));
+        orient();
+        divide();
+    }
+
+    QVector<vxPath *> trace()
+    {
+        collect();
+        vx::Sampler sampler(m_path1.get(), m_path2.get(), m_monos, m_op, m_notes);
+        for (vxCurveLocation *location : qAsConst(m_locations)) {
+            if (vxSegment *segment = location->segmentM())
+                sampler.propagate(segment);
+        }
+        for (vxSegment *segment : qAsConst(m_segments)) {
+            if (segment->winding == -1)
+                sampler.propagate(segment);
+            clearOverlapFlags(segment);
+        }
+        return vx::tracePaths(m_segments, m_op, m_notes);
+    }
+
+private:
+    void orient()
+    {
+        m_notes.counterClockwise = !m_path1->isClockwise();
+        const bool opposite = m_op == Subtract || m_op == Exclude;
+        if (m_path2 && (m_path1->isClockwise() != m_path2->isClockwise()) != opposite)
+            m_path2->reverse();
+    }
+
+    void divide()
+    {
+        const auto accept = [this](vxCurveLocation *location) {
+            return vx::acceptMeeting(location, m_notes);
+        };
+        const QList<vxCurveLocation *> crossings =
+            vx::findIntersections(*m_path1, m_path2.get(), accept, m_notes.limitReached);
+        m_owner = std::make_unique<vx::LocationOwner>(crossings);
+        m_locations = m_path1->divideLocations(vxCurveLocation::expand(crossings), 0);
+        vx::noteChains(m_locations, m_notes);
+    }
+
+    void collect()
+    {
+        for (XPath *path : { m_path1.get(), m_path2.get() }) {
+            if (!path)
+                continue;
+            for (vxPath *child : qAsConst(path->children)) {
+                m_segments += child->getSegments();
+                m_monos += child->getMonoCurves();
+                child->addFlags(overlapsOnly | validOverlapsOnly);
+            }
+        }
+    }
+
+    void clearOverlapFlags(const vxSegment *segment) const
+    {
+        if (segment->intersection() && segment->intersection()->overlap)
+            return;
+        segment->path->removeFlags(overlapsOnly);
+        const bool inResult =
+            m_op == Intersect ? segment->winding == 2 : m_op >= Unite && segment->winding == 1;
+        if (inResult)
+            segment->path->removeFlags(validOverlapsOnly);
+    }
+
+    int m_op;
+    vx::RunNotes &m_notes;
+    // Declared before the working copies: segments drop their locations before the last reference goes.
+    std::unique_ptr<vx::LocationOwner> m_owner;
+    std::unique_ptr<XPath> m_path1;
+    std::unique_ptr<XPath> m_path2;
+    QList<vxCurveLocation *> m_locations;
+    QList<vxSegment *> m_segments;
+    QList<vxMono *> m_monos;
+};
+
+} // namespace
+
+XPath *XPath::unite(XPath *other)
+{
+    return computeBoolean(this, other, Unite);
+}
+
+XPath *XPath::unite(XPath *other, vxBooleanReport &report)
+{
+    return computeBoolean(this, other, Unite, report);
+}
+
+XPath *XPath::intersect(XPath *other)
+{
+    return computeBoolean(this, other, Intersect);
+}
+
+XPath *XPath::intersect(XPath *other, vxBooleanReport &report)
+{
+    return computeBoolean(this, other, Intersect, report);
+}
+
+XPath *XPath::subtract(XPath *other)
+{
+    return computeBoolean(this, other, Subtract);
+}
+
+XPath *XPath::subtract(XPath *other, vxBooleanReport &report)
+{
+    return computeBoolean(this, other, Subtract, report);
+}
+
+XPath *XPath::exclude(XPath *other)
+{
+    return computeBoolean(this, other, Exclude);
+}
+
+XPath *XPath::exclude(XPath *other, vxBooleanReport &report)
+{
+    return computeBoolean(this, other, Exclude, report);
+}
+
+QList<XPath *> XPath::divide(XPath *other)
+{
+    return { subtract(other), intersect(other) };
+}
+
+XPath *XPath::computeBoolean(XPath *path1, XPath *path2, int op)
+{
+    vxBooleanReport report;
+    return computeBoolean(path1, path2, op, report);
+}
+
+XPath *XPath::computeBoolean(XPath *path1, XPath *path2, int op, vxBooleanReport &report)
+{
+    return vx::computeBoolean(path1, path2, op, vx::AuditMode::WhereDoubtful, report);
+}
+
+XPath *vx::computeBoolean(XPath *path1, XPath *path2, int op, AuditMode mode, vxBooleanReport &report)
+{
+    report = vxBooleanReport();
+    if (path1 && path1->children.size() == 1 && !path1->children.first()->isClosed())
+        return computeOpenBoolean(path1, path2, op, report);
+    if (op < ::Intersect || op > ::Exclude)
+        return new XPath;
+    RunNotes notes;
+    QVector<vxPath *> contours = isEmpty(path1) || isEmpty(path2)
+                                     ? contoursWithEmpty(path1, path2, op, notes)
+                                     : BooleanRun(path1, path2, op, notes).trace();
+    // One object as both operands counts once: nothing is filled twice, and all else gives the object.
+    const bool once = path1 == path2 && path1;
+    if (!once || op != ::Intersect) {
+        const QVector<const XPath *> operands =
+            once ? QVector<const XPath *>{ path1 } : QVector<const XPath *>{ path1, path2 };
+        contours =
+            audit(operands, once ? SetOperation::Unite : SetOperation(op), contours, notes, mode, report);
+    }
+    // What the arrangement traced is clean already; simplifying it further would only move its area.
+    return XPath::createResult(contours, report.verdict != vxBooleanReport::Replaced, path1, path2);
+}
+
+void XPath::propagateWinding(vxSegment *start, XPath *path1, XPath *path2, const QList<vxMono *> &monos,
+                             int op)
+{
+    vx::RunNotes notes;
+    if (start && path1)
+        vx::Sampler(path1, path2, monos, op, notes).propagate(start);
+}
+
+XPath *XPath::preparePath(const XPath *path, bool resolve)
+{
+    XPath *copy = path ? path->clone() : new XPath;
+    for (vxPath *child : qAsConst(copy->children))
+        child->removeFlags(overlapsOnly | validOverlapsOnly);
+    copy->reduce(true);
+    if (resolve)
+        copy->resolveCrossings();
+    return copy;
+}
+
+XPath *XPath::createResult(const QVector<vxPath *> &paths, bool simplify, XPath *, XPath *)
+{
+    auto *result = new XPath;
+    result->addChildren(paths, -1);
+    if (simplify)
+        result->reduce(true);
+    return result;
+}

@@ -1,0 +1,245 @@
+#include "xpath.h"
+
+#include "vxcurvelocation.h"
+#include "vxintersections_p.h"
+#include "vxlocationowner_p.h"
+#include "vxref_p.h"
+#include "vxrunnotes_p.h"
+#include "vxtolerance.h"
+
+#include <algorithm>
+#include <numeric>
+#include <vector>
+
+namespace {
+
+double boundsArea(const vxPath &path)
+{
+    return path.getBounds(vxBoundOpt::geometric(), vxStyle()).getArea();
+}
+
+/** Keeps the segments of a path alive while locations refer to them and some are removed. */
+std::vector<vxRef<vxSegment>> holdSegments(const XPath &path)
+{
+    std::vector<vxRef<vxSegment>> held;
+    for (const vxPath *child : path.children) {
+        const QList<vxSegment *> segments = child->getSegments();
+        for (vxSegment *segment : segments)
+            held.emplace_back(segment);
+    }
+    return held;
+}
+
+bool isOverlapEnd(const vxSegment *segment)
+{
+    return segment && segment->intersection() && segment->intersection()->overlap;
+}
+
+/** Whether the middle of a curve lies on another curve of the same shape. */
+bool runsAlongAnother(const vxCurve *curve, const QList<vxCurve *> &curves)
+{
+    if (!curve)
+        return false;
+    const vxPoint middle = curve->getPointAtTime(0.5);
+    return std::any_of(curves.begin(), curves.end(), [&](const vxCurve *other) {
+        return other != curve && other->getTimeOf(middle) != vxTolerance::noTime;
+    });
+}
+
+/**
+ * The segments of divided overlaps that lie inside a stretch that runs along another one. A corner between
+ * two different overlaps has overlap ends for neighbours as well, but its own curves part from the others.
+ */
+std::vector<vxRef<vxSegment>> insideOverlaps(const XPath &shape, const QList<vxCurveLocation *> &divided)
+{
+    const QList<vxCurve *> curves = shape.getCurves();
+    std::vector<vxRef<vxSegment>> inside;
+    for (int i = divided.size() - 1; i >= 0; --i) {
+        vxSegment *segment = divided.at(i)->getSegment();
+        const vxSegment *previous = segment ? segment->getPrevious() : nullptr;
+        if (!isOverlapEnd(previous) || !isOverlapEnd(segment->getNext()))
+            continue;
+        if (runsAlongAnother(previous->getCurve(), curves) && runsAlongAnother(segment->getCurve(), curves))
+            inside.emplace_back(segment);
+    }
+    return inside;
+}
+
+/** Takes a segment out of the inside of a stretch that runs along another one. */
+void removeFromOverlap(vxSegment *segment)
+{
+    const vxRef<vxSegment> held(segment);
+    const vxRef<vxSegment> previous(segment->getPrevious());
+    const vxRef<vxSegment> next(segment->getNext());
+    if (!segment->path || !isOverlapEnd(previous.get()) || !isOverlapEnd(next.get()))
+        return;
+    segment->remove();
+    previous->setHandleOut(vxPoint());
+    next->setHandleIn(vxPoint());
+    // On a contour of two segments the neighbours are one, and it may be the removed one's only neighbour.
+    if (vxPath *path = previous->path)
+        path->_changed();
+    const vxCurve *curve = previous->getCurve();
+    if (curve && curve->isStraight() && curve->getLength() == 0)
+        previous->remove();
+}
+
+/** Finds the nesting of traced contours, drops what the nonzero rule drops, and orients the rest. */
+class Nesting
+{
+public:
+    Nesting(const QVector<vxPath *> &paths, bool evenOdd) : m_evenOdd(evenOdd)
+    {
+        std::vector<double> areas;
+        for (const vxPath *path : paths)
+            areas.push_back(boundsArea(*path));
+        std::vector<int> order(size_t(paths.size()));
+        std::iota(order.begin(), order.end(), 0);
+        std::stable_sort(order.begin(), order.end(),
+                         [&areas](int a, int b) { return areas[size_t(a)] > areas[size_t(b)]; });
+        for (int i : order) {
+            m_paths.append(paths.at(i));
+            m_windings.append(paths.at(i)->isClockwise() ? 1 : -1);
+        }
+        m_excluded.fill(false, paths.size());
+    }
+
+    /** The contours that stay, largest bounds first. */
+    QVector<vxPath *> orient()
+    {
+        // The container keeps its first child clockwise; turning it only later would part it from the others.
+        m_paths.first()->setClockwise(true);
+        QVector<vxPath *> items{ m_paths.first() };
+        for (int i = 1; i < m_paths.size(); ++i) {
+            const vxPath *container = findContainer(i);
+            if (m_excluded.at(i))
+                continue;
+            m_paths.at(i)->setClockwise(container ? !container->isClockwise()
+                                                  : m_paths.first()->isClockwise());
+            items.append(m_paths.at(i));
+        }
+        return items;
+    }
+
+private:
+    const vxPath *findContainer(int i)
+    {
+        const vxPoint point = m_paths.at(i)->getInteriorPoint(m_evenOdd);
+        const vxStyle style = vxStyle::filled(m_evenOdd);
+        bool isContained = false;
+        for (int j = i - 1; j >= 0; --j) {
+            if (!m_paths.at(j)->contains(point, style))
+                continue;
+            if (!m_evenOdd && !isContained) {
+                m_windings[i] += m_windings.at(j);
+                if (m_windings.at(i) != 0 && m_windings.at(j) != 0) {
+                    m_excluded[i] = true; // filled on both sides under the nonzero rule
+                    return nullptr;
+                }
+            }
+            isContained = true;
+            if (!m_excluded.at(j))
+                return m_paths.at(j);
+        }
+        return nullptr;
+    }
+
+    bool m_evenOdd;
+    QVector<vxPath *> m_paths;
+    QVector<qint32> m_windings;
+    QVector<bool> m_excluded;
+};
+
+/** One clean-up of a compound path. */
+class Resolver
+{
+public:
+    Resolver(XPath &path, vx::RunNotes &notes) : m_path(path), m_notes(notes), m_held(holdSegments(path)) {}
+
+    void run()
+    {
+        const QList<vxCurveLocation *> found = vx::findIntersections(
+            m_path, nullptr, [this](vxCurveLocation *location) { return accept(location); },
+            m_notes.limitReached);
+        const vx::LocationOwner owner(found);
+        QList<vxCurveLocation *> locations = vxCurveLocation::expand(found);
+        if (m_hasOverlaps)
+            removeOverlaps(m_path.divideLocations(locations, 1));
+        QVector<vxPath *> paths = m_path.children;
+        std::vector<vxRef<vxPath>> traced;
+        if (m_hasCrossings) {
+            m_notes.selfCrossing = true;
+            m_path.divideLocations(locations, m_hasOverlaps ? 2 : 0);
+            vx::noteChains(locations, m_notes);
+            QList<vxSegment *> segments;
+            for (const vxPath *child : qAsConst(m_path.children))
+                segments += child->getSegments();
+            paths = vx::tracePaths(segments, 0, m_notes);
+            for (vxPath *path : qAsConst(paths))
+                traced.emplace_back(path);
+        }
+        if (paths.size() > 1)
+            m_path.setChildren(Nesting(paths, m_path.evenOdd).orient());
+        else if (m_hasCrossings)
+            m_path.setChildren(paths);
+        clearLinks();
+    }
+
+private:
+    bool accept(vxCurveLocation *location)
+    {
+        if (!vx::acceptMeeting(location, m_notes))
+            return false;
+        (location->overlap ? m_hasOverlaps : m_hasCrossings) = true;
+        return true;
+    }
+
+    void removeOverlaps(const QList<vxCurveLocation *> &divided)
+    {
+        const std::vector<vxRef<vxSegment>> held = holdSegments(m_path);
+        for (const vxRef<vxSegment> &segment : held)
+            m_held.push_back(segment);
+        for (const vxRef<vxSegment> &segment : insideOverlaps(m_path, divided))
+            removeFromOverlap(segment.get());
+    }
+
+    /** Segments that stay must not lead a later search to crossings that are done with. */
+    void clearLinks()
+    {
+        for (const vxPath *child : qAsConst(m_path.children)) {
+            const QList<vxSegment *> segments = child->getSegments();
+            for (vxSegment *segment : segments) {
+                segment->setIntersection(nullptr);
+                segment->visited = false;
+            }
+        }
+        for (const vxRef<vxSegment> &segment : m_held)
+            segment->setIntersection(nullptr);
+    }
+
+    XPath &m_path;
+    vx::RunNotes &m_notes;
+    std::vector<vxRef<vxSegment>> m_held;
+    bool m_hasOverlaps = false;
+    bool m_hasCrossings = false;
+};
+
+} // namespace
+
+bool PathSort(const vxPath *a, const vxPath *b)
+{
+    return a && b && boundsArea(*a) > boundsArea(*b);
+}
+
+void vx::resolveCrossings(XPath &path, RunNotes &notes)
+{
+    if (!path.children.isEmpty())
+        Resolver(path, notes).run();
+}
+
+XPath *XPath::resolveCrossings()
+{
+    vx::RunNotes notes;
+    vx::resolveCrossings(*this, notes);
+    return this;
+}

@@ -1,0 +1,224 @@
+#include "xpath.h"
+
+#include "vxcurvelocation.h"
+#include "vxref_p.h"
+#include "vxrunnotes_p.h"
+#include "vxtolerance.h"
+
+using namespace vxTolerance;
+
+namespace {
+
+constexpr quint32 overlapsOnly = 4;
+constexpr quint32 validOverlapsOnly = 8;
+/** Contours of at most this many segments and no area are leftovers of numerical noise. */
+constexpr int maxDegenerateSegments = 8;
+
+bool sameSegment(const vxSegment &a, const vxSegment &b, bool reversed)
+{
+    const vxPoint &handleIn = reversed ? b.handleOut : b.handleIn;
+    const vxPoint &handleOut = reversed ? b.handleIn : b.handleOut;
+    return a.point.isClose(b.point, closeDistance) && a.handleIn.isClose(handleIn, closeDistance) &&
+           a.handleOut.isClose(handleOut, closeDistance);
+}
+
+/** Whether two closed contours are the same outline, wherever they start and whichever way they run. */
+bool sameOutline(const vxPath &path1, const vxPath &path2)
+{
+    const QList<vxSegment *> a = path1.getSegments();
+    const QList<vxSegment *> b = path2.getSegments();
+    const int n = a.size();
+    if (b.size() != n || path1.isClosed() != path2.isClosed())
+        return false;
+    if (!path1.isClosed() || n == 0)
+        return vxSegment::segsEquals(a, b);
+    for (bool reversed : { false, true }) {
+        for (int start = 0; start < n; ++start) {
+            int i = 0;
+            while (i < n && sameSegment(*a.at(i), *b.at((start + (reversed ? n - i : i)) % n), reversed))
+                ++i;
+            if (i == n)
+                return true;
+        }
+    }
+    return false;
+}
+
+class Tracer
+{
+public:
+    Tracer(int op, vx::RunNotes &notes) : m_op(op), m_notes(notes) {}
+
+    QVector<vxPath *> trace(const QList<vxSegment *> &segments)
+    {
+        for (vxSegment *segment : segments) {
+            takeIdenticalContours(segment);
+            if (startsContour(segment))
+                traceFrom(segment);
+        }
+        return m_result;
+    }
+
+private:
+    bool isAccepted(const vxSegment &segment, bool excludeContour) const
+    {
+        switch (m_op) {
+        case 0:
+            return true;
+        case 1:
+            return segment.winding == 2;
+        case 2:
+            return segment.winding == 1 || (!excludeContour && segment.contour);
+        case 3:
+        case 4:
+            return segment.winding == 1;
+        default:
+            return false;
+        }
+    }
+
+    bool isValid(const vxSegment *segment, bool excludeContour = false) const
+    {
+        return segment && !segment->visited && isAccepted(*segment, excludeContour);
+    }
+
+    bool isStart(const vxSegment *segment) const
+    {
+        return segment && (segment == m_start || segment == m_otherStart);
+    }
+
+    bool startsContour(const vxSegment *segment) const
+    {
+        if (!isValid(segment, true))
+            return false;
+        const vxCurveLocation *inter = segment->intersection();
+        return segment->path->isFlags(validOverlapsOnly) || !inter || !inter->overlap;
+    }
+
+    /** Two contours that are the same outline everywhere: the result is one of them, or nothing. */
+    void takeIdenticalContours(const vxSegment *segment)
+    {
+        if (segment->visited || !segment->path->isFlags(overlapsOnly) || !segment->intersection())
+            return;
+        const vxPath *path = segment->path;
+        const vxSegment *partner = segment->intersection()->segmentM();
+        const vxPath *other = partner ? partner->path : nullptr;
+        if (!other || !sameOutline(*path, *other))
+            return;
+        if ((m_op == 1 || m_op == 2) && path->getArea(true, false) != 0)
+            m_result.append(path->clone());
+        for (const vxPath *visited : { path, other }) {
+            const QList<vxSegment *> segments = visited->getSegments();
+            for (vxSegment *s : segments)
+                s->visited = true;
+        }
+    }
+
+    /** Among intersections that coincide, one that closes the contour or leads on to where the result goes
+     * on. */
+    vxCurveLocation *chooseIntersection(const vxSegment *segment, vxCurveLocation *inter) const
+    {
+        if (!inter || !inter->next)
+            return inter;
+        for (vxCurveLocation *location = inter; location; location = location->next) {
+            const vxSegment *candidate = location->segmentM();
+            if (candidate && candidate != segment && leadsOn(candidate))
+                return location;
+        }
+        return inter;
+    }
+
+    bool leadsOn(const vxSegment *candidate) const
+    {
+        const vxSegment *following = candidate->getNext();
+        if (isStart(candidate) || isStart(following))
+            return true;
+        if (candidate->visited || (following && following->visited))
+            return false;
+        if (m_op == 0)
+            return true;
+        vxCurveLocation *inter = following ? following->intersection() : nullptr;
+        return isValid(candidate) && (isValid(following) || (inter && isValid(inter->segmentM())));
+    }
+
+    void traceFrom(vxSegment *segment)
+    {
+        m_start = m_otherStart = nullptr;
+        vxRef<vxPath> path;
+        vxPoint handleIn;
+        bool finished = false;
+        for (;;) {
+            vxCurveLocation *inter = chooseIntersection(segment, segment->intersection());
+            vxSegment *other = inter ? inter->segmentM() : nullptr;
+            if (isStart(segment)) {
+                finished = true;
+            } else if (isStart(other)) {
+                finished = true;
+                segment = other;
+            } else if (isValid(other, isValid(segment, true))) {
+                if (m_op == 1 || m_op == 3)
+                    segment->visited = true;
+                segment = other;
+            }
+            if (finished || segment->visited) {
+                segment->visited = true;
+                break;
+            }
+            if (segment->path->isFlags(validOverlapsOnly) && !isValid(segment))
+                break;
+            if (!path) {
+                path = vxRef<vxPath>(new vxPath);
+                m_start = segment;
+                m_otherStart = other;
+            }
+            segment = append(*path.get(), segment, handleIn);
+        }
+        if (finished && path)
+            keep(std::move(path), handleIn);
+        else
+            m_notes.discardedContour = true;
+    }
+
+    /** Copies segment to the end of path and returns the one to go on from. */
+    static vxSegment *append(vxPath &path, vxSegment *segment, vxPoint &handleIn)
+    {
+        vxSegment *next = segment->getNext();
+        path.addSegment(new vxSegment(segment->point, handleIn, next ? segment->handleOut : vxPoint()));
+        segment->visited = true;
+        if (next)
+            handleIn = next->handleIn;
+        return next ? next : segment->path->getFirstSegment();
+    }
+
+    void keep(vxRef<vxPath> path, const vxPoint &handleIn)
+    {
+        path->getFirstSegment()->setHandleIn(handleIn);
+        path->setClosed(true);
+        path->_changed();
+        if (path->getSegments().size() <= maxDegenerateSegments &&
+            std::fabs(path->getArea(true, false)) <= machineZero) {
+            m_notes.discardedContour = true;
+            return;
+        }
+        m_result.append(path.take());
+    }
+
+    int m_op;
+    vx::RunNotes &m_notes;
+    const vxSegment *m_start = nullptr;
+    const vxSegment *m_otherStart = nullptr;
+    QVector<vxPath *> m_result;
+};
+
+} // namespace
+
+QVector<vxPath *> vx::tracePaths(const QList<vxSegment *> &segments, int op, RunNotes &notes)
+{
+    return Tracer(op, notes).trace(segments);
+}
+
+QVector<vxPath *> XPath::tracePaths(const QList<vxSegment *> &segments, int op)
+{
+    vx::RunNotes notes;
+    return vx::tracePaths(segments, op, notes);
+}

@@ -1,0 +1,191 @@
+#include "vxcurve.h"
+#include "vxcurvepair_p.h"
+#include "vxpath.h"
+#include "vxtolerance.h"
+
+using namespace vxTolerance;
+
+namespace vx {
+
+namespace {
+
+const vxPoint unknownPoint(qQNaN(), qQNaN());
+
+/** The values that a time found on values counts on: the whole curve's, where the curve has any. */
+Cubic wholeValues(vxCurve *curve, const PreparedCurve &values)
+{
+    return curve && curve->segment1() && curve->segment2() ? curve->_cubic() : values.values;
+}
+
+bool within(double t, bool skipStart, bool skipEnd)
+{
+    return t >= (skipStart ? timeMargin : 0) && t <= (skipEnd ? timeUpper : 1);
+}
+
+} // namespace
+
+CurvePair::CurvePair(const PreparedCurve &values1, const PreparedCurve &values2, vxCurve *curve1,
+                     vxCurve *curve2, QList<vxCurveLocation *> &locations, opParam &param)
+    : m_values1(values1), m_values2(values2), m_curve1(curve1), m_curve2(curve2), m_locations(locations),
+      m_param(param)
+{
+}
+
+void CurvePair::intersect()
+{
+    if (!boxesMeet(m_values1.box, m_values2.box) || addOverlap())
+        return;
+    const int before = m_locations.size();
+    if (m_values1.straight && m_values2.straight) {
+        addLines(); // finite chords include their ends, so there is nothing more to look for
+        return;
+    }
+    if (m_values1.straight || m_values2.straight)
+        addCurveAndLine();
+    else
+        addCurves(ClipRange(), 0);
+    if (m_locations.size() == before)
+        addCloseEnds();
+}
+
+bool CurvePair::addOverlap()
+{
+    TimePair pairs[2];
+    if (!findOverlap(m_values1, m_values2, pairs))
+        return false;
+    for (const TimePair &pair : pairs)
+        addLocation(pair.t1, unknownPoint, pair.t2, unknownPoint, true);
+    return true;
+}
+
+void CurvePair::addLines()
+{
+    const vxPoint p = linePoint(m_values1.values, m_values2.values);
+    if (!p.isNaN())
+        addLocation(noTime, p, noTime, p, false);
+}
+
+void CurvePair::addCurveAndLine()
+{
+    const bool lineFirst = m_values1.straight;
+    const Cubic &line = lineFirst ? m_values1.values : m_values2.values;
+    const Cubic &curve = lineFirst ? m_values2.values : m_values1.values;
+    double roots[3];
+    const int count = curveLineTimes(curve, line, roots);
+    for (int i = 0; i < count; ++i) {
+        const double tc = roots[i];
+        const vxPoint pc = pointAt(curve, tc);
+        const double tl = timeOf(line, pc);
+        if (tl == noTime)
+            continue;
+        const vxPoint pl = pointAt(line, tl);
+        const double t2 = lineFirst ? tc : tl;
+        if (m_param.excludeEnd && t2 <= timeMargin)
+            continue;
+        if (lineFirst)
+            addLocation(tl, pl, tc, pc, false);
+        else
+            addLocation(tc, pc, tl, pl, false);
+    }
+}
+
+int CurvePair::addCurves(const ClipRange &range, int calls)
+{
+    TimePairs found;
+    calls = clipCurves(m_values1.values, m_values2.values, range, calls, found);
+    m_param.limitReached = m_param.limitReached || found.isCutShort();
+    if (found.count() == 0)
+        return calls;
+    // Clipping counts times on the curves themselves, whatever part it was given.
+    const PreparedCurve whole1(wholeValues(m_curve1, m_values1));
+    const PreparedCurve whole2(wholeValues(m_curve2, m_values2));
+    vxCurve *curve1 = range.flip ? m_curve2 : m_curve1;
+    vxCurve *curve2 = range.flip ? m_curve1 : m_curve2;
+    CurvePair pair(range.flip ? whole2 : whole1, range.flip ? whole1 : whole2, curve1, curve2, m_locations,
+                   m_param);
+    for (int i = 0; i < found.count(); ++i)
+        pair.addLocation(found[i].t1, unknownPoint, found[i].t2, unknownPoint, false);
+    return calls;
+}
+
+void CurvePair::addCloseEnds()
+{
+    const auto addIfClose = [this](double t1, double t2) {
+        const Cubic &c1 = m_values1.values;
+        const Cubic &c2 = m_values2.values;
+        const vxPoint p1 = t1 == 0 ? c1.p0() : c1.p3();
+        const vxPoint p2 = t2 == 0 ? c2.p0() : c2.p3();
+        if (p1.isClose(p2, closeDistance))
+            addLocation(t1, p1, t2, p2, false);
+    };
+    addIfClose(0, 0);
+    if (!m_param.excludeStart)
+        addIfClose(0, 1);
+    if (!m_param.excludeEnd)
+        addIfClose(1, 0);
+    addIfClose(1, 1);
+}
+
+bool CurvePair::acceptTimes(double &t1, const vxPoint &p1, double &t2, const vxPoint &p2, bool overlap) const
+{
+    const bool skipStart = m_param.excludeStart && !overlap;
+    const bool skipEnd = m_param.excludeEnd && !overlap;
+    if (t1 == noTime)
+        t1 = timeOf(m_values1.values, p1);
+    if (t1 == noTime || !within(t1, skipStart, skipEnd))
+        return false;
+    if (t2 == noTime)
+        t2 = timeOf(m_values2.values, p2);
+    // The exclusions cross over: curve 1's start meets the end of the curve before it, which is curve 2.
+    return t2 != noTime && within(t2, skipEnd, skipStart);
+}
+
+void CurvePair::addLocation(double t1, const vxPoint &p1, double t2, const vxPoint &p2, bool overlap)
+{
+    if (!acceptTimes(t1, p1, t2, p2, overlap))
+        return;
+    Cubic values1 = m_values1.values;
+    Cubic values2 = m_values2.values;
+    if (m_param.renormalize) {
+        // Times on the two halves of one curve become times on that curve, and so do the points to be
+        // computed.
+        const double s = m_param.renormalizeTime;
+        t1 *= s;
+        t2 = s + (1 - s) * t2;
+        values1 = wholeValues(m_curve1, m_values1);
+        values2 = wholeValues(m_curve2, m_values2);
+    }
+    auto *loc1 = new vxCurveLocation(m_curve1, t1, p1.isNaN() ? pointAt(values1, t1) : p1, overlap, 0);
+    auto *loc2 = new vxCurveLocation(m_curve2, t2, p2.isNaN() ? pointAt(values2, t2) : p2, overlap, 0);
+    loc1->intersection = loc2;
+    loc2->intersection = loc1;
+
+    const bool samePath = m_curve1 && m_curve2 && m_curve1->path() == m_curve2->path();
+    vxCurveLocation *loc = samePath && m_curve1->index() > m_curve2->index() ? loc2 : loc1;
+    if ((m_param.include && !m_param.include(loc)) ||
+        vxCurveLocation::insert(m_locations, loc, true) != loc) {
+        loc1->release();
+        loc2->release();
+    }
+}
+
+void addSelfIntersection(const PreparedCurve &values, vxCurve *curve, QList<vxCurveLocation *> &locations,
+                         opParam &param)
+{
+    if (values.straight)
+        return; // cannot loop; spares the roots
+    const double split = loopSplitTime(values.values);
+    if (split == noTime)
+        return;
+    Cubic first;
+    Cubic second;
+    subdivide(values.values, split, first, second);
+    param.renormalizeTime = split;
+    param.renormalize = true;
+    param.excludeEnd = true;
+    const PreparedCurve half1(first);
+    const PreparedCurve half2(second);
+    CurvePair(half1, half2, curve, curve, locations, param).intersect();
+}
+
+} // namespace vx

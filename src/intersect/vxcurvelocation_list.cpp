@@ -1,0 +1,134 @@
+#include "vxcurve.h"
+#include "vxcurvelocation.h"
+#include "vxlocationowner_p.h"
+#include "vxpath.h"
+
+#include <algorithm>
+
+using namespace vxTolerance;
+
+namespace {
+
+vxPath *pathOf(vxCurve *curve)
+{
+    return curve ? curve->path() : nullptr;
+}
+
+/** Sorting key within a path: curve index plus time. */
+double position(vxCurveLocation *location)
+{
+    vxCurve *curve = location->getCurve();
+    return (curve ? curve->index() : -1) + location->time;
+}
+
+/** Negative when a sorts before b. Ids are compared, not subtracted: they are unsigned. */
+double order(vxCurveLocation *a, vxCurveLocation *b)
+{
+    const vxPath *pathA = pathOf(a->getCurve());
+    const vxPath *pathB = pathOf(b->getCurve());
+    if (pathA == pathB)
+        return position(a) - position(b);
+    const quint32 idA = pathA ? pathA->id : 0;
+    const quint32 idB = pathB ? pathB->id : 0;
+    return idA < idB ? -1 : 1;
+}
+
+/** Index plus time of location, the last curve counting as -1 when it is compared with the first one. */
+double cyclicPosition(vxCurveLocation *location, vxCurve *curve, const vxCurve *otherCurve)
+{
+    const bool wraps = curve->isLast() && otherCurve->isFirst();
+    return (wraps ? -1 : curve->index()) + location->getTime();
+}
+
+} // namespace
+
+bool vxCurveLocation::equals(vxCurveLocation *other, bool ignoreOther)
+{
+    if (!other)
+        return false;
+    if (other == this)
+        return true;
+    vxCurve *curve1 = getCurve();
+    vxCurve *curve2 = other->getCurve();
+    vxPath *common = pathOf(curve1);
+    if (common != pathOf(curve2) || !point.isClose(other->point, closeDistance))
+        return false;
+
+    const bool sameTime =
+        curve1 && curve2 &&
+        std::fabs(cyclicPosition(this, curve1, curve2) - cyclicPosition(other, curve2, curve1)) < timeMargin;
+    if (!sameTime) {
+        const double apart = std::fabs(getOffset() - other->getOffset());
+        const bool meetsAtClosing = common && std::fabs(common->getLength() - apart) < closeDistance;
+        if (!(apart < closeDistance) && !meetsAtClosing)
+            return false;
+    }
+    if (ignoreOther)
+        return true;
+    return intersection ? intersection->equals(other->intersection, true) : !other->intersection;
+}
+
+vxCurveLocation *vxCurveLocation::insert(QList<vxCurveLocation *> &list, vxCurveLocation *loc, bool merge)
+{
+    if (!loc)
+        return nullptr;
+    if (merge) {
+        for (vxCurveLocation *entry : qAsConst(list)) {
+            if (!entry->point.isClose(loc->point, closeDistance))
+                break;
+            if (!loc->equals(entry, false))
+                continue;
+            if (loc->overlap) {
+                entry->overlap = true;
+                if (entry->intersection)
+                    entry->intersection->overlap = true;
+            }
+            return entry;
+        }
+    }
+    int lo = 0;
+    int hi = list.size() - 1;
+    while (lo <= hi) {
+        const int mid = (lo + hi) >> 1;
+        if (order(loc, list.at(mid)) < 0)
+            hi = mid - 1;
+        else
+            lo = mid + 1;
+    }
+    list.insert(lo, loc);
+    return loc;
+}
+
+QList<vxCurveLocation *> vxCurveLocation::expand(const QList<vxCurveLocation *> &list)
+{
+    QList<vxCurveLocation *> result = list;
+    for (int i = list.size() - 1; i >= 0; --i) {
+        if (list.at(i))
+            insert(result, list.at(i)->intersection, false);
+    }
+    return result;
+}
+
+std::vector<vxCurveLocation *> vx::withPartners(const QList<vxCurveLocation *> &list)
+{
+    std::vector<vxCurveLocation *> all;
+    all.reserve(size_t(list.size()) * 2);
+    for (vxCurveLocation *location : list) {
+        if (!location)
+            continue;
+        all.push_back(location);
+        if (location->intersection)
+            all.push_back(location->intersection);
+    }
+    std::sort(all.begin(), all.end());
+    all.erase(std::unique(all.begin(), all.end()), all.end());
+    return all;
+}
+
+void vxCurveLocation::releaseAll(const QList<vxCurveLocation *> &list)
+{
+    for (vxCurveLocation *location : vx::withPartners(list)) {
+        if (location->refCount == 0)
+            location->release();
+    }
+}

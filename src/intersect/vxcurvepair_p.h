@@ -1,0 +1,49 @@
+#pragma once
+
+#include "vxcurvelocation.h"
+#include "vxintersect_p.h"
+
+class vxCurve;
+
+namespace vx {
+
+/**
+ * One pair of curves on its way through an intersection run: the values that are intersected (which may be
+ * parts), the curves that locations are made on, the list that is filled and the run's settings.
+ */
+class CurvePair
+{
+public:
+    CurvePair(const PreparedCurve &values1, const PreparedCurve &values2, vxCurve *curve1, vxCurve *curve2,
+              QList<vxCurveLocation *> &locations, opParam &param);
+
+    /** Chooses between overlap, lines, line and curve, and clipping; ends with a look at the end points. */
+    void intersect();
+
+    /** Both ends of a shared stretch; false when there is none. */
+    bool addOverlap();
+    void addLines();
+    void addCurveAndLine();
+    /** Returns the updated count of clipping calls. */
+    int addCurves(const ClipRange &range, int calls);
+    void addCloseEnds();
+    /** Filters, makes the pair of locations, links and inserts them; a NaN point is computed, noTime sought.
+     */
+    void addLocation(double t1, const vxPoint &p1, double t2, const vxPoint &p2, bool overlap);
+
+private:
+    bool acceptTimes(double &t1, const vxPoint &p1, double &t2, const vxPoint &p2, bool overlap) const;
+
+    const PreparedCurve &m_values1;
+    const PreparedCurve &m_values2;
+    vxCurve *m_curve1;
+    vxCurve *m_curve2;
+    QList<vxCurveLocation *> &m_locations;
+    opParam &m_param;
+};
+
+/** Adds a loop's crossing; see vxCurve::getSelfIntersection for what happens to param. */
+void addSelfIntersection(const PreparedCurve &values, vxCurve *curve, QList<vxCurveLocation *> &locations,
+                         opParam &param);
+
+} // namespace vx

@@ -1,0 +1,96 @@
+#include "vxintersect_p.h"
+
+#include "vxline.h"
+#include "vxnumeric_p.h"
+#include "vxtolerance.h"
+
+#include <algorithm>
+#include <cmath>
+
+using namespace vxTolerance;
+
+namespace vx {
+
+namespace {
+
+/** Least and greatest of the control values pulled a quarter of the way towards their neighbours in the
+ * polygon. */
+void pulledRange(double q0, double q1, double q2, double q3, double &min, double &max)
+{
+    const double pulled1 = (q0 + 3 * q1) / 4;
+    const double pulled2 = (3 * q2 + q3) / 4;
+    min = std::min(std::min(q0, pulled1), std::min(pulled2, q3));
+    max = std::max(std::max(q0, pulled1), std::max(pulled2, q3));
+}
+
+} // namespace
+
+PreparedCurve::PreparedCurve(const Cubic &c) : values(c), straight(isStraight(c))
+{
+    pulledRange(c.v[0], c.v[2], c.v[4], c.v[6], box.minX, box.maxX);
+    pulledRange(c.v[1], c.v[3], c.v[5], c.v[7], box.minY, box.maxY);
+}
+
+bool boxesMeet(const Box &a, const Box &b)
+{
+    return a.maxX + closeDistance > b.minX && b.maxX > a.minX - closeDistance &&
+           a.maxY + closeDistance > b.minY && b.maxY > a.minY - closeDistance;
+}
+
+vxPoint linePoint(const Cubic &line1, const Cubic &line2)
+{
+    return vxLine::intersect(line1.v[0], line1.v[1], line1.v[6], line1.v[7], line2.v[0], line2.v[1],
+                             line2.v[6], line2.v[7], false, false);
+}
+
+int curveLineTimes(const Cubic &curve, const Cubic &line, double roots[3])
+{
+    const double x0 = line.v[0];
+    const double y0 = line.v[1];
+    const double angle = std::atan2(-(line.v[7] - y0), line.v[6] - x0);
+    const double sine = std::sin(angle);
+    const double cosine = std::cos(angle);
+    // Turned about the line's start so that the line lies on the x axis; only the heights are asked for.
+    Cubic turned{};
+    for (int i = 0; i < 8; i += 2)
+        turned.v[i + 1] = (curve.v[i] - x0) * sine + (curve.v[i + 1] - y0) * cosine;
+    return timesAtCoordinate(turned, 1, 0, roots, 0, 1);
+}
+
+double loopSplitTime(const Cubic &c)
+{
+    const double x0 = c.v[0], y0 = c.v[1], x1 = c.v[2], y1 = c.v[3];
+    const double x2 = c.v[4], y2 = c.v[5], x3 = c.v[6], y3 = c.v[7];
+    const int side1 = vxLine::getSide(x0, y0, x3, y3, x1, y1, false, true);
+    const int side2 = vxLine::getSide(x0, y0, x3, y3, x2, y2, false, true);
+    const double edgeSum = (x0 - x2) * (y1 - y3) + (x1 - x3) * (y2 - y0);
+    if (side1 == side2 && side1 * edgeSum > 0)
+        return noTime; // control points on one side, their edges not crossing: no loop
+
+    const double px = x3 - 3 * x2 + 3 * x1 - x0, py = y3 - 3 * y2 + 3 * y1 - y0;
+    const double qx = x2 - 2 * x1 + x0, qy = y2 - 2 * y1 + y0;
+    const double rx = x1 - x0, ry = y1 - y0;
+    const double pr = py * rx - px * ry;
+    if (!(pr * pr - 4 * (py * qx - px * qy) * (qy * rx - qx * ry) < 0))
+        return noTime; // a negative discriminant is the loop's mark
+
+    // First derivative orthogonal to the second: the times of extreme speed, one of which lies inside the
+    // loop.
+    double roots[3];
+    const int count = solveCubic(px * px + py * py, 3 * (px * qx + py * qy),
+                                 2 * (qx * qx + qy * qy) + px * rx + py * ry, qx * rx + qy * ry, roots, 0, 1);
+    if (count <= 0)
+        return noTime;
+    double split = 0.5;
+    double sharpest = 0;
+    for (int i = 0; i < count; ++i) {
+        const double curvature = std::fabs(evaluate(c, roots[i], Evaluate::Curvature, false).x);
+        if (curvature > sharpest) {
+            sharpest = curvature;
+            split = roots[i];
+        }
+    }
+    return split;
+}
+
+} // namespace vx

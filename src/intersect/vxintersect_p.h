@@ -1,0 +1,115 @@
+#pragma once
+
+#include "vxcubic_p.h"
+
+#include <array>
+#include <vector>
+
+/** The kernel of curve intersection: times where two cubics meet, no objects, no allocation where nothing is
+ * found. */
+namespace vx {
+
+/** A curve with what every pairing asks of it, computed once. */
+struct PreparedCurve {
+    Cubic values;
+    /** Bounds of the control points pulled a quarter of the way towards the polygon: tighter, and still
+     * bounds. */
+    Box box;
+    bool straight;
+
+    PreparedCurve() = default;
+    explicit PreparedCurve(const Cubic &c);
+};
+
+/** Whether the boxes come within closeDistance of each other; false with NaN. */
+bool boxesMeet(const Box &a, const Box &b);
+
+/** Times of one meeting of two curves. */
+struct TimePair {
+    double t1, t2;
+};
+
+/** Growing list of meetings that touches the heap only past the nine that two cubics can have. */
+class TimePairs
+{
+public:
+    void append(double t1, double t2)
+    {
+        if (m_count < int(m_fixed.size()))
+            m_fixed[size_t(m_count)] = { t1, t2 };
+        else
+            m_more.push_back({ t1, t2 });
+        ++m_count;
+    }
+    int count() const { return m_count; }
+    /** The search stopped at a limit: there may be more. */
+    void cutShort() { m_cutShort = true; }
+    bool isCutShort() const { return m_cutShort; }
+    const TimePair &operator[](int i) const
+    {
+        return i < int(m_fixed.size()) ? m_fixed[size_t(i)] : m_more[size_t(i) - m_fixed.size()];
+    }
+
+private:
+    std::array<TimePair, 9> m_fixed;
+    std::vector<TimePair> m_more;
+    int m_count = 0;
+    bool m_cutShort = false;
+};
+
+// --- vxoverlap.cpp ---
+
+/**
+ * The two time pairs that bound the stretch both curves share, in the order in which the end points were
+ * tried; false when they share none.
+ */
+bool findOverlap(const PreparedCurve &c1, const PreparedCurve &c2, TimePair pairs[2]);
+
+// --- vxclipping.cpp ---
+
+/** A chain of the hull of the distance function: two to four points, x a time, y a distance. */
+struct HullChain {
+    vxPoint points[4];
+    int count = 0;
+
+    void append(const vxPoint &p) { points[count++] = p; }
+    HullChain reversed() const;
+};
+
+/** Upper and lower chain of the hull of (0, d0), (1/3, d1), (2/3, d2), (1, d3), both from the first to the
+ * last. */
+void distanceHull(double d0, double d1, double d2, double d3, HullChain &top, HullChain &bottom);
+/** Time at which the hull, entered from its chains' first points, reaches [dMin, dMax]; NaN when it does not.
+ */
+double clipHull(const HullChain &top, const HullChain &bottom, double dMin, double dMax);
+double clipHullChain(const HullChain &chain, bool top, double threshold);
+
+/** What one clipping search starts from; the public edge can start it anywhere, the engine starts at the
+ * defaults. */
+struct ClipRange {
+    double tMin = 0, tMax = 1, uMin = 0, uMax = 1;
+    bool flip = false;
+    int recursion = 0;
+};
+
+/**
+ * Fat-line clipping: appends the meetings of c1 and c2 (times on c2 first where range.flip says that the
+ * roles are exchanged) and returns the number of calls, starting from calls. Stops quietly at a depth of 48
+ * or 4096 calls. T. W. Sederberg, T. Nishita: Curve intersection using Bézier clipping, CAD 22 (1990),
+ * sections 3 and 4.
+ */
+int clipCurves(const Cubic &c1, const Cubic &c2, const ClipRange &range, int calls, TimePairs &found);
+
+// --- vxintersect.cpp ---
+
+/** Time of the loop's inner point, where a looping curve is split so that its halves cross; noTime without a
+ * loop. */
+double loopSplitTime(const Cubic &c);
+
+/** Where a curve meets the chord of a straight one: times on the curve in root order. */
+int curveLineTimes(const Cubic &curve, const Cubic &line, double roots[3]);
+
+/** The point where two straight curves' chords meet; NaN when they do not. */
+vxPoint linePoint(const Cubic &line1, const Cubic &line2);
+
+} // namespace vx

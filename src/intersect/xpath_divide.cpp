@@ -1,0 +1,161 @@
+#include "xpath.h"
+
+#include "vxcurvelocation.h"
+#include "vxref_p.h"
+
+#include <vector>
+
+using namespace vxTolerance;
+
+namespace {
+
+/** Divides curves at sorted locations, from the last to the first, so that the places still to come stay
+ * valid. */
+class Divider
+{
+public:
+    void divideAt(vxCurveLocation *location)
+    {
+        vxCurve *curve = location->curve;
+        if (!curve)
+            return;
+        const double fullTime = location->time;
+        double time = fullTime;
+        if (m_curve.get() != curve) {
+            m_curve = vxRef<vxCurve>(curve);
+            m_hasHandles = curve->hasHandles();
+            m_previous = nullptr;
+        } else if (m_previousTime >= timeMargin && m_previousTime <= timeUpper) {
+            time /= m_previousTime; // the curve ends at the previous place by now
+        }
+        if (vxSegment *segment = placeAt(location, curve, time))
+            link(segment, location);
+        m_previous = location;
+        m_previousTime = fullTime;
+    }
+
+    /** Curves that were straight stay straight. */
+    void finish()
+    {
+        for (const vxRef<vxCurve> &curve : m_straight)
+            curve->clearHandles();
+        for (const vxRef<vxCurve> &curve : m_straight) {
+            if (vxPath *path = curve->path())
+                path->_changed();
+        }
+    }
+
+private:
+    /** Moves location onto the segment at its time, which is made where there is none; null when that fails.
+     */
+    vxSegment *placeAt(vxCurveLocation *location, vxCurve *curve, double time)
+    {
+        vxSegment *segment = nullptr;
+        if (time < timeMargin) {
+            segment = curve->segment1();
+        } else if (time > timeUpper) {
+            segment = curve->segment2();
+        } else if (vxCurve *second = curve->divideAtTime(time, true)) {
+            if (!m_hasHandles) {
+                m_straight.emplace_back(curve);
+                m_straight.emplace_back(second);
+            }
+            segment = second->segment1();
+            if (m_previous && m_previous->time == 1.0) {
+                // The previous place was this curve's end, which now ends the second half.
+                m_previous->setSegment(second->segment2());
+                location->setSegmentPrev(segment);
+                return segment;
+            }
+        }
+        if (segment)
+            location->setSegment(segment);
+        return segment;
+    }
+
+    /** Hangs the location's partner on the segment, chained with whatever hangs there already. */
+    static void link(vxSegment *segment, vxCurveLocation *location)
+    {
+        vxCurveLocation *first = segment->intersection();
+        if (!first) {
+            segment->setIntersection(location->intersection);
+            return;
+        }
+        // A chain that was made here holds the partner of everything in it, so only the two ends of the new
+        // link can still lack theirs; going over the whole chain instead costs its length squared for every
+        // place.
+        vxCurveLocation *added = location->intersection;
+        XPath::linkIntersections(first, added);
+        XPath::linkIntersections(first->intersection, first);
+        if (added)
+            XPath::linkIntersections(added->intersection, first);
+    }
+
+    vxRef<vxCurve> m_curve;
+    bool m_hasHandles = false;
+    vxCurveLocation *m_previous = nullptr;
+    double m_previousTime = noTime;
+    std::vector<vxRef<vxCurve>> m_straight;
+};
+
+bool isAlive(vxCurveLocation *location)
+{
+    vxCurve *curve = location ? location->getCurve() : nullptr;
+    return curve && curve->path();
+}
+
+/**
+ * The locations that mode lets through. Asked before anything is divided: a location that has to find its
+ * curve again must find the whole one.
+ */
+QList<vxCurveLocation *> chooseLocations(const QList<vxCurveLocation *> &locations, int mode)
+{
+    QList<vxCurveLocation *> chosen;
+    for (vxCurveLocation *location : locations) {
+        if (!location)
+            continue;
+        if (mode == 2 && !(isAlive(location) && isAlive(location->intersection))) {
+            // Belongs to a stretch that was removed with the overlaps: it must not be walked over later.
+            if (location->segment)
+                location->segment->setIntersection(nullptr);
+            continue;
+        }
+        if (mode != 1 || location->overlap)
+            chosen.append(location);
+    }
+    return chosen;
+}
+
+} // namespace
+
+QList<vxCurveLocation *> XPath::divideLocations(const QList<vxCurveLocation *> &locations, int mode)
+{
+    const QList<vxCurveLocation *> chosen = chooseLocations(locations, mode);
+    Divider divider;
+    for (int i = chosen.size() - 1; i >= 0; --i)
+        divider.divideAt(chosen.at(i));
+    divider.finish();
+    // Modes 1 and 2 answer what they chose, but never with nothing: callers go on with the list.
+    return mode == 0 || chosen.isEmpty() ? locations : chosen;
+}
+
+void XPath::linkIntersections(vxCurveLocation *from, vxCurveLocation *to)
+{
+    if (!from || !to)
+        return;
+    for (vxCurveLocation *n = from; n; n = n->previous) {
+        if (n == to)
+            return;
+    }
+    vxCurveLocation *tail = from;
+    while (tail->next) {
+        tail = tail->next;
+        if (tail == to)
+            return;
+    }
+    vxCurveLocation *head = to;
+    while (head->previous)
+        head = head->previous;
+    tail->next = head;
+    head->previous = tail;
+}

@@ -1,0 +1,230 @@
+#pragma once
+
+#include "pzgraphics_global.h"
+#include "vxline.h"
+#include "vxpoint.h"
+#include "vxrect.h"
+#include "vxsegment.h"
+
+#include <QList>
+#include <QString>
+#include <QVector>
+
+class vxCurveLocation;
+class vxMatrix;
+class vxPath;
+struct opParam;
+namespace vx {
+struct Cubic;
+}
+
+/**
+ * The cubic Bézier between two neighbouring segments of a path, and the static operations of curve
+ * mathematics.
+ *
+ * Curve values are a QVector of eight doubles in absolute path units: start, first control point, second
+ * control point, end (coordinate c of point k at 2k + c). Times run from 0 to 1; -100 (vxTolerance::noTime)
+ * means unknown or not on the curve. Static operations given fewer than eight values answer a NaN point, 0,
+ * -100 or an empty list.
+ *
+ * Ownership: counted by hand like a segment; a curve holds one reference on each of its segments. The back
+ * pointer to the path is not counted. Not copyable; clone() shares the segments.
+ */
+class PZGRAPHICS_EXPORT vxCurve
+{
+public:
+    vxCurve() = default;
+    vxCurve(vxPath *path, vxSegment *segment1, vxSegment *segment2);
+    /** A curve on two new segments of its own; fewer than eight values give a curve without segments. */
+    explicit vxCurve(const QVector<double> &values, vxPath *path = nullptr);
+    vxCurve(const vxCurve &) = delete;
+    vxCurve &operator=(const vxCurve &) = delete;
+    ~vxCurve();
+
+    /** A new curve (count 0) on the same path and the same two segments. */
+    vxCurve *clone() const;
+    void addRef() { ++refCount; }
+    void release();
+
+    // --- accessors ---
+
+    vxSegment *segment1() const { return m_segment1; }
+    vxSegment *segment2() const { return m_segment2; }
+    vxPath *path() const { return m_path; }
+    /** Position in the path's curve list: the index of the first segment; -1 without one. */
+    int index() const { return m_segment1 ? m_segment1->index : -1; }
+    /** NaN without a segment. */
+    vxPoint getPoint1() const;
+    vxPoint getPoint2() const;
+    vxLine getLine() const;
+    bool hasHandles() const;
+    /** Zeroes the two handles of this curve. */
+    void clearHandles();
+    /** The neighbours in the path; they wrap on a closed path, else null at the ends and without a path. */
+    vxCurve *getNext() const;
+    vxCurve *getPrevious() const;
+    bool isFirst() const;
+    bool isLast() const;
+    /** Removes the second segment from the path, giving its outgoing handle to the first; false without a
+     * path. */
+    bool remove();
+    QString toString() const;
+
+    // --- geometry of this curve; the static forms below say what each gives ---
+
+    QVector<double> getValues(const vxMatrix *matrix = nullptr) const;
+    vxPoint getPointAtTime(double t) const;
+    vxPoint getTangentAtTime(double t) const;
+    vxPoint getWeightedTangentAtTime(double t) const;
+    vxPoint getNormalAtTime(double t) const;
+    vxPoint getWeightedNormalAtTime(double t) const;
+    double getCurvatureAtTime(double t) const;
+    /** Arc length of the whole curve, cached until the path changes. */
+    double getLength() const;
+    double getPartLength(double from, double to) const;
+    /** Time at an arc length; negative counts back from the end. */
+    double getTimeAt(double offset, double start = vxTolerance::noTime) const;
+    /** Point at a time, or at an arc length (negative: from the end). */
+    vxPoint getPointAt(double offset, bool isTime = false) const;
+    double getTimeOf(const vxPoint &point) const;
+    double getNearestTime(const vxPoint &point) const;
+    /** Arc length from the start of the path to time t on this curve (of this curve alone when free). */
+    double getOffsetAtTime(double t) const;
+    /** A new location (count 0, the caller's) for a point on the curve, null when it is not on it. */
+    vxCurveLocation *getLocationOf(const vxPoint &point);
+    /** A new free curve (count 0, the caller's). */
+    vxCurve *getPart(double from, double to) const;
+    /** Tight bounds, cached until the path changes. */
+    vxRect getBounds() const;
+    double getArea() const;
+    bool isStraight() const;
+    bool isLinear() const;
+    /** Both curves straight, and their chords collinear. */
+    bool isCollinear(const vxCurve *curve) const;
+    /** Straight, and the tangent at the middle has |y| (|x|) below 1e-7. */
+    bool isHorizontal() const;
+    bool isVertical() const;
+
+    // --- edits ---
+
+    /**
+     * Splits at time t; null within timeMargin of an end or for NaN. In a path: inserts one segment and
+     * returns the second half, which belongs to the path; every other curve object stays. Without a path:
+     * this curve becomes the first half and the second half is returned as a new free curve (count 0, the
+     * caller's), on the reference counts that follow: the new middle segment is held by the new curve only
+     * (this curve borrows it), and this curve goes on holding its old end until it is destroyed. So keep the
+     * new curve alive while this one is used. Handles are written when setHandles is set or the curve has
+     * any.
+     */
+    vxCurve *divideAtTime(double t, bool setHandles);
+    /** The path's splitAt(location); null without a path or location. */
+    vxPath *splitAt(vxCurveLocation *location);
+    /** Drops what this curve has cached (length, bounds). For edits of its path vxPath::_changed() does. */
+    void _changed();
+
+    // --- curve mathematics on values (src/geometry/, kernel in vxcubic_*.cpp) ---
+
+    /** Values between two segments, mapped by matrix if that is not null; empty when a segment is null. */
+    static QVector<double> getValues(const vxSegment *segment1, const vxSegment *segment2,
+                                     const vxMatrix *matrix);
+    /** type 0 point, 1 derivative, 2 normal (dy, -dx), 3 curvature (k, 0); NaN for t outside [0, 1]. */
+    static vxPoint _evaluate(const QVector<double> &values, double t, int type, bool normalized);
+    static vxPoint getPoint(const QVector<double> &values, double t);
+    static vxPoint getTangent(const QVector<double> &values, double t);
+    static vxPoint getWeightedTangent(const QVector<double> &values, double t);
+    static vxPoint getNormal(const QVector<double> &values, double t);
+    static vxPoint getWeightedNormal(const QVector<double> &values, double t);
+    static double getCurvature(const QVector<double> &values, double t);
+    /** Arc length between times a and b: Gauss-Legendre over the speed, exact for straight curves. */
+    static double getLength(const QVector<double> &values, double a = 0, double b = 1);
+    /** Gauss-Legendre order for a time range: ceil(32 |b - a|) within 2 to 16. */
+    static int getIterations(double a, double b);
+    /** Time at arc length offset from start (-100: from the start, or the end when negative); -100 out of
+     * range. */
+    static double getTimeAt(const QVector<double> &values, double offset, double start);
+    static vxPoint getPointAt(const QVector<double> &values, double offset, bool isTime);
+    static double getTimeOf(const QVector<double> &values, const vxPoint &point);
+    static double getNearestTime(const QVector<double> &values, const vxPoint &point);
+    /** The two parts at t, by de Casteljau's construction. */
+    static QVector<QVector<double>> subdivide(const QVector<double> &values, double t);
+    static QVector<double> getPart(const QVector<double> &values, double from, double to);
+    static vxRect getBounds(const QVector<double> &values);
+    /** Extends (*min)[coord] and (*max)[coord] by the curve's range; null or too short vectors: nothing. */
+    static void addBounds(double q0, double q1, double q2, double q3, int coord, double padding,
+                          QVector<double> *min, QVector<double> *max, QVector<double> &roots);
+    /** Times in [min, max] where coordinate coord (0 x, 1 y) equals val; the count, roots written from index
+     * 0. */
+    static int solveCubic(const QVector<double> &values, int coord, double val, QVector<double> &roots,
+                          double min, double max);
+    static double getArea(const QVector<double> &values);
+    /** Handles relative to the ends of line. */
+    static bool isStraight(const vxLine &line, const vxPoint &h1, const vxPoint &h2);
+    static bool isStraight(const QVector<double> &values);
+    static bool isLinear(const vxLine &line, const vxPoint &h1, const vxPoint &h2);
+    static bool isLinear(const QVector<double> &values);
+    static bool hasHandles(const QVector<double> &values);
+    static bool isFlatEnough(const QVector<double> &values, double flatness);
+
+    // --- intersections: src/intersect/ (vxcurve_intersect.cpp) ---
+    // Functions that fill or return locations leave them to the caller: see vxCurveLocation::releaseAll.
+
+    /** Meetings of two curves, or of c1 with itself when c2 is null or c1. */
+    static QList<vxCurveLocation *> getIntersectionscurve(vxCurve *c1, vxCurve *c2);
+    /** Adds the meetings to locations and returns a copy of it; empty vals2: vals1 with itself. */
+    static QList<vxCurveLocation *> getIntersections(const QVector<double> &vals1,
+                                                     const QVector<double> &vals2, vxCurve *c1, vxCurve *c2,
+                                                     QList<vxCurveLocation *> &locations, opParam &param);
+    /** A loop's crossing. Leaves renormalize, renormalizeTime and excludeEnd set in param when the curve may
+     * loop. */
+    static QList<vxCurveLocation *> getSelfIntersection(const QVector<double> &vals1, vxCurve *c1,
+                                                        QList<vxCurveLocation *> &locations, opParam &param);
+    /** Empty, or the two (time on vals1, time on vals2) pairs that bound the stretch both curves share. */
+    static QVector<vxPoint> getOverlaps(const QVector<double> &vals1, const QVector<double> &vals2);
+    static void addLineIntersection(const QVector<double> &vals1, const QVector<double> &vals2, vxCurve *c1,
+                                    vxCurve *c2, QList<vxCurveLocation *> &locations, opParam &param);
+    static void addCurveLineIntersections(const QVector<double> &vals1, const QVector<double> &vals2,
+                                          vxCurve *c1, vxCurve *c2, QList<vxCurveLocation *> &locations,
+                                          opParam &param);
+    /** Fat-line clipping after Sederberg and Nishita; returns the updated number of calls. */
+    static int addCurveIntersections(const QVector<double> &vals1, const QVector<double> &vals2, vxCurve *c1,
+                                     vxCurve *c2, QList<vxCurveLocation *> &locations, opParam &param,
+                                     double tMin, double tMax, double uMin, double uMax, bool flip,
+                                     double recursion, int calls);
+    /** Top and bottom chain of the hull of (0, dq0), (1/3, dq1), (2/3, dq2), (1, dq3), both from first to
+     * last. */
+    static QVector<QVector<vxPoint>> getConvexHull(double dq0, double dq1, double dq2, double dq3);
+    /** First time at which the hull enters [dMin, dMax], NaN when it does not. */
+    static double clipConvexHull(const QVector<vxPoint> &hullTop, const QVector<vxPoint> &hullBottom,
+                                 double dMin, double dMax);
+    static double clipConvexHullPart(const QVector<vxPoint> &part, bool top, double threshold);
+    /** The one place where a pair of locations is made: filters, links, merges into the sorted list. */
+    static void addLocation(QList<vxCurveLocation *> &locations, opParam &param, const QVector<double> &vals1,
+                            vxCurve *c1, double t1, const vxPoint &p1, const QVector<double> &vals2,
+                            vxCurve *c2, double t2, const vxPoint &p2, bool overlap);
+
+    // --- internal ---
+
+    /** This curve as the kernel's record; all zero without segments. */
+    vx::Cubic _cubic() const;
+    /** Called by the path when it puts another segment at this curve's end or leaves it to others. */
+    void _setSegment2(vxSegment *segment);
+    void _detach() { m_path = nullptr; }
+
+    quint32 refCount = 0;
+
+private:
+    vxPath *m_path = nullptr;
+    vxSegment *m_segment1 = nullptr;
+    vxSegment *m_segment2 = nullptr;
+    /** The segment that this curve still holds a reference on after a free division gave its slot to another.
+     */
+    vxSegment *m_heldSegment2 = nullptr;
+    bool m_segment2Borrowed = false;
+
+    mutable vxRect m_bounds;
+    mutable double m_length = 0;
+    /** Path version for which m_bounds / m_length hold; unused (0) on a free curve. */
+    mutable quint32 m_boundsVersion = 0;
+    mutable quint32 m_lengthVersion = 0;
+    mutable qint32 m_cached = 0;
+};

@@ -1,0 +1,133 @@
+#include "vxpath.h"
+
+#include "vxcurvevalues_p.h"
+#include "xpath.h"
+
+std::atomic<quint32> vxPath::s_maxID{ 0 };
+bool vxPath::m_isClloutOpt = false;
+
+vxPath::vxPath(XPath *parent, bool closed) : closed(closed), id(++s_maxID), parent(parent) {}
+
+vxPath::~vxPath()
+{
+    parent = nullptr;
+    clearMonos();
+    releaseCurves();
+    for (vxSegment *segment : qAsConst(m_segments)) {
+        segment->path = nullptr;
+        segment->index = -1;
+        segment->release();
+    }
+}
+
+vxPath *vxPath::clone() const
+{
+    auto *copy = new vxPath(nullptr, closed);
+    copy->assign(*this);
+    return copy;
+}
+
+void vxPath::assign(const vxPath &other)
+{
+    if (&other == this)
+        return;
+    closed = other.closed;
+    flags = other.flags;
+    // They belong to other, so these become clones.
+    setSegments(other.m_segments);
+}
+
+void vxPath::release()
+{
+    if (refCount < 2) {
+        refCount = 0xFFFFFFFE;
+        delete this;
+    } else {
+        --refCount;
+    }
+}
+
+// --- queries ---
+
+int vxPath::_countCurves() const
+{
+    return closed || m_segments.isEmpty() ? m_segments.size() : m_segments.size() - 1;
+}
+
+QList<vxCurve *> vxPath::getCurves() const
+{
+    const int count = _countCurves();
+    if (m_curves.isEmpty() && count > 0) {
+        // The curves are a cache; what they point back to may be edited by whoever may edit it anyway.
+        auto *self = const_cast<vxPath *>(this);
+        m_curves.reserve(count);
+        for (int i = 0; i < count; ++i) {
+            auto *curve = new vxCurve(self, m_segments.at(i), m_segments.at((i + 1) % m_segments.size()));
+            curve->addRef();
+            m_curves.append(curve);
+        }
+    }
+    return m_curves;
+}
+
+vxCurve *vxPath::getFirstCurve() const
+{
+    return getCurves().value(0, nullptr);
+}
+
+vxCurve *vxPath::getLastCurve() const
+{
+    return getCurves().value(_countCurves() - 1, nullptr);
+}
+
+bool vxPath::hasHandles() const
+{
+    for (const vxSegment *segment : m_segments) {
+        if (segment->hasHandles())
+            return true;
+    }
+    return false;
+}
+
+bool vxPath::equals(const vxPath &other) const
+{
+    return closed == other.closed && vxSegment::segsEquals(m_segments, other.m_segments);
+}
+
+QString vxPath::toString() const
+{
+    QString text = QStringLiteral("closed: %1, segments: %2").arg(closed ? 1 : 0).arg(m_segments.size());
+    for (const vxSegment *segment : m_segments)
+        text += QStringLiteral("\n%1").arg(segment->toString());
+    return text;
+}
+
+// --- caches ---
+
+void vxPath::_changed()
+{
+    ++version;
+    length = 0;
+    area = 0;
+    m_boundsValid = false;
+    // Curves stamp what they cached with the version, so that nobody has to walk them here.
+    if (!m_monos.isEmpty())
+        clearMonos();
+}
+
+void vxPath::releaseCurves()
+{
+    // Taken out first: nothing that a release sets off may meet a half-released list.
+    QList<vxCurve *> curves;
+    curves.swap(m_curves);
+    for (vxCurve *curve : qAsConst(curves)) {
+        curve->_detach();
+        curve->release();
+    }
+}
+
+void vxPath::renumber(int from)
+{
+    for (int i = from; i < m_segments.size(); ++i)
+        m_segments.at(i)->index = i;
+}

@@ -1,0 +1,216 @@
+#include "vxpath.h"
+
+#include "vxcurvelocation.h"
+#include "vxcurvevalues_p.h"
+#include "vxmatrix.h"
+
+#include <cmath>
+#include <limits>
+
+using namespace vxTolerance;
+
+namespace {
+
+constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
+constexpr vxPoint nowhere(undefined, undefined);
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+vx::Cubic mapped(const vx::Cubic &c, const vxMatrix &m)
+{
+    return vx::Cubic::fromPoints(m.transformPoint(c.p0()), m.transformPoint(c.p1()), m.transformPoint(c.p2()),
+                                 m.transformPoint(c.p3()));
+}
+
+} // namespace
+
+// --- area, length, bounds ---
+
+double vxPath::getArea(bool cached, bool closedArgument) const
+{
+    if (cached && area != 0)
+        return area;
+    const int count = m_segments.size();
+    const int curves = (cached ? closed : closedArgument) ? count : count - 1;
+    double sum = 0;
+    for (int i = 0; i < curves; ++i)
+        sum += vx::signedArea(vx::cubicBetween(*m_segments.at(i), *m_segments.at((i + 1) % count)));
+    if (cached)
+        area = sum;
+    return sum;
+}
+
+bool vxPath::isClockwise() const
+{
+    if (isFlags(madeClockwise | madeCounterClockwise))
+        return isFlags(madeClockwise);
+    return getArea(true, false) >= 0;
+}
+
+double vxPath::getLength() const
+{
+    if (length == 0) {
+        // Left to right: sums of lengths are compared to the bit elsewhere.
+        double sum = 0;
+        for (const vxCurve *curve : getCurves())
+            sum += curve->getLength();
+        length = sum;
+    }
+    return length;
+}
+
+vxRect vxPath::getBounds(const vxBoundOpt &, const vxStyle &, const vxMatrix *matrix) const
+{
+    if (m_segments.isEmpty())
+        return vxRect();
+    const bool plain = !matrix || matrix->isIdentity();
+    if (plain && m_boundsValid)
+        return m_bounds;
+    vx::Box box{ infinity, infinity, -infinity, -infinity };
+    const int count = m_segments.size();
+    // A lone segment counts as the curve from itself to itself without handles: its point.
+    const int curves = std::max(_countCurves(), 1);
+    for (int i = 0; i < curves; ++i) {
+        const vxSegment &from = *m_segments.at(i);
+        vx::Cubic c = _countCurves() > 0 ? vx::cubicBetween(from, *m_segments.at((i + 1) % count))
+                                         : vx::Cubic::fromLine(from.point, from.point);
+        const vx::Box part = vx::bounds(plain ? c : mapped(c, *matrix));
+        // NaN never compares: such a curve adds nothing.
+        box.minX = part.minX < box.minX ? part.minX : box.minX;
+        box.minY = part.minY < box.minY ? part.minY : box.minY;
+        box.maxX = part.maxX > box.maxX ? part.maxX : box.maxX;
+        box.maxY = part.maxY > box.maxY ? part.maxY : box.maxY;
+    }
+    const bool found = box.minX <= box.maxX && box.minY <= box.maxY;
+    const vxRect bounds = found ? vxRect(box.minX, box.minY, box.maxX - box.minX, box.maxY - box.minY)
+                                : vxRect(undefined, undefined, undefined, undefined);
+    if (plain) {
+        m_bounds = bounds;
+        m_boundsValid = true;
+    }
+    return bounds;
+}
+
+// --- places by arc length ---
+
+vxCurve *vxPath::getCurveAtOff(double &offset) const
+{
+    const double wanted = offset < 0 ? offset + getLength() : offset;
+    if (!(wanted >= 0))
+        return nullptr;
+    const QList<vxCurve *> curves = getCurves();
+    double sum = 0;
+    for (vxCurve *curve : curves) {
+        const double start = sum;
+        sum += curve->getLength();
+        if (sum > wanted) {
+            offset = wanted - start;
+            return curve;
+        }
+    }
+    if (curves.isEmpty() || !(wanted <= sum))
+        return nullptr;
+    offset = curves.last()->getLength();
+    return curves.last();
+}
+
+vxCurve *vxPath::curveAndTimeAt(double offset, double &time) const
+{
+    vxCurve *curve = getCurveAtOff(offset);
+    if (!curve)
+        return nullptr;
+    // Behind the last curve's length there is only its end, whatever rounding says.
+    time = offset < curve->getLength() ? curve->getTimeAt(offset) : 1;
+    if (time == noTime)
+        time = 1;
+    return curve;
+}
+
+vxCurveLocation *vxPath::getLocationAt(double offset) const
+{
+    double time;
+    vxCurve *curve = curveAndTimeAt(offset, time);
+    return curve ? new vxCurveLocation(curve, time, nowhere, false, 0) : nullptr;
+}
+
+vxPoint vxPath::getPointAt(double offset) const
+{
+    double time;
+    const vxCurve *curve = curveAndTimeAt(offset, time);
+    return curve ? curve->getPointAtTime(time) : nowhere;
+}
+
+vxPoint vxPath::getTangentAt(double offset) const
+{
+    double time;
+    const vxCurve *curve = curveAndTimeAt(offset, time);
+    return curve ? curve->getTangentAtTime(time) : nowhere;
+}
+
+vxPoint vxPath::getNormalAt(double offset) const
+{
+    double time;
+    const vxCurve *curve = curveAndTimeAt(offset, time);
+    return curve ? curve->getNormalAtTime(time) : nowhere;
+}
+
+vxPoint vxPath::getWeightedTangentAt(double offset) const
+{
+    double time;
+    const vxCurve *curve = curveAndTimeAt(offset, time);
+    return curve ? curve->getWeightedTangentAtTime(time) : nowhere;
+}
+
+vxPoint vxPath::getWeightedNormalAt(double offset) const
+{
+    double time;
+    const vxCurve *curve = curveAndTimeAt(offset, time);
+    return curve ? curve->getWeightedNormalAtTime(time) : nowhere;
+}
+
+double vxPath::getCurvatureAt(double offset) const
+{
+    double time;
+    const vxCurve *curve = curveAndTimeAt(offset, time);
+    return curve ? curve->getCurvatureAtTime(time) : 0;
+}
+
+// --- places by point ---
+
+vxCurveLocation *vxPath::getNearestLocation(const vxPoint &point) const
+{
+    vxCurve *nearest = nullptr;
+    double nearestTime = 0;
+    double nearestDistance = infinity;
+    for (vxCurve *curve : getCurves()) {
+        const double time = curve->getNearestTime(point);
+        const double distance = point.getDistance(curve->getPointAtTime(time));
+        if (distance < nearestDistance) {
+            nearest = curve;
+            nearestTime = time;
+            nearestDistance = distance;
+        }
+    }
+    if (!nearest)
+        return nullptr;
+    return new vxCurveLocation(nearest, nearestTime, nearest->getPointAtTime(nearestTime), false,
+                               nearestDistance);
+}
+
+vxCurveLocation *vxPath::getLocationOf(const vxPoint &point) const
+{
+    for (vxCurve *curve : getCurves()) {
+        if (vxCurveLocation *location = curve->getLocationOf(point))
+            return location;
+    }
+    return nullptr;
+}
+
+double vxPath::getOffsetOf(const vxPoint &point) const
+{
+    vxCurveLocation *location = getLocationOf(point);
+    if (!location)
+        return noOffset;
+    const double offset = location->getOffset();
+    location->release();
+    return offset;
+}

@@ -1,0 +1,154 @@
+#include "xpath.h"
+
+// Children and the orientation rule.
+
+XPath::~XPath()
+{
+    // Emptied first, so that nothing a release sets off meets a child that is gone.
+    const QVector<vxPath *> old = children;
+    children.clear();
+    for (vxPath *child : old) {
+        if (child->parent == this)
+            child->parent = nullptr;
+        child->release();
+    }
+}
+
+XPath *XPath::clone() const
+{
+    auto *copy = new XPath;
+    copy->assign(*this);
+    return copy;
+}
+
+void XPath::assign(const XPath &other)
+{
+    evenOdd = other.evenOdd;
+    const QVector<vxPath *> originals = other.children;
+    children.reserve(children.size() + originals.size());
+    for (const vxPath *original : originals) {
+        // Clones keep direction and flags; the rule was applied to their originals.
+        vxPath *child = original->clone();
+        child->parent = this;
+        child->index = children.size();
+        child->addRef();
+        children.append(child);
+    }
+}
+
+// --- adding ---
+
+void XPath::addChild(vxPath *child, int index)
+{
+    if (!child)
+        return;
+    child->parent = this;
+    addChildren({ child }, index);
+}
+
+void XPath::addChildren(const QVector<vxPath *> &list, int index)
+{
+    QVector<vxPath *> added;
+    added.reserve(list.size());
+    for (vxPath *child : list) {
+        if (!child)
+            continue;
+        child->addRef();
+        if (!child->parent)
+            child->parent = this;
+        added.append(child);
+    }
+    if (index < 0 || index > children.size())
+        index = children.size();
+    const QVector<vxPath *> behind = children.mid(index);
+    children.resize(index);
+    children += added;
+    children += behind;
+    renumber(index);
+    orientAdded(added);
+}
+
+void XPath::setChildren(const QVector<vxPath *> &list)
+{
+    // Held across the change: a child that stays must not die in between.
+    const QVector<vxPath *> next = list;
+    for (vxPath *child : next) {
+        if (child)
+            child->addRef();
+    }
+    removeChildren(0, -1);
+    addChildren(next, -1);
+    for (vxPath *child : next) {
+        if (child)
+            child->release();
+    }
+}
+
+// --- removing ---
+
+void XPath::removeChildren(int from, int to)
+{
+    if (to < 0 || to > children.size())
+        to = children.size();
+    from = qMax(from, 0);
+    if (from >= to)
+        return;
+    const QVector<vxPath *> removed = children.mid(from, to - from);
+    children.erase(children.begin() + from, children.begin() + to);
+    for (vxPath *child : removed) {
+        if (child->parent == this)
+            child->parent = nullptr;
+        child->release();
+    }
+    renumber(0);
+    orientRemaining();
+}
+
+void XPath::removeChild(vxPath *child)
+{
+    if (!child)
+        return;
+    children.removeOne(child);
+    if (child->parent == this)
+        child->parent = nullptr;
+    child->release();
+    renumber(0);
+    orientRemaining();
+}
+
+// --- numbering and orientation ---
+
+void XPath::renumber(int from)
+{
+    for (int i = from; i < children.size(); ++i)
+        children.at(i)->index = i;
+}
+
+void XPath::orientAdded(const QVector<vxPath *> &added)
+{
+    for (vxPath *child : added) {
+        if (!child->isFlags(vxPath::madeClockwise | vxPath::madeCounterClockwise))
+            child->setClockwise(child->index == 0);
+    }
+}
+
+void XPath::orientRemaining()
+{
+    for (vxPath *child : qAsConst(children)) {
+        const bool outer = child->index == 0;
+        const bool decided = child->isFlags(vxPath::madeClockwise | vxPath::madeCounterClockwise);
+        if (!decided || child->isFlags(vxPath::madeClockwise) != outer)
+            child->setClockwise(outer);
+    }
+}
+
+bool XPath::isClockwise() const
+{
+    return !children.isEmpty() && children.first()->isClockwise();
+}
+
+void XPath::setClockwise(bool clockwise)
+{
+    if (isClockwise() != clockwise)
+        reverse();
+}

@@ -1,0 +1,145 @@
+#include "xpath.h"
+
+#include "vxcurvelocation.h"
+
+#include <limits>
+
+// What is asked of a compound path as a whole and answered by its children one by one.
+
+namespace {
+
+constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
+constexpr vxPoint nowhere(undefined, undefined);
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+} // namespace
+
+void XPath::reverse()
+{
+    for (vxPath *child : qAsConst(children))
+        child->reverse();
+}
+
+XPath *XPath::reduce(bool simplify)
+{
+    QVector<vxPath *> kept;
+    QVector<vxPath *> emptied;
+    for (vxPath *child : qAsConst(children)) {
+        child->reduce(simplify);
+        (child->isEmpty() ? emptied : kept).append(child);
+    }
+    if (!emptied.isEmpty()) {
+        // Empty ones to the end, so that all go in one step: the rule for those that remain costs a pass each
+        // time.
+        children = kept + emptied;
+        removeChildren(kept.size(), -1);
+    }
+    return this;
+}
+
+void XPath::interpolate(const XPath *from, const XPath *to, double factor)
+{
+    if (!from || !to || from->children.isEmpty() || from->children.size() != to->children.size())
+        return;
+    const int count = from->children.size();
+    removeChildren(count, -1);
+    while (children.size() < count)
+        addChild(new vxPath, -1);
+    for (int i = 0; i < count; ++i)
+        children.at(i)->interpolate(from->children.at(i), to->children.at(i), factor);
+}
+
+vxPath *XPath::splitAt(double offset)
+{
+    double sum = 0;
+    if (offset >= 0) {
+        for (vxPath *child : qAsConst(children)) {
+            const double before = sum;
+            sum += child->getLength();
+            if (sum > offset)
+                return child->splitAt(offset - before);
+        }
+    } else {
+        for (int i = children.size() - 1; i >= 0; --i) {
+            sum += children.at(i)->getLength();
+            if (sum > -offset)
+                return children.at(i)->splitAt(sum + offset);
+        }
+    }
+    return nullptr;
+}
+
+QList<vxCurve *> XPath::getCurves() const
+{
+    QList<vxCurve *> curves;
+    for (const vxPath *child : children)
+        curves += child->getCurves();
+    return curves;
+}
+
+double XPath::getLength() const
+{
+    double sum = 0;
+    for (const vxPath *child : children)
+        sum += child->getLength();
+    return sum;
+}
+
+vxRect XPath::getBounds(const vxBoundOpt &option, const vxStyle &style, const vxMatrix *matrix) const
+{
+    // By edges: vxRect::unite() would leave out flat boxes, and a line has one.
+    double left = infinity, top = infinity, right = -infinity, bottom = -infinity;
+    for (const vxPath *child : children) {
+        if (child->isEmpty())
+            continue;
+        const vxRect box = child->getBounds(option, style, matrix);
+        left = box.x < left ? box.x : left;
+        top = box.y < top ? box.y : top;
+        right = box.right() > right ? box.right() : right;
+        bottom = box.bottom() > bottom ? box.bottom() : bottom;
+    }
+    if (!(left <= right && top <= bottom))
+        return vxRect();
+    return vxRect(left, top, right - left, bottom - top);
+}
+
+vxCurveLocation *XPath::getNearestLocation(const vxPoint &point) const
+{
+    vxCurveLocation *best = nullptr;
+    for (const vxPath *child : children) {
+        vxCurveLocation *candidate = child->getNearestLocation(point);
+        if (!candidate)
+            continue;
+        // Ties stay with the earlier curve.
+        if (best && !(candidate->distance < best->distance)) {
+            candidate->release();
+            continue;
+        }
+        if (best)
+            best->release();
+        best = candidate;
+    }
+    return best;
+}
+
+vxPoint XPath::getNearestPoint(const vxPoint &point) const
+{
+    vxCurveLocation *location = getNearestLocation(point);
+    if (!location)
+        return nowhere;
+    const vxPoint nearest = location->getPoint();
+    location->release();
+    return nearest;
+}
+
+void XPath::transformContent(const vxMatrix *matrix)
+{
+    for (vxPath *child : qAsConst(children))
+        child->transformContent(matrix);
+}
+
+void XPath::flatten(double flatness)
+{
+    for (vxPath *child : qAsConst(children))
+        child->flatten(flatness);
+}
