@@ -28,7 +28,8 @@ Frame Frame::around(const Box &box)
     const double size = std::max(box.maxX - box.minX, box.maxY - box.minY);
     if (!(size > 0) || !std::isfinite(size))
         return frame;
-    const int exponent = std::clamp(int(std::floor(std::log2(frameSize / size))), -1000, 1000);
+    // Clamped while it is a double: a size without normal numbers would leave the range of int.
+    const int exponent = int(std::clamp(std::floor(std::log2(frameSize) - std::log2(size)), -900.0, 900.0));
     frame.scale = std::ldexp(1.0, exponent);
     // An origin on a coarse grid: subtracting it costs no bits of a drawing far off.
     const double grid = std::ldexp(1.0, -exponent) * frameSize;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pzgraphics_global.h"
+#include "vxbooleanreport.h"
 
 #include <QPoint>
 #include <QPointF>
@@ -170,6 +171,13 @@ public:
     void unite(PZPath &other);
     void intersect(PZPath &other);
     void subtract(PZPath &other);
+    // The same, saying how far the result can be trusted.
+    void unite(PZPath &other, vxBooleanReport &report);
+    void intersect(PZPath &other, vxBooleanReport &report);
+    void subtract(PZPath &other, vxBooleanReport &report);
+    /** The union of any number of paths at once, far faster than one after the other; they are cleaned up. */
+    static PZPath uniteAll(QVector<PZPath> &paths);
+    static PZPath uniteAll(QVector<PZPath> &paths, vxBooleanReport &report);
     /** Appends the normalised copy of this path to its elements; callers that want only the copy clear first.
      */
     void evenOdd();

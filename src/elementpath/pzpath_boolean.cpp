@@ -6,19 +6,20 @@
 
 #include <cmath>
 #include <memory>
+#include <vector>
 
 namespace {
 
-using EngineOperation = XPath *(XPath::*)(XPath *);
+using EngineOperation = XPath *(XPath::*)(XPath *, vxBooleanReport &);
 
-void combine(PZPath &path, PZPath &other, EngineOperation operation)
+void combine(PZPath &path, PZPath &other, EngineOperation operation, vxBooleanReport &report)
 {
     // Both operands are converted before the first one is rewritten, so they may be one object.
     XPath a;
     XPath b;
     path.toXPath(a);
     other.toXPath(b);
-    const std::unique_ptr<XPath> result((a.*operation)(&b));
+    const std::unique_ptr<XPath> result((a.*operation)(&b, report));
     if (!result)
         return;
     path.clear();
@@ -63,17 +64,56 @@ void clearUnknownHandles(vxPath &path)
 
 void PZPath::unite(PZPath &other)
 {
-    combine(*this, other, &XPath::unite);
+    vxBooleanReport report;
+    unite(other, report);
+}
+
+void PZPath::unite(PZPath &other, vxBooleanReport &report)
+{
+    combine(*this, other, &XPath::unite, report);
 }
 
 void PZPath::intersect(PZPath &other)
 {
-    combine(*this, other, &XPath::intersect);
+    vxBooleanReport report;
+    intersect(other, report);
+}
+
+void PZPath::intersect(PZPath &other, vxBooleanReport &report)
+{
+    combine(*this, other, &XPath::intersect, report);
 }
 
 void PZPath::subtract(PZPath &other)
 {
-    combine(*this, other, &XPath::subtract);
+    vxBooleanReport report;
+    subtract(other, report);
+}
+
+void PZPath::subtract(PZPath &other, vxBooleanReport &report)
+{
+    combine(*this, other, &XPath::subtract, report);
+}
+
+PZPath PZPath::uniteAll(QVector<PZPath> &paths)
+{
+    vxBooleanReport report;
+    return uniteAll(paths, report);
+}
+
+PZPath PZPath::uniteAll(QVector<PZPath> &paths, vxBooleanReport &report)
+{
+    std::vector<std::unique_ptr<XPath>> owned;
+    QList<XPath *> operands;
+    for (PZPath &path : paths) {
+        owned.push_back(std::make_unique<XPath>());
+        path.toXPath(*owned.back());
+        operands.append(owned.back().get());
+    }
+    const std::unique_ptr<XPath> result(XPath::uniteAll(operands, report));
+    PZPath united;
+    united.fromXPath(*result);
+    return united;
 }
 
 void PZPath::evenOdd()
