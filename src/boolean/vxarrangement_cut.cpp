@@ -2,6 +2,8 @@
 
 #include "vxtolerance.h"
 
+#include <QtGlobal>
+
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -25,7 +27,7 @@ constexpr double togetherFraction = 0.01;
 bool bulges(const Cubic &c, double distance)
 {
     for (double t : { 0.25, 0.5, 0.75 }) {
-        if (pointAt(c, t).getDistance(c.p0()) > distance)
+        if (placeAt(c, t).getDistance(c.p0()) > distance)
             return true;
     }
     return false;
@@ -42,10 +44,21 @@ bool runTogether(const Cubic &a, const Cubic &b, double snapping)
     const double reach = std::min(togetherFactor * snapping, togetherFraction * length(a));
     for (double t : { 0.25, 0.5, 0.75 }) {
         double distance = reach;
-        if (timeNear(b, pointAt(a, t), distance) == noTime)
+        if (timeNear(b, placeAt(a, t), distance) == noTime)
             return false;
     }
     return true;
+}
+
+/** Whether a stretch has the direction of another between the same nodes. */
+bool runsAlong(const Edge &first, const Edge &stretch)
+{
+    if (stretch.node0 != stretch.node1)
+        return stretch.node0 == first.node0;
+    // A loop has both ends on one node: its direction shows a quarter along.
+    const vxPoint quarter = placeAt(stretch.inFrame, 0.25);
+    return placeAt(first.inFrame, 0.25).getDistance(quarter) <=
+           placeAt(first.inFrame, 0.75).getDistance(quarter);
 }
 
 /** Groups points that lie within a distance of each other, directly or through others. */
@@ -59,9 +72,9 @@ public:
         m_cells.reserve(points.size());
         for (int i = 0; i < int(points.size()); ++i) {
             const vxPoint &p = points[size_t(i)];
-            m_cells.push_back({ std::floor(p.x / distance), std::floor(p.y / distance), i });
+            m_cells.push_back({ keyOf(std::floor(p.x / distance), std::floor(p.y / distance)), i });
         }
-        std::sort(m_cells.begin(), m_cells.end(), less);
+        std::sort(m_cells.begin(), m_cells.end());
         for (size_t i = 0; i < m_cells.size(); ++i)
             joinNeighbours(i);
     }
@@ -76,32 +89,48 @@ public:
 
 private:
     struct Cell {
-        double x, y;
+        quint64 key;
         int point;
+
+        bool operator<(const Cell &other) const
+        {
+            return std::tie(key, point) < std::tie(other.key, other.point);
+        }
     };
 
-    static bool less(const Cell &a, const Cell &b)
+    /** Cells of the frame number some 10^9 a side at the least distance: both indexes fit into one key. */
+    static quint64 keyOf(double x, double y)
     {
-        return std::tie(a.x, a.y, a.point) < std::tie(b.x, b.y, b.point);
+        return (quint64(qint64(x) + (qint64(1) << 31)) << 32) + quint64(qint64(y) + (qint64(1) << 31));
     }
 
     void joinNeighbours(size_t i)
     {
         const Cell &cell = m_cells[i];
-        joinFrom(i + 1, cell, cell.x, cell.y);
-        for (const auto &[dx, dy] : { std::pair(0, 1), std::pair(1, -1), std::pair(1, 0), std::pair(1, 1) }) {
-            const Cell target{ cell.x + dx, cell.y + dy, -1 };
-            const auto at = std::lower_bound(m_cells.begin() + int(i), m_cells.end(), target, less);
-            joinFrom(size_t(at - m_cells.begin()), cell, target.x, target.y);
-        }
+        joinFrom(i + 1, cell, cell.key);
+        constexpr quint64 right = quint64(1) << 32;
+        // The next cell below is mostly the next in order; those to the right are sought.
+        size_t below = i + 1;
+        while (below < m_cells.size() && m_cells[below].key == cell.key)
+            ++below;
+        joinFrom(below, cell, cell.key + 1);
+        const auto at =
+            std::lower_bound(m_cells.begin() + int(below), m_cells.end(), Cell{ cell.key + right - 1, -1 });
+        const size_t first = size_t(at - m_cells.begin());
+        for (size_t k = first; k < m_cells.size() && m_cells[k].key <= cell.key + right + 1; ++k)
+            joinIfClose(cell, m_cells[k]);
     }
 
-    void joinFrom(size_t k, const Cell &cell, double x, double y)
+    void joinFrom(size_t k, const Cell &cell, quint64 key)
     {
-        for (; k < m_cells.size() && m_cells[k].x == x && m_cells[k].y == y; ++k) {
-            if (m_points[size_t(cell.point)].isClose(m_points[size_t(m_cells[k].point)], m_distance))
-                join(cell.point, m_cells[k].point);
-        }
+        for (; k < m_cells.size() && m_cells[k].key == key; ++k)
+            joinIfClose(cell, m_cells[k]);
+    }
+
+    void joinIfClose(const Cell &a, const Cell &b)
+    {
+        if (m_points[size_t(a.point)].isClose(m_points[size_t(b.point)], m_distance))
+            join(a.point, b.point);
     }
 
     void join(int a, int b)
@@ -145,7 +174,7 @@ std::vector<Edge> Arrangement::stretches()
 }
 
 /** Appends the stretches of one curve between its cuts, which are sorted. */
-void Arrangement::cutCurve(int curve, const Cut *begin, const Cut *end, std::vector<Edge> &result) const
+void Arrangement::cutCurve(int curve, const Cut *begin, const Cut *end, std::vector<Edge> &result)
 {
     const ArrangedCurve &source = m_curves[size_t(curve)];
     const Cubic &values = source.inFrame.values;
@@ -163,92 +192,96 @@ void Arrangement::cutCurve(int curve, const Cut *begin, const Cut *end, std::vec
         times.pop_back();
     times.push_back(1);
 
-    const bool straight = !hasHandles(source.original);
+    Edge stretch{};
+    stretch.curve = curve;
+    stretch.line = !hasHandles(source.original);
     for (size_t i = 1; i < times.size(); ++i) {
-        Edge stretch{};
-        stretch.curve = curve;
         stretch.t0 = times[i - 1];
         stretch.t1 = times[i];
-        if (straight)
-            stretch.inFrame = Cubic::fromLine(pointAt(values, stretch.t0), pointAt(values, stretch.t1));
-        else
-            stretch.inFrame = withEnds(part(values, stretch.t0, stretch.t1), pointAt(values, stretch.t0),
-                                       pointAt(values, stretch.t1));
+        // Both stretches at a cut take the same computed point for their end.
+        const vxPoint p0 = pointAt(values, stretch.t0);
+        const vxPoint p3 = pointAt(values, stretch.t1);
+        stretch.inFrame =
+            stretch.line ? Cubic::fromLine(p0, p3) : withEnds(part(values, stretch.t0, stretch.t1), p0, p3);
         result.push_back(stretch);
     }
+}
+
+/** The stretch after each in its contour: where that starts is where this one ends. */
+std::vector<int> Arrangement::followers(const std::vector<Edge> &all) const
+{
+    std::vector<int> next(all.size());
+    size_t first = 0;
+    for (size_t i = 0; i < all.size(); ++i) {
+        const auto contour = [&](size_t k) { return m_curves[size_t(all[k].curve)].contour; };
+        const bool ends = i + 1 == all.size() || contour(i + 1) != contour(i);
+        next[i] = int(ends ? first : i + 1);
+        if (ends)
+            first = i + 1;
+    }
+    return next;
 }
 
 /** Makes nodes of end points within the snapping distance and moves the stretches' ends onto them. */
 void Arrangement::joinEnds(std::vector<Edge> &all)
 {
-    std::vector<vxPoint> ends;
-    ends.reserve(all.size() * 2);
-    for (const Edge &stretch : all) {
-        ends.push_back(stretch.inFrame.p0());
-        ends.push_back(stretch.inFrame.p3());
-    }
-    Clusters clusters(ends, m_snapping);
+    const std::vector<int> next = followers(all);
+    std::vector<vxPoint> starts;
+    starts.reserve(all.size());
+    for (const Edge &stretch : all)
+        starts.push_back(stretch.inFrame.p0());
+    Clusters clusters(starts, m_snapping);
 
     // A node lies on a vertex of an operand where it holds one, so that vertices stay where they are.
-    std::vector<int> place(ends.size(), -1);
-    const auto isVertex = [&all](int end) {
-        const Edge &stretch = all[size_t(end) / 2];
-        return end % 2 == 0 ? stretch.t0 == 0 : stretch.t1 == 1;
-    };
-    for (int end = 0; end < int(ends.size()); ++end) {
-        int &at = place[size_t(clusters.find(end))];
-        if (at == -1 || (!isVertex(at) && isVertex(end)))
-            at = end;
+    std::vector<int> place(all.size(), -1);
+    for (int i = 0; i < int(all.size()); ++i) {
+        int &at = place[size_t(clusters.find(i))];
+        if (at == -1 || (all[size_t(at)].t0 != 0 && all[size_t(i)].t0 == 0))
+            at = i;
     }
     m_nodes.clear();
-    std::vector<int> nodeOf(ends.size(), -1);
-    for (int end = 0; end < int(ends.size()); ++end) {
-        const int group = clusters.find(end);
-        const int at = place[size_t(group)];
+    std::vector<int> nodeOf(all.size(), -1);
+    for (int i = 0; i < int(all.size()); ++i) {
+        const int group = clusters.find(i);
         if (nodeOf[size_t(group)] == -1) {
             nodeOf[size_t(group)] = int(m_nodes.size());
-            const Cubic &original = m_curves[size_t(all[size_t(at) / 2].curve)].original;
-            const vxPoint p = ends[size_t(at)];
-            const vxPoint vertex = at % 2 == 0 ? original.p0() : original.p3();
-            m_nodes.push_back({ p, isVertex(at) ? vertex : m_frame.fromFrame(p), true });
+            const Edge &at = all[size_t(place[size_t(group)])];
+            const vxPoint p = at.inFrame.p0();
+            m_nodes.push_back(
+                { p, at.t0 == 0 ? m_curves[size_t(at.curve)].original.p0() : m_frame.fromFrame(p), true });
         }
         const int node = nodeOf[size_t(group)];
-        if (ends[size_t(end)] != m_nodes[size_t(node)].inFrame)
+        if (starts[size_t(i)] != m_nodes[size_t(node)].inFrame)
             m_nodes[size_t(node)].exact = false;
-        (end % 2 == 0 ? all[size_t(end) / 2].node0 : all[size_t(end) / 2].node1) = node;
+        all[size_t(i)].node0 = node;
     }
-    for (Edge &stretch : all)
+    for (size_t i = 0; i < all.size(); ++i) {
+        Edge &stretch = all[i];
+        stretch.node1 = all[size_t(next[i])].node0;
         stretch.inFrame = withEnds(stretch.inFrame, m_nodes[size_t(stretch.node0)].inFrame,
                                    m_nodes[size_t(stretch.node1)].inFrame);
+    }
 }
 
-/** Signed counts of a group of stretches that run together, along the first of them; those that cancel left
- * out. */
-std::vector<Share> Arrangement::sharesOf(const std::vector<int> &group, const std::vector<Edge> &all) const
+/**
+ * Appends the signed counts of stretches that run together, along the first of them, to the shares; those
+ * that cancel are left out. A stretch is followed by nextInGroup, -1 ends the group.
+ */
+void Arrangement::addShares(int first, const std::vector<int> &nextInGroup, const std::vector<Edge> &all)
 {
-    std::vector<Share> shares;
-    const Edge &first = all[size_t(group.front())];
-    for (int i : group) {
-        const Edge &stretch = all[size_t(i)];
-        const int operand = m_contours[size_t(m_curves[size_t(stretch.curve)].contour)].operand;
-        // A loop has both ends on one node: its direction shows a quarter along.
-        bool along = stretch.node0 == first.node0;
-        if (stretch.node0 == stretch.node1) {
-            const vxPoint quarter = pointAt(stretch.inFrame, 0.25);
-            along = pointAt(first.inFrame, 0.25).getDistance(quarter) <=
-                    pointAt(first.inFrame, 0.75).getDistance(quarter);
-        }
-        auto at = std::find_if(shares.begin(), shares.end(),
+    const auto begin = std::ptrdiff_t(m_shares.size());
+    for (int i = first; i != -1; i = nextInGroup[size_t(i)]) {
+        const int operand = m_contours[size_t(m_curves[size_t(all[size_t(i)].curve)].contour)].operand;
+        auto at = std::find_if(m_shares.begin() + begin, m_shares.end(),
                                [operand](const Share &s) { return s.operand == operand; });
-        if (at == shares.end())
-            at = shares.insert(at, { operand, 0 });
-        at->count += along ? 1 : -1;
+        if (at == m_shares.end())
+            at = m_shares.insert(at, { operand, 0 });
+        at->count += runsAlong(all[size_t(first)], all[size_t(i)]) ? 1 : -1;
     }
     const auto cancels = [this](const Share &s) {
         return m_evenOdd[size_t(s.operand)] ? s.count % 2 == 0 : s.count == 0;
     };
-    shares.erase(std::remove_if(shares.begin(), shares.end(), cancels), shares.end());
-    return shares;
+    m_shares.erase(std::remove_if(m_shares.begin() + begin, m_shares.end(), cancels), m_shares.end());
 }
 
 /** Makes one edge of stretches that run together between the same nodes; drops what shrank to a point or
@@ -256,43 +289,62 @@ std::vector<Share> Arrangement::sharesOf(const std::vector<int> &group, const st
 void Arrangement::joinStretches(const std::vector<Edge> &all)
 {
     std::vector<int> order;
+    order.reserve(all.size());
     for (int i = 0; i < int(all.size()); ++i) {
         const Edge &stretch = all[size_t(i)];
         if (stretch.node0 != stretch.node1 || bulges(stretch.inFrame, m_snapping))
             order.push_back(i);
     }
-    const auto ends = [&all](int i) { return std::minmax(all[size_t(i)].node0, all[size_t(i)].node1); };
-    std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return ends(a) < ends(b); });
+    const auto ends = [&all](int i) -> std::pair<int, int> {
+        return std::minmax(all[size_t(i)].node0, all[size_t(i)].node1);
+    };
+    std::sort(order.begin(), order.end(), [&](int a, int b) {
+        const auto endsA = ends(a);
+        const auto endsB = ends(b);
+        return endsA != endsB ? endsA < endsB : a < b;
+    });
 
-    std::vector<std::vector<int>> groups;
+    std::vector<int> firsts;
+    std::vector<int> nextInGroup(all.size(), -1);
     for (size_t i = 0; i < order.size();) {
-        const size_t firstGroup = groups.size();
-        const auto between = std::pair<int, int>(ends(order[i]));
-        for (; i < order.size() && std::pair<int, int>(ends(order[i])) == between; ++i) {
-            const Cubic &c = all[size_t(order[i])].inFrame;
-            auto group = groups.begin() + int(firstGroup);
-            while (group != groups.end() && !runTogether(c, all[size_t(group->front())].inFrame, m_snapping))
-                ++group;
-            if (group == groups.end())
-                groups.push_back({ order[i] });
-            else
-                group->push_back(order[i]);
-        }
+        const size_t begin = firsts.size();
+        const auto between = ends(order[i]);
+        for (; i < order.size() && ends(order[i]) == between; ++i)
+            joinGroup(order[i], begin, all, firsts, nextInGroup);
     }
-    std::sort(groups.begin(), groups.end(),
-              [](const auto &a, const auto &b) { return a.front() < b.front(); });
+    std::sort(firsts.begin(), firsts.end());
 
     m_edges.clear();
+    m_edges.reserve(firsts.size());
     m_shares.clear();
-    for (const std::vector<int> &group : groups) {
-        const std::vector<Share> shares = sharesOf(group, all);
-        if (shares.empty())
+    for (int first : firsts) {
+        const size_t begin = m_shares.size();
+        addShares(first, nextInGroup, all);
+        if (m_shares.size() == begin)
             continue;
-        m_edges.push_back(all[size_t(group.front())]);
-        m_edges.back().firstShare = int(m_shares.size());
-        m_edges.back().shareCount = int(shares.size());
-        m_shares.insert(m_shares.end(), shares.begin(), shares.end());
+        m_edges.push_back(all[size_t(first)]);
+        m_edges.back().firstShare = int(begin);
+        m_edges.back().shareCount = int(m_shares.size() - begin);
     }
+}
+
+/** Puts a stretch into the group that it runs with, among those that start at firsts[begin], or makes one for
+ * it. */
+void Arrangement::joinGroup(int stretch, size_t begin, const std::vector<Edge> &all, std::vector<int> &firsts,
+                            std::vector<int> &nextInGroup) const
+{
+    const auto runsWith = [&](int first) {
+        return runTogether(all[size_t(stretch)].inFrame, all[size_t(first)].inFrame, m_snapping);
+    };
+    const auto group = std::find_if(firsts.begin() + std::ptrdiff_t(begin), firsts.end(), runsWith);
+    if (group == firsts.end()) {
+        firsts.push_back(stretch);
+        return;
+    }
+    int last = *group;
+    while (nextInGroup[size_t(last)] != -1)
+        last = nextInGroup[size_t(last)];
+    nextInGroup[size_t(last)] = stretch;
 }
 
 } // namespace vx

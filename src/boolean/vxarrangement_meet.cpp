@@ -2,6 +2,7 @@
 
 #include "vxboxtree_p.h"
 #include "vxcurve.h"
+#include "vxline.h"
 #include "vxpath.h"
 #include "vxtolerance.h"
 #include "xpath.h"
@@ -34,6 +35,55 @@ std::vector<Cubic> filledOutline(const vxPath &path, bool &closedByLine)
     if (closedByLine)
         outline.push_back(Cubic::fromLine(outline.back().p3(), outline.front().p0()));
     return outline;
+}
+
+/** Distances of a curve's hull from its chord, widened: farther off than these no point of it lies. */
+struct Band {
+    double least, greatest;
+};
+
+Band bandAround(const Cubic &c, double slack)
+{
+    const auto distance = [&c](int i) {
+        return vxLine::getSignedDistance(c.v[0], c.v[1], c.v[6], c.v[7], c.v[i], c.v[i + 1], false);
+    };
+    const double d1 = distance(2);
+    const double d2 = distance(4);
+    return { std::min({ d1, d2, 0.0 }) - slack, std::max({ d1, d2, 0.0 }) + slack };
+}
+
+bool isFarFromChord(const Cubic &c, const vxPoint &p, double slack)
+{
+    const Band band = bandAround(c, slack);
+    const double d = vxLine::getSignedDistance(c.v[0], c.v[1], c.v[6], c.v[7], p.x, p.y, false);
+    return d < band.least || d > band.greatest;
+}
+
+/**
+ * Whether two curves that share an end meet nowhere else: their control points lie on different sides of a
+ * line through that end. (The line halves the angle between the chords from a's far end to b's.)
+ */
+bool partAtSharedEnd(const Cubic &a, const Cubic &b)
+{
+    Cubic first = a;
+    Cubic second = b;
+    if (a.p0() == b.p3() || a.p0() == b.p0())
+        first = a.reversed();
+    if (first.p3() == b.p3())
+        second = b.reversed();
+    if (first.p3() != second.p0())
+        return false;
+    const vxPoint end = second.p0();
+    const vxPoint back = first.p0().subtract(end).normalize(1);
+    const vxPoint on = second.p3().subtract(end).normalize(1);
+    const vxPoint across = on.subtract(back);
+    const auto side = [&](const vxPoint &p) { return p.subtract(end).dot(across); };
+    const auto within = [](double s) { return s > 1e-9; };
+    const auto leaves = [&](const vxPoint &handle, double sign) {
+        return handle == end || within(sign * side(handle));
+    };
+    return within(-side(first.p0())) && within(-side(first.p1())) && leaves(first.p2(), -1) &&
+           leaves(second.p1(), 1) && within(side(second.p2())) && within(side(second.p3()));
 }
 
 bool isFinite(const std::vector<Cubic> &outline)
@@ -126,7 +176,7 @@ void Arrangement::meetPair(int i, int j)
 {
     const PreparedCurve &a = m_curves[size_t(i)].inFrame;
     const PreparedCurve &b = m_curves[size_t(j)].inFrame;
-    if (!boxesMeet(a.box, b.box))
+    if (!boxesMeet(a.box, b.box) || partAtSharedEnd(a.values, b.values))
         return;
     TimePair overlap[2];
     if (findOverlap(a, b, overlap)) {
@@ -202,6 +252,8 @@ void Arrangement::meetEnds(int i, int j)
         return;
     if (p.x < c.box.minX - farthestSnapping || p.x > c.box.maxX + farthestSnapping ||
         p.y < c.box.minY - farthestSnapping || p.y > c.box.maxY + farthestSnapping)
+        return;
+    if (isFarFromChord(c.values, p, farthestSnapping))
         return;
     double distance = farthestSnapping;
     const double t = timeNear(c.values, p, distance);

@@ -99,6 +99,8 @@ struct Edge {
     double t0, t1;
     int node0, node1;
     int firstShare, shareCount;
+    /** No handles: inFrame is the chord. */
+    bool line;
     Fill right, left;
     bool isWhole() const { return t0 == 0 && t1 == 1; }
 };
@@ -156,10 +158,13 @@ private:
     // vxarrangement_cut.cpp
     void cut();
     std::vector<Edge> stretches();
-    void cutCurve(int curve, const Cut *begin, const Cut *end, std::vector<Edge> &result) const;
+    void cutCurve(int curve, const Cut *begin, const Cut *end, std::vector<Edge> &result);
+    std::vector<int> followers(const std::vector<Edge> &stretches) const;
     void joinEnds(std::vector<Edge> &stretches);
     void joinStretches(const std::vector<Edge> &stretches);
-    std::vector<Share> sharesOf(const std::vector<int> &stretches, const std::vector<Edge> &all) const;
+    void joinGroup(int stretch, size_t begin, const std::vector<Edge> &all, std::vector<int> &firsts,
+                   std::vector<int> &nextInGroup) const;
+    void addShares(int first, const std::vector<int> &nextInGroup, const std::vector<Edge> &all);
 
     // vxarrangement_sides.cpp
     void findSides();
@@ -184,12 +189,32 @@ private:
     double m_extent = 0;
 
     std::vector<Cut> m_cuts;
+    std::vector<double> m_times; ///< scratch of cutCurve
     double m_snapping = 0;
     std::vector<Node> m_nodes;
     std::vector<Edge> m_edges;
     std::vector<Share> m_shares;
     Selection m_selection;
 };
+
+/**
+ * Point and derivative at t in [0, 1], without the kernel's care for coincident handles and times outside:
+ * the inner loops here ask for millions of them.
+ */
+inline vxPoint placeAt(const Cubic &c, double t)
+{
+    const double u = 1 - t;
+    const double a = u * u * u, b = 3 * u * u * t, d = 3 * u * t * t, e = t * t * t;
+    return vxPoint(a * c.v[0] + b * c.v[2] + d * c.v[4] + e * c.v[6],
+                   a * c.v[1] + b * c.v[3] + d * c.v[5] + e * c.v[7]);
+}
+inline vxPoint velocityAt(const Cubic &c, double t)
+{
+    const double u = 1 - t;
+    const double a = 3 * u * u, b = 6 * u * t, d = 3 * t * t;
+    return vxPoint(a * (c.v[2] - c.v[0]) + b * (c.v[4] - c.v[2]) + d * (c.v[6] - c.v[4]),
+                   a * (c.v[3] - c.v[1]) + b * (c.v[5] - c.v[3]) + d * (c.v[7] - c.v[5]));
+}
 
 /** All meetings of two curves by halving both until they are flat: slower than clipping, but misses none. */
 void meetByHalving(const Cubic &c1, const Cubic &c2, TimePairs &found);

@@ -50,7 +50,7 @@ public:
     template <typename Met>
     bool cast(int fromEdge, double t, Met &&met) const
     {
-        const vxPoint start = pointAt(m_edges[size_t(fromEdge)].inFrame, t);
+        const vxPoint start = placeAt(m_edges[size_t(fromEdge)].inFrame, t);
         const double level = m_axis == 1 ? start.y : start.x;
         const double limit = m_axis == 1 ? start.x : start.y;
         bool decided = true;
@@ -73,13 +73,18 @@ public:
 private:
     double value(const Cubic &c, double t) const
     {
-        const vxPoint p = pointAt(c, t);
+        const vxPoint p = placeAt(c, t);
         return m_axis == 1 ? p.y : p.x;
     }
 
     void addPieces(int e)
     {
         const Cubic &c = m_edges[size_t(e)].inFrame;
+        if (m_edges[size_t(e)].line) {
+            if (c.v[m_axis] != c.v[6 + m_axis])
+                m_pieces.push_back({ e, 0, 1, c.v[m_axis], c.v[6 + m_axis] });
+            return;
+        }
         const double q0 = c.v[m_axis], q1 = c.v[2 + m_axis], q2 = c.v[4 + m_axis], q3 = c.v[6 + m_axis];
         double times[4] = { 0, 1, 1, 1 };
         int count = 1;
@@ -103,15 +108,19 @@ private:
     /** Where a piece meets the level, across it; only as exact as its comparison with limit needs. */
     double crossing(const Piece &piece, double level, double limit) const
     {
-        const Cubic &c = m_edges[size_t(piece.edge)].inFrame;
+        const Edge &edge = m_edges[size_t(piece.edge)];
+        const Cubic &c = edge.inFrame;
         const int across = 1 - m_axis;
         const auto range = std::minmax({ c.v[across], c.v[2 + across], c.v[4 + across], c.v[6 + across] });
         if (range.second < limit - undecidedDistance)
             return range.second;
         if (range.first > limit + undecidedDistance)
             return range.first;
+        if (edge.line)
+            return c.v[across] +
+                   (c.v[6 + across] - c.v[across]) * (level - piece.value0) / (piece.value1 - piece.value0);
         const double t = timeAtLevel(c, piece, level);
-        const vxPoint p = pointAt(c, t);
+        const vxPoint p = placeAt(c, t);
         return m_axis == 1 ? p.x : p.y;
     }
 
@@ -127,7 +136,7 @@ private:
             if (off == 0)
                 break;
             ((off > 0) == rising ? hi : lo) = t;
-            const vxPoint d = evaluate(c, t, Evaluate::Tangent, false);
+            const vxPoint d = velocityAt(c, t);
             double next = t - off / (m_axis == 1 ? d.y : d.x);
             if (!(next > lo && next < hi))
                 next = (lo + hi) / 2;
@@ -212,7 +221,7 @@ void Arrangement::findSides()
         bool sideways = true;
         vxPoint tangent;
         for (double t : startTimes) {
-            tangent = evaluate(edge.inFrame, t, Evaluate::Tangent, false);
+            tangent = velocityAt(edge.inFrame, t);
             sideways = std::fabs(tangent.y) >= std::fabs(tangent.x);
             windings.clear();
             const RayIndex &rays = sideways ? towardsLeft : towardsTop;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace vx {
 
@@ -13,11 +14,17 @@ class ContourTracer
 {
 public:
     explicit ContourTracer(const Arrangement &a)
-        : m_a(a), m_leaving(a.m_nodes.size()), m_used(a.m_selection.kept.size(), 0),
-          m_position(a.m_nodes.size(), -1)
+        : m_a(a), m_firstLeaving(a.m_nodes.size() + 1, 0), m_leaving(a.m_selection.kept.size()),
+          m_used(a.m_selection.kept.size(), 0), m_position(a.m_nodes.size(), -1)
     {
+        // Counting sort: the steps that leave node n stand from m_firstLeaving[n] up to m_firstLeaving[n +
+        // 1].
+        for (const Step &step : kept())
+            ++m_firstLeaving[size_t(startOf(step)) + 1];
+        std::partial_sum(m_firstLeaving.begin(), m_firstLeaving.end(), m_firstLeaving.begin());
+        std::vector<int> next(m_firstLeaving.begin(), m_firstLeaving.end() - 1);
         for (int i = 0; i < int(kept().size()); ++i)
-            m_leaving[size_t(startOf(kept()[size_t(i)]))].push_back(i);
+            m_leaving[size_t(next[size_t(startOf(kept()[size_t(i)]))]++)] = i;
     }
 
     std::vector<std::vector<Step>> trace()
@@ -73,23 +80,23 @@ private:
      *            v . inside
      *            o----> out
      */
-    int nextAt(int node, const Step &arriving) const
+    int nextAt(int node, const Step &arriving)
     {
-        std::vector<int> choices;
-        for (int i : m_leaving[size_t(node)]) {
-            if (!m_used[size_t(i)])
-                choices.push_back(i);
+        m_choices.clear();
+        for (int k = m_firstLeaving[size_t(node)]; k < m_firstLeaving[size_t(node) + 1]; ++k) {
+            if (!m_used[size_t(m_leaving[size_t(k)])])
+                m_choices.push_back(m_leaving[size_t(k)]);
         }
-        if (choices.size() < 2)
-            return choices.empty() ? -1 : choices.front();
+        if (m_choices.size() < 2)
+            return m_choices.empty() ? -1 : m_choices.front();
 
         double radius = reach(arriving, true);
-        for (int i : choices)
+        for (int i : m_choices)
             radius = std::min(radius, reach(kept()[size_t(i)], false));
         const double back = angleAt(arriving, true, radius);
         int best = -1;
         double leastTurn = 0;
-        for (int i : choices) {
+        for (int i : m_choices) {
             double turn = back - angleAt(kept()[size_t(i)], false, radius);
             while (turn <= 0)
                 turn += 2 * M_PI;
@@ -111,7 +118,7 @@ private:
     double reach(const Step &step, bool atEnd) const
     {
         const Cubic c = seenFrom(step, atEnd);
-        return pointAt(c, 0.25).getDistance(c.p0());
+        return placeAt(c, 0.25).getDistance(c.p0());
     }
 
     /** Direction in which the curve passes the circle around the node: at a distance curves that start alike
@@ -123,14 +130,16 @@ private:
         double hi = 0.25;
         for (int i = 0; i < 50; ++i) {
             const double middle = (lo + hi) / 2;
-            (pointAt(c, middle).getDistance(c.p0()) < radius ? lo : hi) = middle;
+            (placeAt(c, middle).getDistance(c.p0()) < radius ? lo : hi) = middle;
         }
-        const vxPoint d = pointAt(c, hi).subtract(c.p0());
+        const vxPoint d = placeAt(c, hi).subtract(c.p0());
         return std::atan2(d.y, d.x);
     }
 
     const Arrangement &m_a;
-    std::vector<std::vector<int>> m_leaving;
+    std::vector<int> m_firstLeaving;
+    std::vector<int> m_leaving;
+    std::vector<int> m_choices; ///< scratch of nextAt
     std::vector<char> m_used;
     /** Per node: place in the walk of the step that leaves it, -1 for none. */
     std::vector<int> m_position;

@@ -29,11 +29,11 @@ Box hullBox(const Cubic &c)
 bool refine(const Cubic &c1, const Cubic &c2, double &t, double &u)
 {
     for (int i = 0; i < 12; ++i) {
-        const vxPoint d = pointAt(c1, t).subtract(pointAt(c2, u));
+        const vxPoint d = placeAt(c1, t).subtract(placeAt(c2, u));
         if (d.getLength() < 1e-11)
             break;
-        const vxPoint d1 = evaluate(c1, t, Evaluate::Tangent, false);
-        const vxPoint d2 = evaluate(c2, u, Evaluate::Tangent, false);
+        const vxPoint d1 = velocityAt(c1, t);
+        const vxPoint d2 = velocityAt(c2, u);
         const double det = d1.cross(d2);
         if (det == 0)
             break;
@@ -108,13 +108,13 @@ double timeNear(const Cubic &c, const vxPoint &point, double &distance)
     const auto offer = [&](double t) {
         // Newton on (B(t) - p) . B'(t) = 0, with B'' left out: converges wherever the curve is no sharp bend.
         for (int i = 0; i < 4; ++i) {
-            const vxPoint d1 = evaluate(c, t, Evaluate::Tangent, false);
-            const double step = pointAt(c, t).subtract(point).dot(d1) / d1.dot(d1);
+            const vxPoint d1 = velocityAt(c, t);
+            const double step = placeAt(c, t).subtract(point).dot(d1) / d1.dot(d1);
             if (!std::isfinite(step) || std::fabs(step) < 1e-15)
                 break;
             t = std::clamp(t - step, 0.0, 1.0);
         }
-        const double d = pointAt(c, t).getDistance(point);
+        const double d = placeAt(c, t).getDistance(point);
         if (d <= distance) {
             distance = d;
             best = t;
