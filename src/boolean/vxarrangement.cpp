@@ -58,9 +58,11 @@ bool Arrangement::solve(SetOperation operation)
 {
     double best = snappingDistances[0];
     int fewestOdd = std::numeric_limits<int>::max();
-    for (bool thorough : { false, true }) {
-        if (thorough)
+    for (int look = 0; look < 3; ++look) {
+        if (look == 1)
             meetThoroughly(accusedCurves());
+        else if (look == 2)
+            meetNodes(accusedCurves());
         for (double snapping : snappingDistances) {
             if (attempt(operation, snapping))
                 return true;

@@ -101,7 +101,11 @@ private:
     /** Cells of the frame number some 10^9 a side at the least distance: both indexes fit into one key. */
     static quint64 keyOf(double x, double y)
     {
-        return (quint64(qint64(x) + (qint64(1) << 31)) << 32) + quint64(qint64(y) + (qint64(1) << 31));
+        // Only a drawing too large for a frame leaves the range; its points may then share cells, no more.
+        const auto index = [](double v) {
+            return quint64(qint64(std::clamp(v, -2e9, 2e9)) + (qint64(1) << 31));
+        };
+        return (index(x) << 32) + index(y);
     }
 
     void joinNeighbours(size_t i)

@@ -2,7 +2,7 @@
 
 #include "vxboxtree_p.h"
 #include "vxcurve.h"
-#include "vxline.h"
+#include "vxnumeric_p.h"
 #include "vxpath.h"
 #include "vxtolerance.h"
 #include "xpath.h"
@@ -20,6 +20,15 @@ namespace {
 /** In units of the frame: an end point nearer than this to a curve may come to lie on it by snapping. */
 constexpr double farthestSnapping = 1e-3;
 
+/** Clipping with room for rounding: a meeting that is found needlessly does no harm here, one that is lost
+ * does. */
+ClipRange wideRange()
+{
+    ClipRange range;
+    range.slack = 1e-10;
+    return range;
+}
+
 /** Curves of a contour as it is filled: an open one is closed by a line; curves without extent are left out.
  */
 std::vector<Cubic> filledOutline(const vxPath &path, bool &closedByLine)
@@ -35,28 +44,6 @@ std::vector<Cubic> filledOutline(const vxPath &path, bool &closedByLine)
     if (closedByLine)
         outline.push_back(Cubic::fromLine(outline.back().p3(), outline.front().p0()));
     return outline;
-}
-
-/** Distances of a curve's hull from its chord, widened: farther off than these no point of it lies. */
-struct Band {
-    double least, greatest;
-};
-
-Band bandAround(const Cubic &c, double slack)
-{
-    const auto distance = [&c](int i) {
-        return vxLine::getSignedDistance(c.v[0], c.v[1], c.v[6], c.v[7], c.v[i], c.v[i + 1], false);
-    };
-    const double d1 = distance(2);
-    const double d2 = distance(4);
-    return { std::min({ d1, d2, 0.0 }) - slack, std::max({ d1, d2, 0.0 }) + slack };
-}
-
-bool isFarFromChord(const Cubic &c, const vxPoint &p, double slack)
-{
-    const Band band = bandAround(c, slack);
-    const double d = vxLine::getSignedDistance(c.v[0], c.v[1], c.v[6], c.v[7], p.x, p.y, false);
-    return d < band.least || d > band.greatest;
 }
 
 /**
@@ -214,7 +201,9 @@ void Arrangement::meetPair(int i, int j)
         return;
     }
     TimePairs found;
-    clipCurves(a.values, b.values, ClipRange(), 0, found);
+    clipCurves(a.values, b.values, wideRange(), 0, found);
+    if (found.isCutShort())
+        meetPairByHalving(i, j);
     for (int k = 0; k < found.count(); ++k) {
         addCut(i, found[k].t1, 0);
         addCut(j, found[k].t2, 0);
@@ -231,7 +220,7 @@ void Arrangement::meetItself(int i)
     Cubic second;
     subdivide(c.values, split, first, second);
     TimePairs found;
-    clipCurves(first, second, ClipRange(), 0, found);
+    clipCurves(first, second, wideRange(), 0, found);
     for (int k = 0; k < found.count(); ++k) {
         // The halves share the point where they were split, which is no crossing.
         if (found[k].t1 > timeUpper && found[k].t2 < timeMargin)
@@ -261,6 +250,11 @@ void Arrangement::meetEnds(int i, int j)
         addCut(i, t, distance);
 }
 
+/**
+ * The second look at curves that end at odd nodes: their meetings are sought by halving, and they are cut
+ * where they turn back in x or y, since a fold thinner than the snapping distance hides its tip from all
+ * vertices.
+ */
 void Arrangement::meetThoroughly(const std::vector<char> &accused)
 {
     std::vector<Box> boxes;
@@ -271,19 +265,74 @@ void Arrangement::meetThoroughly(const std::vector<char> &accused)
     for (int i = 0; i < int(m_curves.size()); ++i) {
         if (!accused[size_t(i)])
             continue;
-        const PreparedCurve &a = m_curves[size_t(i)].inFrame;
         partners.clear();
         tree.query(boxes[size_t(i)], farthestSnapping, partners);
         std::sort(partners.begin(), partners.end());
+        cutAtTurns(i, partners);
         for (int j : partners) {
-            const PreparedCurve &b = m_curves[size_t(j)].inFrame;
-            if (j == i || (j < i && accused[size_t(j)]) || (a.straight && b.straight))
-                continue;
-            TimePairs found;
-            meetByHalving(a.values, b.values, found);
-            for (int k = 0; k < found.count(); ++k) {
-                addCut(i, found[k].t1, 0);
-                addCut(j, found[k].t2, 0);
+            if (j > i || (j < i && !accused[size_t(j)]))
+                meetPairByHalving(i, j);
+        }
+    }
+}
+
+/**
+ * The third look: the nodes themselves, crossings among them, are brought onto accused curves that pass
+ * within reach. In a bundle of curves thinner than the snapping distance a crossing of two is a place on all.
+ */
+void Arrangement::meetNodes(const std::vector<char> &accused)
+{
+    std::vector<Box> places;
+    for (const Node &node : m_nodes)
+        places.push_back({ node.inFrame.x, node.inFrame.y, node.inFrame.x, node.inFrame.y });
+    const BoxTree tree(places);
+    std::vector<int> near;
+    for (int i = 0; i < int(m_curves.size()); ++i) {
+        if (!accused[size_t(i)])
+            continue;
+        near.clear();
+        tree.query(m_curves[size_t(i)].inFrame.box, farthestSnapping, near);
+        for (int node : near) {
+            double distance = farthestSnapping;
+            const double t =
+                timeNear(m_curves[size_t(i)].inFrame.values, m_nodes[size_t(node)].inFrame, distance);
+            if (t != noTime)
+                addCut(i, t, distance);
+        }
+    }
+}
+
+void Arrangement::meetPairByHalving(int i, int j)
+{
+    const PreparedCurve &a = m_curves[size_t(i)].inFrame;
+    const PreparedCurve &b = m_curves[size_t(j)].inFrame;
+    if (a.straight && b.straight)
+        return;
+    TimePairs found;
+    meetByHalving(a.values, b.values, found);
+    for (int k = 0; k < found.count(); ++k) {
+        addCut(i, found[k].t1, 0);
+        addCut(j, found[k].t2, 0);
+    }
+}
+
+void Arrangement::cutAtTurns(int i, const std::vector<int> &partners)
+{
+    const Cubic &c = m_curves[size_t(i)].inFrame.values;
+    for (int axis : { 0, 1 }) {
+        const double q0 = c.v[axis], q1 = c.v[2 + axis], q2 = c.v[4 + axis], q3 = c.v[6 + axis];
+        double roots[2];
+        const int count =
+            solveQuadratic(3 * (q1 - q2) - q0 + q3, 2 * (q0 + q2) - 4 * q1, q1 - q0, roots, 0, 1);
+        for (int k = 0; k < count; ++k) {
+            addCut(i, roots[k], 0);
+            const vxPoint tip = placeAt(c, roots[k]);
+            for (int j : partners) {
+                double distance = farthestSnapping;
+                const double t =
+                    j == i ? noTime : timeNear(m_curves[size_t(j)].inFrame.values, tip, distance);
+                if (t != noTime)
+                    addCut(j, t, distance);
             }
         }
     }

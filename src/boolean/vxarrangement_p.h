@@ -2,6 +2,7 @@
 
 #include "vxcubic_p.h"
 #include "vxintersect_p.h"
+#include "vxnearness_p.h"
 
 #include <QVector>
 
@@ -152,6 +153,9 @@ private:
     void meetItself(int i);
     void meetEnds(int i, int j);
     void meetThoroughly(const std::vector<char> &accused);
+    void meetNodes(const std::vector<char> &accused);
+    void meetPairByHalving(int i, int j);
+    void cutAtTurns(int i, const std::vector<int> &partners);
     void addCut(int curve, double t, double distance);
     bool areNeighbours(int i, int j) const;
 
@@ -197,32 +201,7 @@ private:
     Selection m_selection;
 };
 
-/**
- * Point and derivative at t in [0, 1], without the kernel's care for coincident handles and times outside:
- * the inner loops here ask for millions of them.
- */
-inline vxPoint placeAt(const Cubic &c, double t)
-{
-    const double u = 1 - t;
-    const double a = u * u * u, b = 3 * u * u * t, d = 3 * u * t * t, e = t * t * t;
-    return vxPoint(a * c.v[0] + b * c.v[2] + d * c.v[4] + e * c.v[6],
-                   a * c.v[1] + b * c.v[3] + d * c.v[5] + e * c.v[7]);
-}
-inline vxPoint velocityAt(const Cubic &c, double t)
-{
-    const double u = 1 - t;
-    const double a = 3 * u * u, b = 6 * u * t, d = 3 * t * t;
-    return vxPoint(a * (c.v[2] - c.v[0]) + b * (c.v[4] - c.v[2]) + d * (c.v[6] - c.v[4]),
-                   a * (c.v[3] - c.v[1]) + b * (c.v[5] - c.v[3]) + d * (c.v[7] - c.v[5]));
-}
-
 /** All meetings of two curves by halving both until they are flat: slower than clipping, but misses none. */
 void meetByHalving(const Cubic &c1, const Cubic &c2, TimePairs &found);
-
-/**
- * Time of a place on the curve within distance of a point, as near as can be found, else noTime; distance
- * becomes how far it is off.
- */
-double timeNear(const Cubic &c, const vxPoint &point, double &distance);
 
 } // namespace vx

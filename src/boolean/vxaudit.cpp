@@ -2,6 +2,7 @@
 
 #include "vxarrangement_p.h"
 #include "vxpath.h"
+#include "xpath.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,6 +20,29 @@ constexpr double areaMargin = 1e-9;
  * curve and of its parts differs by some 1e-5; what it must show is a stretch walked twice or not at all.
  */
 constexpr double lengthMargin = 1e-4;
+
+/**
+ * Sizes and coordinates, in path units, between which the engine's absolute tolerances mean what they should:
+ * smaller features than closeDistance do not count, and far off the numbers themselves are coarser than it.
+ */
+constexpr double leastExtent = 1;
+constexpr double greatestCoordinate = 1e6;
+
+bool isOutOfScale(const QVector<const XPath *> &operands)
+{
+    double least = 0;
+    double greatest = 0;
+    double width = 0;
+    for (const XPath *operand : operands) {
+        if (!operand)
+            continue;
+        const vxRect box = operand->getBounds(vxBoundOpt::geometric(), vxStyle());
+        least = std::min({ least, box.x, box.y });
+        greatest = std::max({ greatest, box.right(), box.bottom() });
+        width = std::max({ width, box.width, box.height });
+    }
+    return width < leastExtent || least < -greatestCoordinate || greatest > greatestCoordinate;
+}
 
 /** Sums over a set of contours, in the working frame: about a near origin no digits are lost far off. */
 struct Outline {
@@ -71,9 +95,10 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, SetOperation ope
                         vxBooleanReport &report)
 {
     report = vxBooleanReport();
-    report.limitHit = notes.limitReached;
+    report.limitHit = notes.search.limitReached;
     report.predictedArea = std::numeric_limits<double>::quiet_NaN();
-    if (mode == AuditMode::Never || (mode == AuditMode::WhereDoubtful && !notes.any()))
+    if (mode == AuditMode::Never ||
+        (mode == AuditMode::WhereDoubtful && !notes.any() && !isOutOfScale(operands)))
         return traced;
 
     Arrangement arrangement(operands);

@@ -14,15 +14,8 @@ namespace {
 /** In units of the arrangement's frame: a curve that leaves its chord by less is as good as its chord. */
 constexpr double flatness = 1e-4;
 /** Curves that run together would be halved without end; what was found by then serves. */
-constexpr int maxVisits = 20000;
+constexpr int maxVisits = 4000;
 constexpr int maxDepth = 40;
-
-Box hullBox(const Cubic &c)
-{
-    const auto x = std::minmax({ c.v[0], c.v[2], c.v[4], c.v[6] });
-    const auto y = std::minmax({ c.v[1], c.v[3], c.v[5], c.v[7] });
-    return { x.first, y.first, x.second, y.second };
-}
 
 /** Refines a meeting by Newton's method on B1(t) - B2(u) = 0; false when it leaves the curves or does not
  * meet. */
@@ -100,35 +93,6 @@ private:
 void meetByHalving(const Cubic &c1, const Cubic &c2, TimePairs &found)
 {
     Halving(c1, c2, found).visit(c1, 0, 1, c2, 0, 1, 0);
-}
-
-double timeNear(const Cubic &c, const vxPoint &point, double &distance)
-{
-    double best = noTime;
-    const auto offer = [&](double t) {
-        // Newton on (B(t) - p) . B'(t) = 0, with B'' left out: converges wherever the curve is no sharp bend.
-        for (int i = 0; i < 4; ++i) {
-            const vxPoint d1 = velocityAt(c, t);
-            const double step = placeAt(c, t).subtract(point).dot(d1) / d1.dot(d1);
-            if (!std::isfinite(step) || std::fabs(step) < 1e-15)
-                break;
-            t = std::clamp(t - step, 0.0, 1.0);
-        }
-        const double d = placeAt(c, t).getDistance(point);
-        if (d <= distance) {
-            distance = d;
-            best = t;
-        }
-    };
-    for (int axis : { 0, 1 }) {
-        double roots[3];
-        const int count = timesAtCoordinate(c, axis, axis == 0 ? point.x : point.y, roots, 0, 1);
-        for (int i = 0; i < count; ++i)
-            offer(roots[i]);
-    }
-    offer(0);
-    offer(1);
-    return best;
 }
 
 } // namespace vx

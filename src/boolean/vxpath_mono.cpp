@@ -1,6 +1,7 @@
 #include "vxpath.h"
 
-#include "vxcubic_p.h"
+#include "vxcurvevalues_p.h"
+#include "vxmonoindex_p.h"
 #include "vxnumeric_p.h"
 #include "vxtolerance.h"
 
@@ -11,14 +12,25 @@ using namespace vxTolerance;
 
 namespace {
 
-void insertPiece(QList<vxMono *> &pieces, const vx::Cubic &c)
+void insertPiece(std::vector<vxMono> &pieces, const vx::Cubic &c)
 {
-    auto *piece = new vxMono;
-    std::memcpy(piece->values, c.v, sizeof c.v);
+    vxMono piece;
+    std::memcpy(piece.values, c.v, sizeof c.v);
     const double slope = (c.v[1] - c.v[7]) / (c.v[0] - c.v[6]);
     // A closed piece has a NaN slope, which is no level one: it winds, by its ends upwards.
-    piece->winding = std::fabs(slope) < closeDistance ? 0 : c.v[1] > c.v[7] ? -1 : 1;
-    pieces.append(piece);
+    piece.winding = std::fabs(slope) < closeDistance ? 0 : c.v[1] > c.v[7] ? -1 : 1;
+    pieces.push_back(piece);
+}
+
+/**
+ * Whether the arc length, as computed, is not 0. Ends that are apart give a straight curve its distance and
+ * any other a speed that is not 0 everywhere, without integrating it; so near each other that squares of
+ * their distance vanish, or with NaN, it takes the length itself.
+ */
+bool hasLength(const vx::Cubic &c)
+{
+    constexpr double apart = 1e-6;
+    return std::fabs(c.v[6] - c.v[0]) > apart || std::fabs(c.v[7] - c.v[1]) > apart || vx::length(c) != 0;
 }
 
 bool isMonotone(double y0, double y1, double y2, double y3)
@@ -26,7 +38,7 @@ bool isMonotone(double y0, double y1, double y2, double y3)
     return (y0 >= y1) == (y1 >= y2) && (y1 >= y2) == (y2 >= y3);
 }
 
-void insertCurve(QList<vxMono *> &pieces, const vx::Cubic &c)
+void insertCurve(std::vector<vxMono> &pieces, const vx::Cubic &c)
 {
     const double y0 = c.v[1], y1 = c.v[3], y2 = c.v[5], y3 = c.v[7];
     if (isMonotone(y0, y1, y2, y3) || vx::isStraight(c)) {
@@ -62,14 +74,19 @@ QList<vxMono *> vxPath::getMonoCurves() const
 {
     if (!m_monos.isEmpty())
         return m_monos;
-    const QList<vxCurve *> curves = getCurves();
-    for (const vxCurve *curve : curves) {
-        if (curve->getLength() != 0)
-            insertCurve(m_monos, curve->_cubic());
+    const int count = _countCurves();
+    m_monoBlock.reserve(size_t(count) * 2);
+    for (int i = 0; i < count; ++i) {
+        const vx::Cubic c = vx::cubicBetween(*m_segments.at(i), *m_segments.at((i + 1) % m_segments.size()));
+        if (hasLength(c))
+            insertCurve(m_monoBlock, c);
     }
     if (!closed && m_segments.size() > 1)
-        insertCurve(m_monos, vx::Cubic::fromLine(m_segments.last()->point, m_segments.first()->point));
+        insertCurve(m_monoBlock, vx::Cubic::fromLine(m_segments.last()->point, m_segments.first()->point));
 
+    m_monos.reserve(int(m_monoBlock.size()));
+    for (vxMono &piece : m_monoBlock)
+        m_monos.append(&piece);
     for (int i = m_monos.size() - 1; i >= 0; --i) {
         if (m_monos.at(i)->winding != 0) {
             m_monos.first()->last = m_monos.at(i);
@@ -79,8 +96,16 @@ QList<vxMono *> vxPath::getMonoCurves() const
     return m_monos;
 }
 
+const vx::MonoIndex &vxPath::_monoIndex() const
+{
+    if (!m_monoIndex)
+        m_monoIndex = std::make_unique<vx::MonoIndex>(getMonoCurves());
+    return *m_monoIndex;
+}
+
 void vxPath::clearMonos() const
 {
-    qDeleteAll(m_monos);
+    m_monoIndex.reset();
     m_monos.clear();
+    m_monoBlock.clear();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "vxintersections_p.h"
+
 #include <QList>
 #include <QVector>
 
@@ -34,8 +36,8 @@ struct RunNotes {
     /** A stretch whose middle is a vertex or an extremum: the ray along its level grazes it. */
     bool grazedSample = false;
     bool discardedContour = false;
-    /** A search for intersections was cut short. */
-    bool limitReached = false;
+    /** What the searches for intersections may have missed. */
+    SearchDoubts search;
 
     /** No doubt, but what the audit must know: the first operand, and with it the result, runs the other way
      * round. */
@@ -44,7 +46,7 @@ struct RunNotes {
     bool any() const
     {
         return overlap || touch || shallow || atVertex || selfCrossing || simplified || chained ||
-               movedSample || grazedSample || discardedContour || limitReached;
+               movedSample || grazedSample || discardedContour || search.limitReached || search.nearMiss;
     }
 };
 

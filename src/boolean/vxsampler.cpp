@@ -2,6 +2,7 @@
 
 #include "vxcubic_p.h"
 #include "vxcurvelocation.h"
+#include "vxintersect_p.h"
 #include "vxtolerance.h"
 
 #include <algorithm>
@@ -18,6 +19,9 @@ namespace {
  */
 constexpr double otherFractions[] = { 0.381966, 0.618034, 0.236068, 0.763932, 0.145898, 0.854102 };
 
+/** Sine of the angle to the level below which a crossing's place on it is lost to rounding. */
+constexpr double grazingRise = 1e-3;
+
 bool boxHolds(const Box &box, const vxPoint &p)
 {
     return p.x >= box.minX - closeDistance && p.x <= box.maxX + closeDistance &&
@@ -27,6 +31,37 @@ bool boxHolds(const Box &box, const vxPoint &p)
 bool belongsTo(const vxCurve *curve, const XPath *path)
 {
     return curve->path() && curve->path()->parent == path;
+}
+
+std::vector<vxCurve *> curvesOf(std::initializer_list<const XPath *> paths)
+{
+    std::vector<vxCurve *> all;
+    for (const XPath *path : paths) {
+        if (!path)
+            continue;
+        for (const vxPath *child : path->children) {
+            const QList<vxCurve *> curves = child->getCurves();
+            all.insert(all.end(), curves.begin(), curves.end());
+        }
+    }
+    return all;
+}
+
+std::vector<Box> boxesOf(const std::vector<vxCurve *> &curves)
+{
+    std::vector<Box> boxes;
+    boxes.reserve(curves.size());
+    for (const vxCurve *curve : curves)
+        boxes.push_back(pulledBox(curve->_cubic()));
+    return boxes;
+}
+
+QList<vxMono *> piecesOf(const XPath &path)
+{
+    QList<vxMono *> pieces;
+    for (const vxPath *child : path.children)
+        pieces += child->getMonoCurves();
+    return pieces;
 }
 
 } // namespace
@@ -61,14 +96,12 @@ const Sampler::Link *Sampler::Chain::linkAt(double &distance) const
 }
 
 Sampler::Sampler(XPath *path1, XPath *path2, const QList<vxMono *> &monos, int op, RunNotes &notes)
-    : m_path1(path1), m_path2(path2), m_monos(monos), m_op(op), m_notes(notes)
+    : m_path1(path1), m_path2(path2), m_pieces(monos), m_op(op), m_notes(notes),
+      m_curves(curvesOf({ path1, path2 })), m_boxes(boxesOf(m_curves))
 {
-    for (XPath *path : { path1, path2 }) {
-        if (!path)
-            continue;
-        const QList<vxCurve *> curves = path->getCurves();
-        for (vxCurve *curve : curves)
-            m_curves.push_back({ curve, PreparedCurve(curve->_cubic()) });
+    if (asksForSides()) {
+        m_pieces1 = std::make_unique<MonoIndex>(piecesOf(*path1));
+        m_pieces2 = std::make_unique<MonoIndex>(piecesOf(*path2));
     }
 }
 
@@ -79,15 +112,21 @@ Sampler::Sample Sampler::sampleAt(const Chain &chain, double distance) const
         return {};
     const double t = link->curve->getTimeAt(distance, noTime);
     const vxPoint tangent = link->curve->getTangentAtTime(t);
-    return { link->curve, t, link->curve->getPointAtTime(t), std::fabs(tangent.y) < angleMargin };
+    const double rise = std::fabs(tangent.y);
+    return { link->curve, t, link->curve->getPointAtTime(t), rise < angleMargin,
+             rise >= angleMargin && rise < grazingRise };
 }
 
-bool Sampler::liesOnAnother(const Chain &chain, const vxPoint &point) const
+bool Sampler::liesOnAnother(const Chain &chain, const vxPoint &point)
 {
-    return std::any_of(m_curves.begin(), m_curves.end(), [&](const Neighbour &neighbour) {
-        return boxHolds(neighbour.prepared.box, point) && !chain.holds(neighbour.curve) &&
-               timeOf(neighbour.prepared.values, point) != noTime;
+    bool lies = false;
+    // Twice the reach of boxHolds, which decides: the comparisons may round differently.
+    m_boxes.query({ point.x, point.y, point.x, point.y }, 2 * closeDistance, 0, [&](int i) {
+        vxCurve *curve = m_curves[size_t(i)];
+        lies = lies || (boxHolds(m_boxes[i], point) && !chain.holds(curve) &&
+                        timeOf(curve->_cubic(), point) != noTime);
     });
+    return lies;
 }
 
 /**
@@ -95,7 +134,7 @@ bool Sampler::liesOnAnother(const Chain &chain, const vxPoint &point) const
  * on an edge) a winding would say nothing, so the first other place that lies on none. A stretch that runs
  * along another has no such place and keeps its middle.
  */
-Sampler::Sample Sampler::chooseSample(const Chain &chain) const
+Sampler::Sample Sampler::chooseSample(const Chain &chain)
 {
     const Sample middle = sampleAt(chain, chain.length / 2);
     if (!middle.curve || !liesOnAnother(chain, middle.point))
@@ -113,23 +152,23 @@ vxWinding Sampler::count(const Sample &sample) const
 {
     if (!sample.curve)
         return {};
-    if (m_op == 3 && m_path2) {
+    if (asksForSides()) {
         // Minuend inside the subtrahend, or subtrahend outside the minuend: not part of any result.
         if (belongsTo(sample.curve, m_path1) &&
-            m_path2->getWinding(sample.point, sample.horizontal).winding != 0)
+            m_pieces2->winding(sample.point, sample.horizontal).winding != 0)
             return {};
         if (belongsTo(sample.curve, m_path2) &&
-            m_path1->getWinding(sample.point, sample.horizontal).winding == 0)
+            m_pieces1->winding(sample.point, sample.horizontal).winding == 0)
             return {};
     }
-    return XPath::getWinding(sample.point, m_monos, sample.horizontal);
+    return m_pieces.winding(sample.point, sample.horizontal);
 }
 
 void Sampler::propagate(vxSegment *start)
 {
     const Chain chain(start);
     const Sample sample = chooseSample(chain);
-    if (!(sample.time > timeMargin && sample.time < timeUpper))
+    if (!(sample.time > timeMargin && sample.time < timeUpper) || sample.nearlyHorizontal)
         m_notes.grazedSample = true;
     const vxWinding winding = count(sample);
     for (auto link = chain.links.rbegin(); link != chain.links.rend(); ++link) {

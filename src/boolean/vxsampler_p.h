@@ -1,9 +1,11 @@
 #pragma once
 
-#include "vxintersect_p.h"
+#include "vxmonoindex_p.h"
+#include "vxorderedboxes_p.h"
 #include "vxrunnotes_p.h"
 #include "xpath.h"
 
+#include <memory>
 #include <vector>
 
 namespace vx {
@@ -44,23 +46,27 @@ private:
         double time = 0;
         vxPoint point;
         bool horizontal = false;
-    };
-    struct Neighbour {
-        vxCurve *curve;
-        PreparedCurve prepared;
+        /** All but horizontal: rounding decides where the ray along its level meets the stretch itself. */
+        bool nearlyHorizontal = false;
     };
 
     Sample sampleAt(const Chain &chain, double distance) const;
-    Sample chooseSample(const Chain &chain) const;
-    bool liesOnAnother(const Chain &chain, const vxPoint &point) const;
+    Sample chooseSample(const Chain &chain);
+    bool liesOnAnother(const Chain &chain, const vxPoint &point);
+    bool asksForSides() const { return m_op == 3 && m_path2; }
     vxWinding count(const Sample &sample) const;
 
     XPath *m_path1;
     XPath *m_path2;
-    const QList<vxMono *> &m_monos;
+    MonoIndex m_pieces;
+    /** The operands' own pieces, for the operation that asks which of the two a stretch lies in; else null.
+     */
+    std::unique_ptr<MonoIndex> m_pieces1;
+    std::unique_ptr<MonoIndex> m_pieces2;
     int m_op;
     RunNotes &m_notes;
-    std::vector<Neighbour> m_curves;
+    std::vector<vxCurve *> m_curves;
+    OrderedBoxes m_boxes;
 };
 
 } // namespace vx

@@ -31,19 +31,27 @@ bool isEmpty(const XPath *path)
     return !path || path->children.isEmpty();
 }
 
-int countSegments(const XPath &path)
+/** Square path units, as part of the area around: leaving out vertices moved the outline if the area moved by
+ * more. */
+constexpr double simplifiedFraction = 1e-12;
+
+/** Whether a reduced copy fills another area than its original. */
+bool movedArea(const XPath &original, const XPath &copy)
 {
-    int count = 0;
-    for (const vxPath *child : path.children)
-        count += child->getSegments().size();
-    return count;
+    const auto areaOf = [](const XPath &path) {
+        double sum = 0;
+        for (const vxPath *child : path.children)
+            sum += std::fabs(child->getArea(false, true));
+        return sum;
+    };
+    const vxRect box = original.getBounds(vxBoundOpt::geometric(), vxStyle());
+    return !(std::fabs(areaOf(original) - areaOf(copy)) <= simplifiedFraction * box.getArea());
 }
 
 XPath *prepare(const XPath *path, vx::RunNotes &notes)
 {
     XPath *copy = XPath::preparePath(path, false);
-    if (path && countSegments(*copy) != countSegments(*path))
-        notes.simplified = true;
+    notes.simplified = notes.simplified || (path && movedArea(*path, *copy));
     vx::resolveCrossings(*copy, notes);
     return copy;
 }
@@ -118,7 +126,7 @@ private:
             return vx::acceptMeeting(location, m_notes);
         };
         const QList<vxCurveLocation *> crossings =
-            vx::findIntersections(*m_path1, m_path2.get(), accept, m_notes.limitReached);
+            vx::findIntersections(*m_path1, m_path2.get(), accept, m_notes.search);
         m_owner = std::make_unique<vx::LocationOwner>(crossings);
         m_locations = m_path1->divideLocations(vxCurveLocation::expand(crossings), 0);
         vx::noteChains(m_locations, m_notes);

@@ -3,6 +3,7 @@
 #include "vxcurvelocation.h"
 #include "vxintersections_p.h"
 #include "vxlocationowner_p.h"
+#include "vxorderedboxes_p.h"
 #include "vxref_p.h"
 #include "vxrunnotes_p.h"
 #include "vxtolerance.h"
@@ -16,6 +17,17 @@ namespace {
 double boundsArea(const vxPath &path)
 {
     return path.getBounds(vxBoundOpt::geometric(), vxStyle()).getArea();
+}
+
+std::vector<vx::Box> boxesOf(const QVector<vxPath *> &paths)
+{
+    std::vector<vx::Box> boxes;
+    boxes.reserve(size_t(paths.size()));
+    for (const vxPath *path : paths) {
+        const vxRect box = path->getBounds(vxBoundOpt::geometric(), vxStyle());
+        boxes.push_back({ box.x, box.y, box.right(), box.bottom() });
+    }
+    return boxes;
 }
 
 /** Keeps the segments of a path alive while locations refer to them and some are removed. */
@@ -88,19 +100,11 @@ void removeFromOverlap(vxSegment *segment)
 class Nesting
 {
 public:
-    Nesting(const QVector<vxPath *> &paths, bool evenOdd) : m_evenOdd(evenOdd)
+    Nesting(const QVector<vxPath *> &paths, bool evenOdd)
+        : m_evenOdd(evenOdd), m_paths(largestFirst(paths)), m_boxes(boxesOf(m_paths))
     {
-        std::vector<double> areas;
-        for (const vxPath *path : paths)
-            areas.push_back(boundsArea(*path));
-        std::vector<int> order(size_t(paths.size()));
-        std::iota(order.begin(), order.end(), 0);
-        std::stable_sort(order.begin(), order.end(),
-                         [&areas](int a, int b) { return areas[size_t(a)] > areas[size_t(b)]; });
-        for (int i : order) {
-            m_paths.append(paths.at(i));
-            m_windings.append(paths.at(i)->isClockwise() ? 1 : -1);
-        }
+        for (const vxPath *path : qAsConst(m_paths))
+            m_windings.append(path->isClockwise() ? 1 : -1);
         m_excluded.fill(false, paths.size());
     }
 
@@ -122,12 +126,40 @@ public:
     }
 
 private:
+    static QVector<vxPath *> largestFirst(const QVector<vxPath *> &paths)
+    {
+        std::vector<double> areas;
+        for (const vxPath *path : paths)
+            areas.push_back(boundsArea(*path));
+        std::vector<int> order(size_t(paths.size()));
+        std::iota(order.begin(), order.end(), 0);
+        std::stable_sort(order.begin(), order.end(),
+                         [&areas](int a, int b) { return areas[size_t(a)] > areas[size_t(b)]; });
+        QVector<vxPath *> sorted;
+        sorted.reserve(paths.size());
+        for (int i : order)
+            sorted.append(paths.at(i));
+        return sorted;
+    }
+
+    /** The contours before i whose boxes hold a point, from the smallest: no other can contain it. */
+    std::vector<int> mayContain(const vxPoint &point, int i)
+    {
+        std::vector<int> found;
+        m_boxes.query({ point.x, point.y, point.x, point.y }, vxTolerance::closeDistance, 0, [&](int j) {
+            if (j < i)
+                found.push_back(j);
+        });
+        std::reverse(found.begin(), found.end());
+        return found;
+    }
+
     const vxPath *findContainer(int i)
     {
         const vxPoint point = m_paths.at(i)->getInteriorPoint(m_evenOdd);
         const vxStyle style = vxStyle::filled(m_evenOdd);
         bool isContained = false;
-        for (int j = i - 1; j >= 0; --j) {
+        for (int j : mayContain(point, i)) {
             if (!m_paths.at(j)->contains(point, style))
                 continue;
             if (!m_evenOdd && !isContained) {
@@ -144,8 +176,9 @@ private:
         return nullptr;
     }
 
-    bool m_evenOdd;
-    QVector<vxPath *> m_paths;
+    const bool m_evenOdd;
+    const QVector<vxPath *> m_paths;
+    vx::OrderedBoxes m_boxes;
     QVector<qint32> m_windings;
     QVector<bool> m_excluded;
 };
@@ -159,8 +192,7 @@ public:
     void run()
     {
         const QList<vxCurveLocation *> found = vx::findIntersections(
-            m_path, nullptr, [this](vxCurveLocation *location) { return accept(location); },
-            m_notes.limitReached);
+            m_path, nullptr, [this](vxCurveLocation *location) { return accept(location); }, m_notes.search);
         const vx::LocationOwner owner(found);
         QList<vxCurveLocation *> locations = vxCurveLocation::expand(found);
         if (m_hasOverlaps)

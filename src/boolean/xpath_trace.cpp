@@ -5,6 +5,9 @@
 #include "vxrunnotes_p.h"
 #include "vxtolerance.h"
 
+#include <set>
+#include <utility>
+
 using namespace vxTolerance;
 
 namespace {
@@ -13,6 +16,13 @@ constexpr quint32 overlapsOnly = 4;
 constexpr quint32 validOverlapsOnly = 8;
 /** Contours of at most this many segments and no area are leftovers of numerical noise. */
 constexpr int maxDegenerateSegments = 8;
+
+/** The segment that a location lies on; null where it was taken out of its contour. */
+vxSegment *segmentOf(const vxCurveLocation *location)
+{
+    vxSegment *segment = location ? location->segment : nullptr;
+    return segment && segment->path ? segment : nullptr;
+}
 
 bool sameSegment(const vxSegment &a, const vxSegment &b, bool reversed)
 {
@@ -101,10 +111,14 @@ private:
         if (segment->visited || !segment->path->isFlags(overlapsOnly) || !segment->intersection())
             return;
         const vxPath *path = segment->path;
-        const vxSegment *partner = segment->intersection()->segmentM();
+        const vxSegment *partner = segmentOf(segment->intersection());
         const vxPath *other = partner ? partner->path : nullptr;
-        if (!other || !sameOutline(*path, *other))
+        if (!other || isKnownDifferent(path, other))
             return;
+        if (!sameOutline(*path, *other)) {
+            m_different.emplace(path, other);
+            return;
+        }
         if ((m_op == 1 || m_op == 2) && path->getArea(true, false) != 0)
             m_result.append(path->clone());
         for (const vxPath *visited : { path, other }) {
@@ -114,6 +128,12 @@ private:
         }
     }
 
+    /** Two contours are compared once, not for each of their segments. */
+    bool isKnownDifferent(const vxPath *path, const vxPath *other) const
+    {
+        return m_different.count({ path, other }) != 0;
+    }
+
     /** Among intersections that coincide, one that closes the contour or leads on to where the result goes
      * on. */
     vxCurveLocation *chooseIntersection(const vxSegment *segment, vxCurveLocation *inter) const
@@ -121,7 +141,7 @@ private:
         if (!inter || !inter->next)
             return inter;
         for (vxCurveLocation *location = inter; location; location = location->next) {
-            const vxSegment *candidate = location->segmentM();
+            const vxSegment *candidate = segmentOf(location);
             if (candidate && candidate != segment && leadsOn(candidate))
                 return location;
         }
@@ -138,7 +158,7 @@ private:
         if (m_op == 0)
             return true;
         vxCurveLocation *inter = following ? following->intersection() : nullptr;
-        return isValid(candidate) && (isValid(following) || (inter && isValid(inter->segmentM())));
+        return isValid(candidate) && (isValid(following) || (inter && isValid(segmentOf(inter))));
     }
 
     void traceFrom(vxSegment *segment)
@@ -149,7 +169,7 @@ private:
         bool finished = false;
         for (;;) {
             vxCurveLocation *inter = chooseIntersection(segment, segment->intersection());
-            vxSegment *other = inter ? inter->segmentM() : nullptr;
+            vxSegment *other = segmentOf(inter);
             if (isStart(segment)) {
                 finished = true;
             } else if (isStart(other)) {
@@ -208,6 +228,7 @@ private:
     const vxSegment *m_start = nullptr;
     const vxSegment *m_otherStart = nullptr;
     QVector<vxPath *> m_result;
+    std::set<std::pair<const vxPath *, const vxPath *>> m_different;
 };
 
 } // namespace

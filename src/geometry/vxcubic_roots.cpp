@@ -23,8 +23,29 @@ int vx::timesAtCoordinate(const Cubic &curve, int coord, double value, double ro
     return std::max(0, solveCubic(a, c, b, p0 - value, roots, min, max));
 }
 
+namespace {
+
+/**
+ * Whether all four control values lie on one side of value, so far off that no computed curve point comes
+ * within closeDistance of it: rounding moves a point by less than 1e-12 of the largest value. False with NaN.
+ */
+bool allBeyond(const double *v, double value)
+{
+    const double largest =
+        std::max(std::max(std::fabs(v[0]), std::fabs(v[2])), std::max(std::fabs(v[4]), std::fabs(v[6])));
+    const double reach = 2 * closeDistance + 1e-12 * largest;
+    const double lo = value - reach;
+    const double hi = value + reach;
+    return (v[0] < lo && v[2] < lo && v[4] < lo && v[6] < lo) ||
+           (v[0] > hi && v[2] > hi && v[4] > hi && v[6] > hi);
+}
+
+} // namespace
+
 double vx::timeOf(const Cubic &c, const vxPoint &point)
 {
+    if (allBeyond(c.v, point.x) || allBeyond(c.v + 1, point.y))
+        return noTime;
     const vxPoint start = c.p0();
     const vxPoint end = c.p3();
     if (point.isClose(start, machineZero))

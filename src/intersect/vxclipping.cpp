@@ -14,6 +14,10 @@ namespace {
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr int maxRecursion = 48;
 constexpr int maxCalls = 4096;
+/** Curve time: where a range this narrow has no meeting, it may be rounding that parts the curves. */
+constexpr double lostWidth = 1e-5;
+/** Curve time: a part this near to a meeting that was found touches it, which is no loss. */
+constexpr double besideWidth = 1e-4;
 /** Of its range; a clip that leaves more than this removed too little, so one curve is halved instead. */
 constexpr double minProgress = 0.8;
 
@@ -46,19 +50,23 @@ public:
     Clipper(int calls, TimePairs &found) : m_calls(calls), m_found(found) {}
 
     int calls() const { return m_calls; }
+    /** Tells the list of meetings where one may have been lost to rounding: away from all that were found. */
+    void finish();
     void clip(const Cubic &c1, const Cubic &c2, const ClipRange &range);
 
 private:
     void halve(const Cubic &clipped, const Cubic &c2, const ClipRange &range, double tMin, double tMax);
     void report(const ClipRange &range, double tMin, double tMax);
+    void noteLoss(const ClipRange &range);
 
     int m_calls;
     TimePairs &m_found;
+    TimePairs m_lost;
 };
 
 /** Clips c1 to the fat line of c2; false when none of it lies inside. The part's times go to tMin and tMax.
  */
-bool clipToFatLine(const Cubic &c1, const Cubic &c2, double &tMin, double &tMax)
+bool clipToFatLine(const Cubic &c1, const Cubic &c2, double slack, double &tMin, double &tMax)
 {
     const FatLine line(c2);
     const double d0 = line.distance(c1.v[0], c1.v[1]);
@@ -71,10 +79,12 @@ bool clipToFatLine(const Cubic &c1, const Cubic &c2, double &tMin, double &tMax)
     HullChain top;
     HullChain bottom;
     distanceHull(d0, d1, d2, d3, top, bottom);
-    tMin = clipHull(top, bottom, line.dMin, line.dMax);
+    const double dMin = line.dMin - slack;
+    const double dMax = line.dMax + slack;
+    tMin = clipHull(top, bottom, dMin, dMax);
     if (std::isnan(tMin))
         return false;
-    tMax = clipHull(top.reversed(), bottom.reversed(), line.dMin, line.dMax);
+    tMax = clipHull(top.reversed(), bottom.reversed(), dMin, dMax);
     return !std::isnan(tMax);
 }
 
@@ -86,8 +96,12 @@ void Clipper::clip(const Cubic &c1, const Cubic &c2, const ClipRange &range)
     }
     double tMinClip;
     double tMaxClip;
-    if (!clipToFatLine(c1, c2, tMinClip, tMaxClip))
+    if (!clipToFatLine(c1, c2, range.slack, tMinClip, tMaxClip)) {
+        if (std::min(range.tMax - range.tMin, range.uMax - range.uMin) < lostWidth &&
+            boxesMeet(hullBox(c1), hullBox(c2)))
+            noteLoss(range);
         return;
+    }
     const double tMin = range.tMin + (range.tMax - range.tMin) * tMinClip;
     const double tMax = range.tMin + (range.tMax - range.tMin) * tMaxClip;
     if (std::max(tMax - tMin, range.uMax - range.uMin) < vxTolerance::clipWidth) {
@@ -98,7 +112,8 @@ void Clipper::clip(const Cubic &c1, const Cubic &c2, const ClipRange &range)
     if (tMaxClip - tMinClip > minProgress)
         halve(clipped, c2, range, tMin, tMax);
     else
-        clip(c2, clipped, { range.uMin, range.uMax, tMin, tMax, !range.flip, range.recursion + 1 });
+        clip(c2, clipped,
+             { range.uMin, range.uMax, tMin, tMax, !range.flip, range.recursion + 1, range.slack });
 }
 
 void Clipper::halve(const Cubic &clipped, const Cubic &c2, const ClipRange &range, double tMin, double tMax)
@@ -112,13 +127,13 @@ void Clipper::halve(const Cubic &clipped, const Cubic &c2, const ClipRange &rang
     if (tMax - tMin > uMax - uMin) {
         subdivide(clipped, 0.5, first, second);
         const double tMid = (tMin + tMax) / 2;
-        clip(c2, first, { uMin, uMax, tMin, tMid, flip, recursion });
-        clip(c2, second, { uMin, uMax, tMid, tMax, flip, recursion });
+        clip(c2, first, { uMin, uMax, tMin, tMid, flip, recursion, range.slack });
+        clip(c2, second, { uMin, uMax, tMid, tMax, flip, recursion, range.slack });
     } else {
         subdivide(c2, 0.5, first, second);
         const double uMid = (uMin + uMax) / 2;
-        clip(first, clipped, { uMin, uMid, tMin, tMax, flip, recursion });
-        clip(second, clipped, { uMid, uMax, tMin, tMax, flip, recursion });
+        clip(first, clipped, { uMin, uMid, tMin, tMax, flip, recursion, range.slack });
+        clip(second, clipped, { uMid, uMax, tMin, tMax, flip, recursion, range.slack });
     }
 }
 
@@ -130,6 +145,35 @@ void Clipper::report(const ClipRange &range, double tMin, double tMax)
         m_found.append(u, t);
     else
         m_found.append(t, u);
+}
+
+void Clipper::noteLoss(const ClipRange &range)
+{
+    const double t = (range.tMin + range.tMax) / 2;
+    const double u = (range.uMin + range.uMax) / 2;
+    if (range.flip)
+        m_lost.append(u, t);
+    else
+        m_lost.append(t, u);
+}
+
+void Clipper::finish()
+{
+    const auto isEnd = [](double t) { return t < besideWidth || t > 1 - besideWidth; };
+    const auto isKnown = [&](const TimePair &lost) {
+        if (isEnd(lost.t1) && isEnd(lost.t2))
+            return true; // ends are compared apart from clipping
+        for (int i = 0; i < m_found.count(); ++i) {
+            if (std::fabs(m_found[i].t1 - lost.t1) < besideWidth &&
+                std::fabs(m_found[i].t2 - lost.t2) < besideWidth)
+                return true;
+        }
+        return false;
+    };
+    for (int i = 0; i < m_lost.count(); ++i) {
+        if (!isKnown(m_lost[i]))
+            m_found.cutShort();
+    }
 }
 
 } // namespace
@@ -158,8 +202,10 @@ void distanceHull(double d0, double d1, double d2, double d3, HullChain &top, Hu
         top.append(p1);
         bottom.append(p2);
     } else {
-        // One inner point may lie within the triangle of the other three. 0/0 is NaN: both are kept.
-        const double ratio = dist1 / dist2;
+        // One inner point may lie within the triangle of the other three. Both heights have one sign here,
+        // but a height of 0 has none to rely on: without fabs -1/0 would drop the point that reaches
+        // farthest, and with it the meeting. 0/0 is NaN: both are kept.
+        const double ratio = std::fabs(dist1 / dist2);
         if (!(ratio <= 0.5))
             top.append(p1);
         if (!(ratio >= 2))
@@ -197,6 +243,7 @@ int clipCurves(const Cubic &c1, const Cubic &c2, const ClipRange &range, int cal
 {
     Clipper clipper(calls, found);
     clipper.clip(c1, c2, range);
+    clipper.finish();
     return clipper.calls();
 }
 

@@ -1,5 +1,6 @@
 #include "vxcurve.h"
 #include "vxcurvepair_p.h"
+#include "vxnearness_p.h"
 #include "vxpath.h"
 #include "vxtolerance.h"
 
@@ -8,6 +9,9 @@ using namespace vxTolerance;
 namespace vx {
 
 namespace {
+
+/** Path units: ends this near to another curve may meet it or not, by rounding alone. */
+constexpr double nearMissDistance = 5 * closeDistance;
 
 const vxPoint unknownPoint(qQNaN(), qQNaN());
 
@@ -33,8 +37,18 @@ CurvePair::CurvePair(const PreparedCurve &values1, const PreparedCurve &values2,
 
 void CurvePair::intersect()
 {
-    if (!boxesMeet(m_values1.box, m_values2.box) || addOverlap())
+    if (!boxesMeet(m_values1.box, m_values2.box))
         return;
+    const int before = m_locations.size();
+    if (!addOverlap())
+        addMeetings();
+    const bool neighbours = m_param.excludeStart || m_param.excludeEnd;
+    if (m_locations.size() == before && !neighbours && !m_param.nearMiss)
+        m_param.nearMiss = comeNearAtEnds();
+}
+
+void CurvePair::addMeetings()
+{
     const int before = m_locations.size();
     if (m_values1.straight && m_values2.straight) {
         addLines(); // finite chords include their ends, so there is nothing more to look for
@@ -46,6 +60,23 @@ void CurvePair::intersect()
         addCurves(ClipRange(), 0);
     if (m_locations.size() == before)
         addCloseEnds();
+}
+
+/**
+ * Whether an end of one curve lies on the other as far as rounding can tell. Where nothing was found although
+ * that is so, the meeting may have slipped through between two curves of a contour.
+ */
+bool CurvePair::comeNearAtEnds() const
+{
+    const auto isNear = [](const PreparedCurve &curve, const vxPoint &p) {
+        const Box at{ p.x - nearMissDistance, p.y - nearMissDistance, p.x + nearMissDistance,
+                      p.y + nearMissDistance };
+        double distance = nearMissDistance;
+        return boxesMeet(curve.box, at) && !isFarFromChord(curve.values, p, nearMissDistance) &&
+               timeNear(curve.values, p, distance) != noTime;
+    };
+    return isNear(m_values1, m_values2.values.p0()) || isNear(m_values1, m_values2.values.p3()) ||
+           isNear(m_values2, m_values1.values.p0()) || isNear(m_values2, m_values1.values.p3());
 }
 
 bool CurvePair::addOverlap()

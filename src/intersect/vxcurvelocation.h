@@ -96,6 +96,11 @@ public:
      */
     static void releaseAll(const QList<vxCurveLocation *> &list);
 
+    // --- internal ---
+
+    /** Moves to the end s of a curve, which the caller knows: what setSegment() finds through s. */
+    void _place(vxCurve *onCurve, vxSegment *s) { placeOn(onCurve, s); }
+
     // --- data ---
 
     bool overlap = false;
@@ -130,6 +135,9 @@ struct PZGRAPHICS_EXPORT opParam {
     double renormalizeTime = 0;
     /** Set by the run, never cleared: a search was cut short, meetings may be missing. */
     bool limitReached = false;
+    /** Set by the run, never cleared: curves come so near at an end that rounding may have hidden a meeting.
+     */
+    bool nearMiss = false;
     /** When set: meetings for which it answers false are discarded. */
     std::function<bool(vxCurveLocation *)> include;
 };

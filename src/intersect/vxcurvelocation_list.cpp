@@ -4,6 +4,8 @@
 #include "vxpath.h"
 
 #include <algorithm>
+#include <cmath>
+#include <iterator>
 
 using namespace vxTolerance;
 
@@ -99,9 +101,67 @@ vxCurveLocation *vxCurveLocation::insert(QList<vxCurveLocation *> &list, vxCurve
     return loc;
 }
 
+namespace {
+
+/** A location with what order() compares of it. */
+struct Entry {
+    quint32 pathId;
+    double position;
+    vxCurveLocation *location;
+
+    explicit Entry(vxCurveLocation *l) : location(l)
+    {
+        const vxPath *path = pathOf(l->getCurve());
+        pathId = path ? path->id : 0;
+        position = ::position(l);
+    }
+    bool operator<(const Entry &other) const
+    {
+        return pathId != other.pathId ? pathId < other.pathId : position < other.position;
+    }
+};
+
+bool havePositions(const std::vector<Entry> &entries)
+{
+    return std::none_of(entries.begin(), entries.end(),
+                        [](const Entry &e) { return std::isnan(e.position); });
+}
+
+/** expand() where the list is ordered: insertions one by one would end up in the same order. */
+bool mergePartners(const QList<vxCurveLocation *> &list, QList<vxCurveLocation *> &result)
+{
+    std::vector<Entry> own;
+    std::vector<Entry> partners;
+    for (vxCurveLocation *location : list) {
+        if (!location)
+            return false;
+        own.emplace_back(location);
+        if (location->intersection)
+            partners.emplace_back(location->intersection);
+    }
+    // Where the list is out of order or a position is unknown, places in it are what bisection says.
+    if (!havePositions(own) || !havePositions(partners) || !std::is_sorted(own.begin(), own.end()))
+        return false;
+    // The last one's partner is inserted first, each behind its equals.
+    std::reverse(partners.begin(), partners.end());
+    std::stable_sort(partners.begin(), partners.end());
+    std::vector<Entry> merged;
+    merged.reserve(own.size() + partners.size());
+    std::merge(own.begin(), own.end(), partners.begin(), partners.end(), std::back_inserter(merged));
+    result.reserve(int(merged.size()));
+    for (const Entry &entry : merged)
+        result.append(entry.location);
+    return true;
+}
+
+} // namespace
+
 QList<vxCurveLocation *> vxCurveLocation::expand(const QList<vxCurveLocation *> &list)
 {
-    QList<vxCurveLocation *> result = list;
+    QList<vxCurveLocation *> result;
+    if (mergePartners(list, result))
+        return result;
+    result = list;
     for (int i = list.size() - 1; i >= 0; --i) {
         if (list.at(i))
             insert(result, list.at(i)->intersection, false);

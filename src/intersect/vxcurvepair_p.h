@@ -32,6 +32,8 @@ public:
     void addLocation(double t1, const vxPoint &p1, double t2, const vxPoint &p2, bool overlap);
 
 private:
+    void addMeetings();
+    bool comeNearAtEnds() const;
     bool acceptTimes(double &t1, const vxPoint &p1, double &t2, const vxPoint &p2, bool overlap) const;
 
     const PreparedCurve &m_values1;

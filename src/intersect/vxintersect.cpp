@@ -25,16 +25,21 @@ void pulledRange(double q0, double q1, double q2, double q3, double &min, double
 
 } // namespace
 
-PreparedCurve::PreparedCurve(const Cubic &c) : values(c), straight(isStraight(c))
+Box pulledBox(const Cubic &c)
 {
+    Box box;
     pulledRange(c.v[0], c.v[2], c.v[4], c.v[6], box.minX, box.maxX);
     pulledRange(c.v[1], c.v[3], c.v[5], c.v[7], box.minY, box.maxY);
+    return box;
 }
 
-bool boxesMeet(const Box &a, const Box &b)
+PreparedCurve::PreparedCurve(const Cubic &c) : values(c), box(pulledBox(c)), straight(isStraight(c)) {}
+
+Box hullBox(const Cubic &c)
 {
-    return a.maxX + closeDistance > b.minX && b.maxX > a.minX - closeDistance &&
-           a.maxY + closeDistance > b.minY && b.maxY > a.minY - closeDistance;
+    const auto x = std::minmax({ c.v[0], c.v[2], c.v[4], c.v[6] });
+    const auto y = std::minmax({ c.v[1], c.v[3], c.v[5], c.v[7] });
+    return { x.first, y.first, x.second, y.second };
 }
 
 vxPoint linePoint(const Cubic &line1, const Cubic &line2)

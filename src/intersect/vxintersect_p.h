@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vxcubic_p.h"
+#include "vxtolerance.h"
 
 #include <array>
 #include <vector>
@@ -9,11 +10,14 @@
  * found. */
 namespace vx {
 
+/** Bounds of the control points pulled a quarter of the way towards the polygon: tighter than the polygon's,
+ * and still bounds. */
+Box pulledBox(const Cubic &c);
+
 /** A curve with what every pairing asks of it, computed once. */
 struct PreparedCurve {
     Cubic values;
-    /** Bounds of the control points pulled a quarter of the way towards the polygon: tighter, and still
-     * bounds. */
+    /** Its pulledBox(). */
     Box box;
     bool straight;
 
@@ -21,8 +25,15 @@ struct PreparedCurve {
     explicit PreparedCurve(const Cubic &c);
 };
 
+/** Box of the control points. */
+Box hullBox(const Cubic &c);
 /** Whether the boxes come within closeDistance of each other; false with NaN. */
-bool boxesMeet(const Box &a, const Box &b);
+inline bool boxesMeet(const Box &a, const Box &b)
+{
+    using vxTolerance::closeDistance;
+    return a.maxX + closeDistance > b.minX && b.maxX > a.minX - closeDistance &&
+           a.maxY + closeDistance > b.minY && b.maxY > a.minY - closeDistance;
+}
 
 /** Times of one meeting of two curves. */
 struct TimePair {
@@ -90,6 +101,8 @@ struct ClipRange {
     double tMin = 0, tMax = 1, uMin = 0, uMax = 1;
     bool flip = false;
     int recursion = 0;
+    /** Widens the fat line on both sides, against rounding where the curves are a few last places wide. */
+    double slack = 0;
 };
 
 /**

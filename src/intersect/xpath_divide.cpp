@@ -9,8 +9,11 @@ using namespace vxTolerance;
 
 namespace {
 
-/** Divides curves at sorted locations, from the last to the first, so that the places still to come stay
- * valid. */
+/**
+ * Divides curves at sorted locations, from the last to the first, so that the places still to come stay
+ * valid. A path's lists are rebuilt once for all its divisions; before anything asks for them, that is made
+ * up for.
+ */
 class Divider
 {
 public:
@@ -37,6 +40,7 @@ public:
     /** Curves that were straight stay straight. */
     void finish()
     {
+        insertDivisions();
         for (const vxRef<vxCurve> &curve : m_straight)
             curve->clearHandles();
         for (const vxRef<vxCurve> &curve : m_straight) {
@@ -50,12 +54,16 @@ private:
      */
     vxSegment *placeAt(vxCurveLocation *location, vxCurve *curve, double time)
     {
+        if (time < timeMargin && isListed(curve)) {
+            location->_place(curve, curve->segment1());
+            return curve->segment1();
+        }
         vxSegment *segment = nullptr;
         if (time < timeMargin) {
             segment = curve->segment1();
         } else if (time > timeUpper) {
             segment = curve->segment2();
-        } else if (vxCurve *second = curve->divideAtTime(time, true)) {
+        } else if (vxCurve *second = divide(curve, time)) {
             if (!m_hasHandles) {
                 m_straight.emplace_back(curve);
                 m_straight.emplace_back(second);
@@ -63,14 +71,46 @@ private:
             segment = second->segment1();
             if (m_previous && m_previous->time == 1.0) {
                 // The previous place was this curve's end, which now ends the second half.
+                insertDivisions();
                 m_previous->setSegment(second->segment2());
                 location->setSegmentPrev(segment);
                 return segment;
             }
+            if (m_path) {
+                location->_place(second, segment);
+                return segment;
+            }
         }
-        if (segment)
+        if (segment) {
+            insertDivisions();
             location->setSegment(segment);
+        }
         return segment;
+    }
+
+    /** Whether a curve is where its path expects it, as all are that nobody edited behind the path's back. */
+    bool isListed(const vxCurve *curve)
+    {
+        return curve->path() && curve->segment1()->path == curve->path() && curve->path()->_lists(curve);
+    }
+
+    vxCurve *divide(vxCurve *curve, double time)
+    {
+        if (curve->path() != m_path)
+            insertDivisions();
+        if (!isListed(curve)) {
+            insertDivisions();
+            return curve->divideAtTime(time, true);
+        }
+        m_path = curve->path();
+        return m_path->_divideCurve(curve, time);
+    }
+
+    void insertDivisions()
+    {
+        if (m_path)
+            m_path->_insertDivisions();
+        m_path = nullptr;
     }
 
     /** Hangs the location's partner on the segment, chained with whatever hangs there already. */
@@ -91,6 +131,8 @@ private:
             XPath::linkIntersections(added->intersection, first);
     }
 
+    /** The path whose divisions are not listed yet. */
+    vxPath *m_path = nullptr;
     vxRef<vxCurve> m_curve;
     bool m_hasHandles = false;
     vxCurveLocation *m_previous = nullptr;

@@ -3,6 +3,7 @@
 #include "vxcurvelocation.h"
 #include "vxcurvepair_p.h"
 #include "vxintersections_p.h"
+#include "vxorderedboxes_p.h"
 
 #include <vector>
 
@@ -15,6 +16,15 @@ std::vector<vx::PreparedCurve> prepare(const QList<vxCurve *> &curves)
     for (const vxCurve *curve : curves)
         prepared.emplace_back(curve->_cubic());
     return prepared;
+}
+
+std::vector<vx::Box> boxesOf(const std::vector<vx::PreparedCurve> &curves)
+{
+    std::vector<vx::Box> boxes;
+    boxes.reserve(curves.size());
+    for (const vx::PreparedCurve &curve : curves)
+        boxes.push_back(curve.box);
+    return boxes;
 }
 
 bool boundsTouch(const XPath &a, const XPath &b)
@@ -30,14 +40,19 @@ class Search
 public:
     Search(const QList<vxCurve *> &curves1, const QList<vxCurve *> &curves2, bool self,
            const std::function<bool(vxCurveLocation *)> &include)
-        : m_curves1(curves1), m_curves2(curves2), m_values2(prepare(curves2)), m_self(self)
+        : m_curves1(curves1), m_curves2(curves2), m_values2(prepare(curves2)), m_boxes2(boxesOf(m_values2)),
+          m_self(self)
     {
         m_param.include = include;
         // The application's option: two shapes of six curves are not intersected.
         m_skipPairs = vxPath::m_isClloutOpt && curves1.size() == 6 && curves2.size() == 6;
     }
 
-    bool limitReached() const { return m_param.limitReached; }
+    void addDoubts(vx::SearchDoubts &doubts) const
+    {
+        doubts.limitReached = doubts.limitReached || m_param.limitReached;
+        doubts.nearMiss = doubts.nearMiss || m_param.nearMiss;
+    }
 
     QList<vxCurveLocation *> run(bool returnFirst)
     {
@@ -78,14 +93,15 @@ private:
         const vx::PreparedCurve values1 = m_self ? m_values2[size_t(i)] : vx::PreparedCurve(curve1->_cubic());
         vxCurve *previous = m_self ? curve1->getPrevious() : nullptr;
         vxCurve *following = m_self ? curve1->getNext() : nullptr;
-        for (int j = first; j < m_curves2.size(); ++j) {
+        // Twice the reach of boxesMeet, which decides: the comparisons may round differently.
+        m_boxes2.query(values1.box, 2 * vxTolerance::closeDistance, first, [&](int j) {
             const vx::PreparedCurve &values2 = m_values2[size_t(j)];
             if (!vx::boxesMeet(values1.box, values2.box))
-                continue;
+                return;
             vxCurve *curve2 = m_curves2.at(j);
             setParam(m_self && curve2 == previous, m_self && curve2 == following);
             vx::CurvePair(values1, values2, curve1, curve2, m_group, m_param).intersect();
-        }
+        });
     }
 
     void setParam(bool excludeStart, bool excludeEnd)
@@ -99,6 +115,7 @@ private:
     const QList<vxCurve *> &m_curves1;
     const QList<vxCurve *> &m_curves2;
     std::vector<vx::PreparedCurve> m_values2;
+    vx::OrderedBoxes m_boxes2;
     bool m_self;
     bool m_skipPairs;
     opParam m_param;
@@ -113,7 +130,7 @@ namespace {
 
 QList<vxCurveLocation *> search(XPath &path, XPath *other,
                                 const std::function<bool(vxCurveLocation *)> &include, bool returnFirst,
-                                bool &limitReached)
+                                vx::SearchDoubts &doubts)
 {
     const bool self = !other || other == &path;
     if (!self && !boundsTouch(path, *other))
@@ -122,7 +139,7 @@ QList<vxCurveLocation *> search(XPath &path, XPath *other,
     const QList<vxCurve *> curves2 = self ? curves1 : other->getCurves();
     Search search(curves1, curves2, self, include);
     const QList<vxCurveLocation *> found = search.run(returnFirst);
-    limitReached = limitReached || search.limitReached();
+    search.addDoubts(doubts);
     return found;
 }
 
@@ -130,16 +147,16 @@ QList<vxCurveLocation *> search(XPath &path, XPath *other,
 
 QList<vxCurveLocation *> vx::findIntersections(XPath &path, XPath *other,
                                                const std::function<bool(vxCurveLocation *)> &include,
-                                               bool &limitReached)
+                                               SearchDoubts &doubts)
 {
-    return search(path, other, include, false, limitReached);
+    return search(path, other, include, false, doubts);
 }
 
 QList<vxCurveLocation *>
 XPath::getIntersections(XPath *other, const std::function<bool(vxCurveLocation *)> &include, bool returnFirst)
 {
-    bool limitReached = false;
-    return search(*this, other, include, returnFirst, limitReached);
+    vx::SearchDoubts doubts;
+    return search(*this, other, include, returnFirst, doubts);
 }
 
 QList<vxCurveLocation *> XPath::getCrossings(XPath *other)

@@ -1,6 +1,7 @@
 #include "vxpath.h"
 
 #include "vxcubic_p.h"
+#include "vxmonoindex_p.h"
 #include "xpath.h"
 
 #include <algorithm>
@@ -61,7 +62,11 @@ bool vxPath::contains(const vxPoint &point, const vxStyle &style) const
 {
     if (!point.isInside(getBounds(vxBoundOpt::geometric(), style)))
         return false;
-    const int winding = XPath::getWinding(point, getMonoCurves(), false).winding;
+    // A few pieces are looked through faster than indexed.
+    constexpr int scanned = 32;
+    const QList<vxMono *> pieces = getMonoCurves();
+    const int winding = pieces.size() <= scanned ? XPath::getWinding(point, pieces, false).winding
+                                                 : _monoIndex().winding(point, false).winding;
     return style.evenOdd ? winding % 2 != 0 : winding != 0;
 }
 

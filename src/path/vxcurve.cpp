@@ -222,7 +222,7 @@ bool vxCurve::isVertical() const
 
 // --- edits ---
 
-vxCurve *vxCurve::divideAtTime(double t, bool setHandles)
+vxSegment *vxCurve::_makeMiddle(double t, bool setHandles)
 {
     // Written so that NaN is refused too.
     if (!(t >= timeMargin && t <= timeUpper) || !m_segment1 || !m_segment2)
@@ -240,6 +240,14 @@ vxCurve *vxCurve::divideAtTime(double t, bool setHandles)
         middle->handleIn = left.p2().subtract(left.p3());
         middle->handleOut = right.p1().subtract(right.p0());
     }
+    return middle;
+}
+
+vxCurve *vxCurve::divideAtTime(double t, bool setHandles)
+{
+    vxSegment *middle = _makeMiddle(t, setHandles);
+    if (!middle)
+        return nullptr;
     if (m_path) {
         const int behind = index() + 1;
         m_path->insertSegment(behind, middle);

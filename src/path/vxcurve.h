@@ -209,6 +209,11 @@ public:
     /** Called by the path when it puts another segment at this curve's end or leaves it to others. */
     void _setSegment2(vxSegment *segment);
     void _detach() { m_path = nullptr; }
+    /**
+     * The first step of divideAtTime(): a new free segment at time t, the handles around it written; null
+     * where that refuses.
+     */
+    vxSegment *_makeMiddle(double t, bool setHandles);
 
     quint32 refCount = 0;
 

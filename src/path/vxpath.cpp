@@ -1,6 +1,7 @@
 #include "vxpath.h"
 
 #include "vxcurvevalues_p.h"
+#include "vxmonoindex_p.h"
 #include "xpath.h"
 
 std::atomic<quint32> vxPath::s_maxID{ 0 };
@@ -111,7 +112,7 @@ void vxPath::_changed()
     area = 0;
     m_boundsValid = false;
     // Curves stamp what they cached with the version, so that nobody has to walk them here.
-    if (!m_monos.isEmpty())
+    if (!m_monos.isEmpty() || m_monoIndex)
         clearMonos();
 }
 

@@ -14,8 +14,14 @@
 #include <QVector>
 
 #include <atomic>
+#include <memory>
+#include <utility>
+#include <vector>
 
 class XPath;
+namespace vx {
+class MonoIndex;
+}
 
 /**
  * One contour: an ordered list of segments, open or closed, with the curves between them built on demand.
@@ -226,9 +232,20 @@ public:
     /** The one place that drops what was computed from the geometry and advances the version. */
     void _changed();
     int _countCurves() const;
+    /** The monotone pieces with an index over them, cached beside them. */
+    const vx::MonoIndex &_monoIndex() const;
     /** The cached curve list after count segments were inserted before position start (count negative:
      * removed). */
     void _adjustCurves(int start, int count);
+    /** Whether curve stands in the cached curve list where its index says. */
+    bool _lists(const vxCurve *curve) const;
+    /**
+     * Divides a listed curve as vxCurve::divideAtTime() does, but leaves the new segment and the second half,
+     * which is returned, out of the lists until _insertDivisions(): so that many divisions cost one splice.
+     * Until then nobody may ask for lists or neighbours. Null where divideAtTime() refuses.
+     */
+    vxCurve *_divideCurve(vxCurve *curve, double t);
+    void _insertDivisions();
 
     // --- data ---
 
@@ -261,7 +278,13 @@ private:
 
     QList<vxSegment *> m_segments;
     mutable QList<vxCurve *> m_curves;
+    /** Second halves of divided curves that still have to be listed, with the positions of the first halves.
+     */
+    std::vector<std::pair<int, vxCurve *>> m_divisions;
+    /** The pieces, in one block, and the list of them that is handed out. */
+    mutable std::vector<vxMono> m_monoBlock;
     mutable QList<vxMono *> m_monos;
+    mutable std::unique_ptr<vx::MonoIndex> m_monoIndex;
     mutable vxRect m_bounds;
     mutable bool m_boundsValid = false;
 };

@@ -195,6 +195,57 @@ void vxPath::removeCurves(int start, int count)
     }
 }
 
+bool vxPath::_lists(const vxCurve *curve) const
+{
+    const int i = curve->index();
+    return m_curves.size() == _countCurves() && i >= 0 && i < m_curves.size() && m_curves.at(i) == curve;
+}
+
+vxCurve *vxPath::_divideCurve(vxCurve *curve, double t)
+{
+    vxSegment *middle = curve->_makeMiddle(t, true);
+    if (!middle)
+        return nullptr;
+    middle->addRef();
+    middle->path = this;
+    auto *second = new vxCurve(this, middle, curve->segment2());
+    second->addRef();
+    curve->_setSegment2(middle);
+    m_divisions.emplace_back(curve->index(), second);
+    _changed();
+    return second;
+}
+
+void vxPath::_insertDivisions()
+{
+    if (m_divisions.empty())
+        return;
+    // Of one curve's divisions the last made lies first: each stands directly behind the curve it was cut
+    // from.
+    std::reverse(m_divisions.begin(), m_divisions.end());
+    std::stable_sort(m_divisions.begin(), m_divisions.end(),
+                     [](const auto &a, const auto &b) { return a.first < b.first; });
+    QList<vxSegment *> segments;
+    QList<vxCurve *> curves;
+    segments.reserve(m_segments.size() + int(m_divisions.size()));
+    curves.reserve(m_curves.size() + int(m_divisions.size()));
+    auto division = m_divisions.cbegin();
+    for (int i = 0; i < m_segments.size(); ++i) {
+        segments.append(m_segments.at(i));
+        if (i < m_curves.size())
+            curves.append(m_curves.at(i));
+        for (; division != m_divisions.cend() && division->first == i; ++division) {
+            segments.append(division->second->segment1());
+            curves.append(division->second);
+        }
+    }
+    m_segments.swap(segments);
+    m_curves.swap(curves);
+    const int first = m_divisions.front().first;
+    m_divisions.clear();
+    renumber(first);
+}
+
 void vxPath::setClosed(bool newClosed)
 {
     if (newClosed == closed)

@@ -1,0 +1,53 @@
+#include "vxnearness_p.h"
+
+#include "vxline.h"
+#include "vxtolerance.h"
+
+#include <algorithm>
+#include <cmath>
+
+using namespace vxTolerance;
+
+namespace vx {
+
+bool isFarFromChord(const Cubic &c, const vxPoint &p, double slack)
+{
+    const auto distance = [&c](double x, double y) {
+        return vxLine::getSignedDistance(c.v[0], c.v[1], c.v[6], c.v[7], x, y, false);
+    };
+    const double d1 = distance(c.v[2], c.v[3]);
+    const double d2 = distance(c.v[4], c.v[5]);
+    const double d = distance(p.x, p.y);
+    return d < std::min({ d1, d2, 0.0 }) - slack || d > std::max({ d1, d2, 0.0 }) + slack;
+}
+
+double timeNear(const Cubic &c, const vxPoint &point, double &distance)
+{
+    double best = noTime;
+    const auto offer = [&](double t) {
+        // Newton on (B(t) - p) . B'(t) = 0, with B'' left out: converges wherever the curve is no sharp bend.
+        for (int i = 0; i < 4; ++i) {
+            const vxPoint d1 = velocityAt(c, t);
+            const double step = placeAt(c, t).subtract(point).dot(d1) / d1.dot(d1);
+            if (!std::isfinite(step) || std::fabs(step) < 1e-15)
+                break;
+            t = std::clamp(t - step, 0.0, 1.0);
+        }
+        const double d = placeAt(c, t).getDistance(point);
+        if (d <= distance) {
+            distance = d;
+            best = t;
+        }
+    };
+    for (int axis : { 0, 1 }) {
+        double roots[3];
+        const int count = timesAtCoordinate(c, axis, axis == 0 ? point.x : point.y, roots, 0, 1);
+        for (int i = 0; i < count; ++i)
+            offer(roots[i]);
+    }
+    offer(0);
+    offer(1);
+    return best;
+}
+
+} // namespace vx

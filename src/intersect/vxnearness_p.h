@@ -1,0 +1,37 @@
+#pragma once
+
+#include "vxcubic_p.h"
+
+/** Points near a curve: quick answers and places. */
+namespace vx {
+
+/**
+ * Point and derivative at t in [0, 1], without the kernel's care for coincident handles and times outside:
+ * the inner loops here ask for millions of them.
+ */
+inline vxPoint placeAt(const Cubic &c, double t)
+{
+    const double u = 1 - t;
+    const double a = u * u * u, b = 3 * u * u * t, d = 3 * u * t * t, e = t * t * t;
+    return vxPoint(a * c.v[0] + b * c.v[2] + d * c.v[4] + e * c.v[6],
+                   a * c.v[1] + b * c.v[3] + d * c.v[5] + e * c.v[7]);
+}
+inline vxPoint velocityAt(const Cubic &c, double t)
+{
+    const double u = 1 - t;
+    const double a = 3 * u * u, b = 6 * u * t, d = 3 * t * t;
+    return vxPoint(a * (c.v[2] - c.v[0]) + b * (c.v[4] - c.v[2]) + d * (c.v[6] - c.v[4]),
+                   a * (c.v[3] - c.v[1]) + b * (c.v[5] - c.v[3]) + d * (c.v[7] - c.v[5]));
+}
+
+/** Whether a point lies farther than slack from the hull of a curve, as seen across its chord. Quick, no
+ * false alarm. */
+bool isFarFromChord(const Cubic &c, const vxPoint &p, double slack);
+
+/**
+ * Time of a place on the curve within distance of a point, as near as can be found, else noTime; distance
+ * becomes how far it is off.
+ */
+double timeNear(const Cubic &c, const vxPoint &point, double &distance);
+
+} // namespace vx
