@@ -4,23 +4,6 @@
 
 using namespace elements;
 
-TEST(ArcsOnPaths, points_lie_on_the_circle_between_the_angles)
-{
-    for (const double sweep : { 30.0, 90.0, 200.0, -135.0, 720.0 }) {
-        PZPath path;
-        path.arcTo(-60, -60, 120, 120, 25, sweep);
-        double turned = 0, last = 25;
-        for (const QPointF &p : outline(path, 64)) {
-            EXPECT_NEAR(std::hypot(p.x(), p.y()), 60, 0.06) << sweep;
-            // Clockwise on screen, where y points down; directions seen from the centre.
-            const double angle = std::atan2(p.y(), p.x()) * 180 / M_PI;
-            turned += std::remainder(angle - last, 360);
-            last = angle;
-        }
-        EXPECT_NEAR(turned, std::fmin(sweep, 360), 0.01);
-    }
-}
-
 TEST(ArcsOnPaths, connection_to_what_was_drawn)
 {
     const char *rows[][2] = {

@@ -41,14 +41,3 @@ TEST(Bridge, ranges_of_elements_and_children_are_clamped)
     EXPECT_EQ(throughEngine(three, -7, -5, 100), three);
     EXPECT_EQ(throughEngine(three, 0, 2, 1), "");
 }
-
-TEST(Bridge, replaces_children_and_takes_hold_of_new_ones)
-{
-    XPath xpath;
-    xpath.addChild(new vxPath);
-    // A second close element closes nothing, so the two near points at the end stay two.
-    read("M 5 5 M 0 0 L 90 0 L 90 90 L 0 0.8 L 0 0 Z Z").toXPath(xpath);
-    ASSERT_EQ(xpath.children.count(), 1);
-    EXPECT_TRUE(xpath.getFirstChild()->parent == &xpath && xpath.getFirstChild()->refCount == 1);
-    EXPECT_EQ(xpath.getFirstChild()->getSegments().count(), 4);
-}

@@ -57,14 +57,11 @@ TEST(CornerRounding, along_the_path)
         // Short edges are swallowed, up to the ends of an open path.
         { "M 0 0 L 50 0 L 54 0 L 54 4 L 54 90", 10, "M 0 0 L 40 0 C 46.72 0 54 -0.72 54 6 L 54 90" },
         { "M 0 0 L 5 0 L 5 100", 10, "M 0 0 C 6.72 0 5 3.28 5 10 L 5 100" },
-        { "M 0 0 L 100 0 L 100 5", 10, "M 0 0 L 90 0 C 96.72 0 100 -1.72 100 5" },
-        { "M 0 0 L 10 0 L 10 10", 10, "M 0 0 C 6.72 0 10 3.28 10 10" },
         { "M 0 0 C 30 0 70 0 100 0 C 130 0 170 0 200 50", 20,
           "M 0 0 C 30 0 70 0 100 0 C 130 0 170 0 200 50" },
         { square, 25, square }, // no room for two cuts
         { "M 0 0 L 10 0 L 10 10", 20, "M 0 0 L 10 0 L 10 10" },
         { square, -3, square },
-        { square, undefined, square },
         { "M 0 0 L 1e15 0 L 1e15 1e15", 1, "M 0 0 L 1e+15 0 L 1e+15 1e+15" }, // lost in rounding
     };
     for (const Row &row : rows)
@@ -89,7 +86,6 @@ TEST(CornerRounding, edge_by_edge)
                          "C 1.344 10 0 8.656 0 7 L 0 3 C 0 1.344 1.344 0 3 0 Z";
     const Row rows[] = {
         { square, 3, round3 },
-        { square, 3.9, round3 },
         // At most half of each edge, in whole units.
         { "M 0 0 L 7 0 L 7 20 L 0 20", 10,
           "M 0 0 L 4 0 C 5.656 0 7 1.344 7 3 L 7 17 C 7 18.656 5.656 20 4 20 L 0 20" },
@@ -98,12 +94,10 @@ TEST(CornerRounding, edge_by_edge)
         // Straight on, back again, a cusp, a smooth end of a curve: no corners.
         { "M 0 0 L 50 0 L 90 0 L 20 0", 9, "M 0 0 L 50 0 L 90 0 L 20 0" },
         { "M 0 0 L 50 0 C 20 0 20 40 60 60", 9, "M 0 0 L 50 0 C 20 0 20 40 60 60" },
-        { "M 0 50 C 0 20 20 0 50 0 L 90 0", 9, "M 0 50 C 0 20 20 0 50 0 L 90 0" },
         // What is drawn on after a close is rounded, but not where it closes.
         { "Z L 9 0 L 9 9 Z", 4, "Z L 5 0 C 7.208 0 9 1.792 9 4 L 9 9 Z" },
         { "M 0 0 D 1 1 L 9 0 D 2 2", 3, "M 0 0 L 9 0" },
         { square, -3, square },
-        { square, inf, square },
     };
     for (const Row &row : rows)
         EXPECT_EQ(text(byEdge(row.before, row.distance)), row.after) << row.before;
@@ -127,17 +121,6 @@ TEST(CornerRounding, at_curves)
         EXPECT_LT(distance(pointAt(lineCurve, 3), QPointF(100, 0)), 20 - 0.6 * 20); // towards the corner
         EXPECT_NEAR(distance(pointAt(lineCurve, 1), QPointF(100, 0)), 20, 1e-9);
     }
-    // An edge below two units leaves nothing to cut: all points of the arc coincide.
-    const PZPath tiny = byEdge("M 100 0 " + quarter + "L 0 98.5", 20);
-    for (int i : { 3, 4, 5, 6 })
-        EXPECT_EQ(pointAt(tiny, i), QPointF(0, 100));
-    // Along the path the same cut lies on the curve, with a handle that leads on.
-    const PZPath arch = along("M 100 0 " + quarter + "L -200 100", 30);
-    ASSERT_EQ(arch.count(), 1 + 3 + 3 + 1);
-    EXPECT_NEAR(lengthOf(arch, 0, 4), whole - 30, 1e-3);
-    const QPointF in = pointAt(arch, 3) - pointAt(arch, 2), out = pointAt(arch, 4) - pointAt(arch, 3);
-    EXPECT_NEAR(in.x() * out.y() - in.y() * out.x(), 0, 1e-9);
-    EXPECT_LT(distance(pointAt(arch, 5), QPointF(-30 + 0.672 * 30, 100)), 1e-9);
     // A half moon closed by its chord: the first edge starts at the cut of the closing corner.
     const QString bow = "M 100 0 C 100 133.3333 -100 133.3333 -100 0 ";
     const PZPath moon = byEdge(bow + "L 100 0 Z", 20);

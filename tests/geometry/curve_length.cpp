@@ -35,13 +35,6 @@ TEST(CurveLength, of_straight_curves_does_not_depend_on_speed)
     EXPECT_EQ(vx::length(uneven, 0.5, 0), 0);
 }
 
-TEST(CurveLength, order_of_quadrature)
-{
-    EXPECT_EQ(vx::quadratureOrder(0, 1), 16);
-    EXPECT_EQ(vx::quadratureOrder(0.5, 0.25), 8);
-    EXPECT_EQ(vx::quadratureOrder(0, std::nan("")), 2);
-}
-
 TEST(TimeAtLength, is_the_inverse_of_length)
 {
     const vx::Cubic cusp{ { 0, 0, 100, 100, 0, 100, 100, 0 } };

@@ -56,15 +56,4 @@ TEST(CurveShape, bounds_are_tight)
     }
 }
 
-TEST(CurveShape, padding_goes_to_extremes_but_not_to_the_end_value_beside_them)
-{
-    double min = 0, max = 0;
-    vx::addBounds(0, 10, 10, 0, 2, min, max);
-    EXPECT_DOUBLE_EQ(max, 7.5 + 1);
-    EXPECT_EQ(min, 0);
-    vx::addBounds(0, 4, 8, 20, 2, min, max);
-    EXPECT_EQ(max, 21);
-    EXPECT_EQ(min, -1);
-}
-
 } // namespace

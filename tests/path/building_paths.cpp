@@ -71,23 +71,4 @@ TEST(BuildingPaths, degenerate_arcs)
     EXPECT_EQ(huge->getLastSegment()->point, vxPoint(1e300, 1e300));
 }
 
-TEST(BuildingPaths, arcs_in_a_frame_and_ellipses)
-{
-    const vxRef<vxPath> path = polygon({ { 20, 20 } }, false);
-    path->arcTo2({ 0, 0, 20, 40 }, 0, 90);
-    EXPECT_EQ(path->getSegments().size(), 2) << "already at the start of the arc";
-    expectPoint(path->getLastSegment()->point, { 10, 0 });
-    path->arcTo2({ 0, 0, 20, 40 }, 180, 90);
-    EXPECT_EQ(path->getSegments().size(), 4) << "a line leads to the start";
-
-    const vxRef<vxPath> ellipse(new vxPath);
-    ellipse->ellipse({ 10, 20, 60, 30 });
-    EXPECT_TRUE(ellipse->isClosed());
-    EXPECT_EQ(ellipse->getSegments().size(), 4);
-    EXPECT_NEAR(ellipse->getArea(true, true), pi * 30 * 15, 1);
-    const vxRect box = boundsOf(*ellipse);
-    expectPoint(box.topLeft(), { 10, 20 });
-    expectPoint(box.bottomRight(), { 70, 50 });
-}
-
 } // namespace

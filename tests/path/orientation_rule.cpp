@@ -82,18 +82,4 @@ TEST(OrientationRule, a_reference_given_to_remove_child_is_always_consumed)
     EXPECT_EQ(path->refCount, 1u);
 }
 
-TEST(OrientationRule, current_children_can_be_set_again)
-{
-    XPath compound;
-    compound.addChildren({ ring(true), ring(true), nullptr });
-    vxPath *inner = compound.getLastChild();
-    compound.setChildren({ inner, ring(true) });
-    EXPECT_EQ(compound.getFirstChild(), inner);
-    EXPECT_EQ(inner->refCount, 1u);
-    EXPECT_EQ(inner->parent, &compound);
-    compound.addChildren(compound.children);
-    EXPECT_EQ(compound.children.size(), 4);
-    compound.setChildren({});
-}
-
 } // namespace

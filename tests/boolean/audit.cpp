@@ -1,0 +1,201 @@
+#include "support/shapes.h"
+
+#include "area.h"
+#include "pzpath.h"
+#include "vxaudit_p.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+using shapes::areaOf;
+using shapes::Outline;
+using shapes::read;
+using shapes::text;
+using shapes::XPathPtr;
+
+namespace {
+
+struct Answer {
+    vxBooleanReport report;
+    XPathPtr path;
+
+    Answer(const XPathPtr &a, const XPathPtr &b, int op, vx::AuditMode mode = vx::AuditMode::WhereDoubtful)
+        : path(vx::computeBoolean(a.get(), b.get(), op, mode, report))
+    {
+    }
+    bool isDoubtful() const { return report.verdict == vxBooleanReport::Doubtful; }
+};
+
+/** Area of the box around both. */
+double boxOf(const XPathPtr &a, const XPathPtr &b)
+{
+    const vxRect box = a->getBounds(vxBoundOpt::geometric(), vxStyle())
+                           .unite(b->getBounds(vxBoundOpt::geometric(), vxStyle()));
+    return box.width * box.height;
+}
+
+/** An ellipse or a polygon, which may cross itself; those on a grid touch and share edges with others. */
+std::string randomShape(shapes::Random &random, bool onGrid)
+{
+    const auto number = [&](double low, double high) {
+        return onGrid ? 20 * std::round(random.between(low, high) / 20) : random.between(low, high);
+    };
+    if (random.between(0, 3) < 1)
+        return shapes::ellipse(number(0, 100), number(0, 100), number(20, 60), number(20, 60));
+    std::string data;
+    for (int i = int(random.between(3, 8)); i > 0; --i)
+        data += (data.empty() ? "M " : "L ") + std::to_string(number(0, 100)) + ' ' +
+                std::to_string(number(0, 100)) + ' ';
+    return data + "Z ";
+}
+
+/** Whether no vertex of a contour lies on another one of it. */
+bool isSimple(const vxPath &contour)
+{
+    const QList<vxSegment *> segments = contour.getSegments();
+    for (const vxSegment *s : segments) {
+        const auto near = [s](const vxSegment *other) { return s->point.getDistance(other->point) < 1e-6; };
+        if (std::count_if(segments.begin(), segments.end(), near) != 1)
+            return false;
+    }
+    return true;
+}
+
+/** A contour that meets nothing, its middle and size chosen so that any arithmetic with it would round. */
+const std::string remote = shapes::ellipse(-1e3 / 3, -1e3 / 7, 1e2 / 11, 1e2 / 13);
+
+/** Coordinates of all points of a contour, in an order that forgets where it starts and which way it runs. */
+QVector<double> coordinatesOf(const vxPath &contour)
+{
+    QVector<double> values;
+    for (const vxCurve *curve : contour.getCurves())
+        values += curve->getValues();
+    std::sort(values.begin(), values.end());
+    return values;
+}
+
+/** Answers every operation and holds what is true of any answer against it; counts calls by their verdict. */
+class Auditor
+{
+public:
+    template <typename Check>
+    void run(const std::string &dataA, const std::string &dataB, Check isRight)
+    {
+        const XPathPtr a = read(dataA);
+        const XPathPtr b = read(dataB);
+        const double box = boxOf(a, b);
+        for (int op = 1; op <= 4; ++op) {
+            SCOPED_TRACE("operation " + std::to_string(op) + "\nA: " + dataA + "\nB: " + dataB);
+            const Answer answer(a, b, op);
+            ++m_calls[answer.report.verdict];
+            if (!answer.isDoubtful())
+                isRight(*answer.path, op, box);
+            if (answer.report.verdict == vxBooleanReport::Plain) {
+                const Answer audited(a, b, op, vx::AuditMode::Always);
+                EXPECT_TRUE(audited.isDoubtful() ||
+                            std::fabs(areaOf(*audited.path) - areaOf(*answer.path)) <= 1e-6 * box)
+                    << areaOf(*answer.path) << " unless audited, then " << areaOf(*audited.path);
+            }
+            if (answer.report.verdict == vxBooleanReport::Replaced) {
+                for (const vxPath *contour : qAsConst(answer.path->children))
+                    EXPECT_TRUE(isSimple(*contour));
+                expectUntouched(dataA + remote, b, op);
+            }
+        }
+    }
+    void expectAllVerdicts() const
+    {
+        std::printf("%d calls plain, %d audited, %d replaced, %d doubtful\n", m_calls[0], m_calls[1],
+                    m_calls[2], m_calls[3]);
+        for (int verdict : { vxBooleanReport::Plain, vxBooleanReport::Audited, vxBooleanReport::Replaced })
+            EXPECT_GT(m_calls[verdict], 0) << "a verdict that is never given";
+    }
+
+private:
+    static void expectUntouched(const std::string &dataA, const XPathPtr &b, int op)
+    {
+        const XPathPtr a = read(dataA);
+        const Answer answer(a, b, op);
+        int found = 0;
+        for (const vxPath *contour : qAsConst(answer.path->children))
+            found += coordinatesOf(*contour) == coordinatesOf(*a->getLastChild());
+        if (answer.report.verdict == vxBooleanReport::Replaced) {
+            EXPECT_EQ(found, op != 1) << "the contour that meets nothing";
+        }
+    }
+
+    int m_calls[4] = {};
+};
+
+} // namespace
+
+TEST(Audit, leaves_no_wrong_area_on_samples)
+{
+    Auditor auditor;
+    for (const shapes::Case &c : shapes::cases()) {
+        auditor.run(c.a, c.b, [&c](const XPath &result, int op, double box) {
+            EXPECT_NEAR(areaOf(result), c.area[op], 1e-5 * box) << c.id;
+        });
+    }
+    auditor.expectAllVerdicts();
+}
+
+TEST(Audit, leaves_no_wrong_point_on_random_shapes)
+{
+    Auditor auditor;
+    shapes::Random random(3);
+    for (int round = 0; round < 300; ++round) {
+        const std::string dataA = randomShape(random, round % 3);
+        const std::string dataB = randomShape(random, round % 3);
+        const Outline a(*read(dataA));
+        const Outline b(*read(dataB));
+        auditor.run(dataA, dataB, [&](const XPath &result, int op, double) {
+            const Outline outline(result);
+            for (int i = 0; i < 100; ++i) {
+                const vxPoint p = random.between(vxPoint(-60, -60), vxPoint(160, 160));
+                const bool inA = a.contains(p);
+                const bool inB = b.contains(p);
+                const bool expected[] = { inA && inB, inA || inB, inA && !inB, inA != inB };
+                if (a.isOff(p, 1e-3) && b.isOff(p, 1e-3)) {
+                    ASSERT_EQ(outline.contains(p), expected[op - 1]) << p.x << ' ' << p.y;
+                }
+            }
+        });
+    }
+    auditor.expectAllVerdicts();
+}
+
+TEST(UnitingAll, gives_the_area_of_uniting_in_turn)
+{
+    shapes::Random random(5);
+    std::vector<XPathPtr> discs;
+    QList<XPath *> paths;
+    QVector<PZPath> elements;
+    auto inTurn = std::make_unique<XPath>();
+    for (int i = 0; i < 60; ++i) {
+        const vxPoint center = random.between(vxPoint(0, 0), vxPoint(300, 300));
+        const double radius = random.between(10, 40);
+        discs.push_back(read(shapes::ellipse(center.x, center.y, radius, radius)));
+        paths.append(discs.back().get());
+        elements.append(PZPath());
+        elements.last().fromXPath(*discs.back());
+        inTurn.reset(inTurn->unite(discs.back().get()));
+    }
+    const XPathPtr atOnce(XPath::uniteAll(paths));
+    const double margin = 1e-9 * boxOf(atOnce, inTurn);
+    EXPECT_NEAR(filledArea(*atOnce), filledArea(*inTurn), margin);
+    XPath ofElements;
+    PZPath::uniteAll(elements).toXPath(ofElements);
+    EXPECT_NEAR(filledArea(ofElements), filledArea(*atOnce), margin);
+
+    XPath empty;
+    const XPathPtr line = read("M -50 150 L 400 150");
+    vxBooleanReport report;
+    const QList<XPath *> nothing = { nullptr, &empty, line.get() };
+    EXPECT_EQ(text(*XPathPtr(XPath::uniteAll(nothing + paths + nothing, report))), text(*atOnce));
+    EXPECT_EQ(report.verdict, vxBooleanReport::Audited);
+    EXPECT_TRUE(XPathPtr(XPath::uniteAll(nothing))->children.isEmpty());
+}

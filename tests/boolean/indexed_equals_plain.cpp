@@ -1,0 +1,153 @@
+#include "support/shapes.h"
+
+#include "vxcurvelocation.h"
+#include "vxlocationowner_p.h"
+#include "vxmonoindex_p.h"
+#include "vxorderedboxes_p.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+using shapes::read;
+using shapes::XPathPtr;
+
+namespace {
+
+/** All sample shapes of a family in one compound path, so that everything that is indexed is large. */
+XPathPtr heap(const std::string &family)
+{
+    XPathPtr all(new XPath);
+    for (const shapes::Case &c : shapes::cases({ family })) {
+        all->assign(*read(c.a));
+        all->assign(*read(c.b));
+    }
+    return all;
+}
+
+/** A blob for every place of a grid, some of them level rectangles. */
+XPathPtr field(int side)
+{
+    std::string data;
+    shapes::Random random(5);
+    for (int i = 0; i < side * side; ++i) {
+        const double x = i % side * 10;
+        const double y = i / side * 10;
+        data += i % 3 == 0 ? shapes::rectangle(x, y, 7, 7)
+                           : shapes::ellipse(x, y, random.between(1, 9), random.between(1, 9));
+        data += " ";
+    }
+    return read(data);
+}
+
+QList<vxMono *> piecesOf(const XPath &path)
+{
+    QList<vxMono *> pieces;
+    for (const vxPath *child : path.children)
+        pieces += child->getMonoCurves();
+    return pieces;
+}
+
+/** Anywhere, and where outlines are hard to count: at the ends of pieces, on their levels, a rounding beside.
+ */
+std::vector<vxPoint> probes(const XPath &path, const QList<vxMono *> &pieces)
+{
+    const vxRect box = path.getBounds(vxBoundOpt::geometric(), vxStyle());
+    shapes::Random random(3);
+    std::vector<vxPoint> points;
+    for (int i = 0; i < 150; ++i)
+        points.push_back(random.between(box.topLeft(), box.bottomRight()));
+    for (int i = 0; i < 300; ++i) {
+        const vxMono *piece = pieces.at(int(random.between(0, pieces.size() - 0.5)));
+        const double scales[] = { 1e-13, 1e-12, 1e-10, 1e-7 };
+        const double beside = (i % 5 - 2) * scales[i % 4];
+        const int end = i % 3 == 0 ? 6 : 0;
+        const vxPoint p(piece->values[end], piece->values[end + 1]);
+        points.emplace_back(p.x, p.y + beside);
+        points.emplace_back(random.between(box.x, box.right()), p.y + beside);
+        points.emplace_back(p.x + beside, random.between(box.y, box.bottom()));
+    }
+    return points;
+}
+
+bool operator==(const vxWinding &a, const vxWinding &b)
+{
+    return a.winding == b.winding && a.contour == b.contour;
+}
+
+} // namespace
+
+TEST(IndexedEqualsPlain, winding_counts)
+{
+    std::vector<XPathPtr> paths;
+    for (const char *family : { "icons", "glyphs", "overlap", "degenerate", "maps" })
+        paths.push_back(heap(family));
+    paths.push_back(field(20));
+    for (const shapes::Case &c : shapes::cases())
+        paths.push_back(read(c.a));
+    int compared = 0;
+    for (const XPathPtr &path : paths) {
+        const QList<vxMono *> pieces = piecesOf(*path);
+        const vx::MonoIndex index(pieces);
+        for (const vxPoint &p : probes(*path, pieces)) {
+            for (bool horizontal : { false, true }) {
+                const vxWinding plain = XPath::getWinding(p, pieces, horizontal);
+                ASSERT_TRUE(index.winding(p, horizontal) == plain) << p.x << ", " << p.y;
+                ASSERT_TRUE(path->getWinding(p, horizontal) == plain) << p.x << ", " << p.y;
+                ++compared;
+            }
+        }
+    }
+    std::printf("%d counts on %zu paths\n", compared, paths.size());
+    EXPECT_GT(compared, 60000);
+}
+
+TEST(IndexedEqualsPlain, winding_counts_follow_edits)
+{
+    const XPathPtr path = read(shapes::rectangle(0, 0, 10, 10));
+    EXPECT_EQ(path->getWinding(vxPoint(5, 5), false).winding, 1);
+    path->getFirstChild()->removeSegment(0);
+    path->getFirstChild()->removeSegment(0);
+    EXPECT_EQ(path->getWinding(vxPoint(5, 5), false).winding, 0);
+}
+
+TEST(IndexedEqualsPlain, boxes_within_reach)
+{
+    shapes::Random random(9);
+    for (int count : { 5, 100, 700 }) {
+        std::vector<vx::Box> boxes;
+        for (int i = 0; i < count; ++i) {
+            const double x = random.between(0, 100);
+            const double y = random.between(0, 100);
+            boxes.push_back({ x, y, x + random.between(0, 9), y + random.between(0, 9) });
+        }
+        boxes[2].minX = qQNaN(); // reaches everything
+        vx::OrderedBoxes ordered(boxes);
+        for (int i = 0; i < count; ++i) {
+            std::vector<int> plain;
+            for (int j = i; j < count; ++j) {
+                const vx::Box &a = boxes[size_t(i)];
+                const vx::Box &b = boxes[size_t(j)];
+                if (!(a.maxX < b.minX || b.maxX < a.minX || a.maxY < b.minY || b.maxY < a.minY))
+                    plain.push_back(j);
+            }
+            std::vector<int> found;
+            ordered.query(boxes[size_t(i)], 0, i, [&found](int j) { found.push_back(j); });
+            ASSERT_EQ(found, plain) << "box " << i << " of " << count;
+        }
+    }
+}
+
+TEST(IndexedEqualsPlain, both_sides_of_every_crossing_in_order)
+{
+    for (const shapes::Case &c : shapes::cases()) {
+        const XPathPtr a = read(c.a);
+        const XPathPtr b = read(c.b);
+        const QList<vxCurveLocation *> found = a->getCrossings(b.get());
+        const vx::LocationOwner owner(found);
+        QList<vxCurveLocation *> plain = found;
+        for (int i = found.size() - 1; i >= 0; --i)
+            vxCurveLocation::insert(plain, found.at(i)->intersection, false);
+        EXPECT_EQ(vxCurveLocation::expand(found), plain) << c.id;
+    }
+}

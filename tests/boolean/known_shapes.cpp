@@ -1,0 +1,106 @@
+#include "support/shapes.h"
+
+#include <gtest/gtest.h>
+
+using shapes::areaOf;
+using shapes::ellipse;
+using shapes::read;
+using shapes::rectangle;
+using shapes::text;
+using shapes::XPathPtr;
+
+namespace {
+
+XPathPtr compute(XPath *a, XPath *b, int op)
+{
+    return XPathPtr(XPath::computeBoolean(a, b, op));
+}
+
+} // namespace
+
+TEST(KnownShapes, have_the_areas_of_elementary_geometry)
+{
+    const std::string square = rectangle(0, 0, 100, 100);
+    const std::string disc = ellipse(50, 50, 50, 50);
+    const double d = areaOf(*read(disc));
+    const std::string frame = square + rectangle(25, 25, 50, 50);
+    struct {
+        const char *name;
+        std::string a, b;
+        /** Intersection, union, difference, exclusion. */
+        double areas[4];
+    } const rows[] = {
+        { "half_a_side_apart", square, rectangle(50, 50, 100, 100), { 2500, 17500, 7500, 15000 } },
+        { "from_another_corner", square, "M 100 100 L 0 100 L 0 0 L 100 0 Z", { 10000, 10000, 0, 0 } },
+        { "small_inside_large", square, rectangle(20, 30, 40, 50), { 2000, 10000, 8000, 8000 } },
+        { "frame_and_its_hole", frame, rectangle(25, 25, 50, 50), { 0, 10000, 7500, 10000 } },
+        { "bar_across_a_frame", frame, rectangle(-10, 40, 120, 20), { 1000, 8900, 6500, 7900 } },
+        { "disc_in_its_square", square, disc, { d, 10000, 10000 - d, 10000 - d } },
+        { "corner_on_an_edge_inside", square, "M 100 50 L 50 100 L 50 0 Z", { 2500, 10000, 7500, 7500 } },
+        { "corner_in_a_corner", square, rectangle(100, 100, 50, 50), { 0, 12500, 10000, 12500 } },
+        { "part_of_an_edge_outside", square, rectangle(100, 20, 50, 50), { 0, 12500, 10000, 12500 } },
+        { "plus_sign", rectangle(40, 0, 20, 100), rectangle(0, 40, 100, 20), { 400, 3600, 1600, 3200 } },
+        { "two_squares_and_a_bridge",
+          square + rectangle(200, 0, 100, 100),
+          rectangle(50, 25, 200, 50),
+          { 5000, 25000, 15000, 20000 } },
+        // The bar covers the crossing of a figure eight.
+        { "figure_eight_and_a_bar",
+          "M 0 0 L 100 100 L 100 0 L 0 100 Z",
+          rectangle(-10, 40, 120, 20),
+          { 1800, 5600, 3200, 3800 } },
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
+        const XPathPtr a = read(row.a);
+        const XPathPtr b = read(row.b);
+        for (int op = 1; op <= 4; ++op) {
+            const XPathPtr result = compute(a.get(), b.get(), op);
+            ASSERT_TRUE(result);
+            EXPECT_NEAR(areaOf(*result), row.areas[op - 1], 1e-3)
+                << "operation " << op << ": " << text(*result);
+            for (const vxPath *contour : result->children)
+                EXPECT_TRUE(contour->isClosed());
+        }
+    }
+}
+
+TEST(KnownShapes, come_out_with_no_needless_segments)
+{
+    const XPathPtr a = read(rectangle(0, 0, 100, 100));
+    const XPathPtr b = read(rectangle(50, 50, 100, 100));
+    const int contours[] = { 1, 1, 1, 2 };
+    const int segments[] = { 4, 8, 6, 12 };
+    for (int op = 1; op <= 4; ++op) {
+        const XPathPtr result = compute(a.get(), b.get(), op);
+        EXPECT_EQ(result->children.size(), contours[op - 1]) << "operation " << op << ": " << text(*result);
+        EXPECT_EQ(result->getCurves().size(), segments[op - 1])
+            << "operation " << op << ": " << text(*result);
+    }
+    const QList<XPath *> parts = a->divide(b.get());
+    ASSERT_EQ(parts.size(), 2);
+    EXPECT_EQ(text(*XPathPtr(parts[0])), text(*XPathPtr(a->subtract(b.get()))));
+    EXPECT_EQ(text(*XPathPtr(parts[1])), text(*XPathPtr(a->intersect(b.get()))));
+}
+
+TEST(KnownShapes, with_an_empty_or_missing_operand_give_the_other_or_nothing)
+{
+    const XPathPtr square = read(rectangle(0, 0, 10, 10));
+    XPath empty;
+    const double second[] = { 0, 100, 100, 100 };
+    const double first[] = { 0, 100, 0, 100 };
+    for (int op = 1; op <= 4; ++op) {
+        for (XPath *nothing : { static_cast<XPath *>(nullptr), &empty }) {
+            EXPECT_NEAR(areaOf(*compute(square.get(), nothing, op)), second[op - 1], 1e-9)
+                << "operation " << op;
+            EXPECT_NEAR(areaOf(*compute(nothing, square.get(), op)), first[op - 1], 1e-9)
+                << "operation " << op;
+            EXPECT_NEAR(areaOf(*compute(nothing, nothing, op)), 0, 1e-9) << "operation " << op;
+        }
+        // What one object given twice makes is left open but for the union.
+        EXPECT_TRUE(compute(square.get(), square.get(), op));
+    }
+    EXPECT_NEAR(areaOf(*compute(square.get(), square.get(), 2)), 100, 1e-9);
+    for (int op : { -1, 0, 5, 1000 })
+        EXPECT_TRUE(compute(square.get(), square.get(), op)->children.isEmpty());
+}
