@@ -18,7 +18,11 @@ constexpr double frameSize = 1024;
  * belong together stay apart; too large and small features vanish. None is right for every drawing, but an
  * odd node tells.
  */
-constexpr double snappingDistances[] = { 5e-5, 1e-5, 2e-6, 2e-4, 1e-3 };
+constexpr double finestSnapping = 2e-6;
+constexpr double snappingDistances[] = { 5e-5, 1e-5, finestSnapping, 2e-4, 1e-3 };
+/** Of the square on the drawing's longer side: finer snapping changes no area by more, or it lost a feature.
+ */
+constexpr double refinedFraction = 1e-6;
 
 } // namespace
 
@@ -74,6 +78,17 @@ bool Arrangement::solve(SetOperation operation)
         attempt(operation, best);
     }
     return false;
+}
+
+void Arrangement::refine(SetOperation operation)
+{
+    const double coarse = m_snapping;
+    const double area = m_selection.area;
+    if (coarse <= finestSnapping)
+        return;
+    const bool closes = attempt(operation, finestSnapping);
+    if (!closes || !(std::fabs(m_selection.area - area) <= refinedFraction * m_extent * m_extent))
+        attempt(operation, coarse);
 }
 
 bool Arrangement::attempt(SetOperation operation, double snapping)

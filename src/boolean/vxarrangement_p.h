@@ -131,6 +131,13 @@ public:
     /** Tries snapping distances until every node is even; false when none does (the best is kept then). */
     bool solve(SetOperation operation);
 
+    /**
+     * After solve(): the same with the finest snapping where that closes too and gives the same area but for
+     * what snapping moves. Vertices then move less, so that areas are good to 1e-9 of the drawing instead of
+     * 1e-8.
+     */
+    void refine(SetOperation operation);
+
     const Selection &selection() const { return m_selection; }
     /** Snapping distance of the solution in the operands' units. */
     double snapping() const { return m_snapping / m_frame.scale; }
@@ -172,7 +179,6 @@ private:
 
     // vxarrangement_sides.cpp
     void findSides();
-    bool isFilled(int operand, int winding) const;
 
     // vxarrangement.cpp
     bool attempt(SetOperation operation, double snapping);

@@ -153,65 +153,57 @@ private:
     IntervalIndex m_index;
 };
 
-/** Winding of every operand at a point, with those that are touched remembered so that clearing costs
- * nothing. */
+/** Windings of the operands at a point, and with them which are filled there; clearing costs what was added.
+ */
 class Windings
 {
 public:
-    explicit Windings(int operands) : m_windings(size_t(operands), 0) {}
+    explicit Windings(const std::vector<char> &evenOdd) : m_evenOdd(evenOdd), m_windings(evenOdd.size(), 0) {}
 
     void clear()
     {
         for (int operand : m_touched)
             m_windings[size_t(operand)] = 0;
         m_touched.clear();
+        m_fill = Fill();
     }
     void add(int operand, int count)
     {
+        int &winding = m_windings[size_t(operand)];
+        const bool before = isFilled(operand, winding);
+        winding += count;
+        const bool after = isFilled(operand, winding);
         m_touched.push_back(operand);
-        m_windings[size_t(operand)] += count;
+        m_fill.count += int(after) - int(before);
+        if (operand == 0)
+            m_fill.first = after;
     }
-    int of(int operand) const { return m_windings[size_t(operand)]; }
-    /** Operands that were touched, each once. */
-    const std::vector<int> &touched()
-    {
-        std::sort(m_touched.begin(), m_touched.end());
-        m_touched.erase(std::unique(m_touched.begin(), m_touched.end()), m_touched.end());
-        return m_touched;
-    }
+    const Fill &fill() const { return m_fill; }
 
 private:
+    bool isFilled(int operand, int winding) const
+    {
+        return m_evenOdd[size_t(operand)] ? winding % 2 != 0 : winding != 0;
+    }
+
+    const std::vector<char> &m_evenOdd;
     std::vector<int> m_windings;
     std::vector<int> m_touched;
+    Fill m_fill;
 };
 
 } // namespace
-
-bool Arrangement::isFilled(int operand, int winding) const
-{
-    return m_evenOdd[size_t(operand)] ? winding % 2 != 0 : winding != 0;
-}
 
 void Arrangement::findSides()
 {
     const RayIndex towardsLeft(m_edges, 1);
     const RayIndex towardsTop(m_edges, 0);
-    Windings windings(m_operandCount);
+    Windings windings(m_evenOdd);
     const auto addShares = [&](const Edge &edge, int factor) {
         for (int i = 0; i < edge.shareCount; ++i) {
             const Share &share = m_shares[size_t(edge.firstShare + i)];
             windings.add(share.operand, share.count * factor);
         }
-    };
-    const auto fill = [&] {
-        Fill result;
-        for (int operand : windings.touched()) {
-            if (isFilled(operand, windings.of(operand))) {
-                ++result.count;
-                result.first = result.first || operand == 0;
-            }
-        }
-        return result;
     };
 
     for (int e = 0; e < int(m_edges.size()); ++e) {
@@ -235,9 +227,9 @@ void Arrangement::findSides()
         const bool countsPositive = sideways ? tangent.y < 0 : tangent.x > 0;
         Fill &near = countsPositive ? edge.left : edge.right;
         Fill &far = countsPositive ? edge.right : edge.left;
-        near = fill();
+        near = windings.fill();
         addShares(edge, countsPositive ? 1 : -1);
-        far = fill();
+        far = windings.fill();
     }
 }
 

@@ -72,11 +72,17 @@ struct Outline {
  * Whether the engine traced what the arrangement did: the same area and length in all, in as many contours of
  * the same size (lobes that hang together at a point are contours of their own).
  */
-bool agrees(const Outline &traced, const Outline &expected, double signedArea, double extent)
+bool agrees(const QVector<vxPath *> &tracedPaths, const QVector<vxPath *> &expectedPaths,
+            const Arrangement &arrangement, const RunNotes &notes)
 {
+    const Frame &frame = arrangement.frame();
+    const Outline traced(tracedPaths, frame);
+    const Outline expected(expectedPaths, frame);
+    const double extent = arrangement.extent() * frame.scale;
     const double margin = areaMargin * extent * extent;
+    const double signedArea = arrangement.selection().signedArea * frame.scale * frame.scale;
     return traced.areas.size() == expected.areas.size() &&
-           std::fabs(traced.signedArea - signedArea) <= margin &&
+           std::fabs(traced.signedArea - (notes.counterClockwise ? -signedArea : signedArea)) <= margin &&
            std::fabs(traced.length - expected.length) <= lengthMargin * expected.length &&
            std::equal(traced.areas.begin(), traced.areas.end(), expected.areas.begin(),
                       [margin](double a, double b) { return std::fabs(a - b) <= margin; });
@@ -110,12 +116,16 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, SetOperation ope
         report.verdict = vxBooleanReport::Doubtful;
         return traced;
     }
-    const QVector<vxPath *> expected = arrangement.trace();
-    const Frame &frame = arrangement.frame();
-    const double signedArea =
-        arrangement.selection().signedArea * frame.scale * frame.scale * (notes.counterClockwise ? -1 : 1);
-    const bool same = agrees(Outline(traced, frame), Outline(expected, frame), signedArea,
-                             arrangement.extent() * frame.scale);
+    QVector<vxPath *> expected = arrangement.trace();
+    bool same = agrees(traced, expected, arrangement, notes);
+    if (!same) {
+        releaseAll(expected);
+        arrangement.refine(operation);
+        report.predictedArea = arrangement.selection().area;
+        report.snapping = arrangement.snapping();
+        expected = arrangement.trace();
+        same = agrees(traced, expected, arrangement, notes);
+    }
     report.verdict = same ? vxBooleanReport::Audited : vxBooleanReport::Replaced;
     releaseAll(same ? expected : traced);
     return same ? traced : expected;

@@ -138,7 +138,10 @@ double filledArea(const XPath &path)
         if (child->isClosed() && !child->isEmpty())
             closed += loopsOf(commandsOf(*child));
     }
-    const std::unique_ptr<XPath> parts = toXPathAsDrawn(closed);
+    if (closed.isEmpty())
+        return 0;
+    // About a point of the path itself: far from the origin the areas would drown in their own rounding.
+    const std::unique_ptr<XPath> parts = toXPathAsDrawn(mapped(closed, 1, -closed.first().end()));
     const QVector<Loop> loops = loopsBySize(*parts);
     double total = 0;
     for (int i = 0; i < loops.size() && loops[i].area > 0; ++i) {
