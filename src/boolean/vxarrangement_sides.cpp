@@ -22,6 +22,8 @@ struct Piece {
     int edge;
     double t0, t1;
     double value0, value1;
+    /** Range of the edge's control points in the other coordinate. */
+    double least, greatest;
 };
 
 /**
@@ -71,38 +73,59 @@ public:
     }
 
 private:
+    /** Exact at the ends, so that neighbouring edges meet on one level. */
     double value(const Cubic &c, double t) const
     {
+        if (t == 0 || t == 1)
+            return c.v[t == 0 ? m_axis : 6 + m_axis];
         const vxPoint p = placeAt(c, t);
         return m_axis == 1 ? p.y : p.x;
     }
 
     void addPieces(int e)
     {
-        const Cubic &c = m_edges[size_t(e)].inFrame;
-        if (m_edges[size_t(e)].line) {
-            if (c.v[m_axis] != c.v[6 + m_axis])
-                m_pieces.push_back({ e, 0, 1, c.v[m_axis], c.v[6 + m_axis] });
-            return;
+        const Edge &edge = m_edges[size_t(e)];
+        double times[4];
+        const int count = edge.line ? wholeCurve(times) : monotoneTimes(edge.inFrame, times);
+        const Box box = hullBox(edge.inFrame);
+        for (int i = 0; i < count; ++i) {
+            const Piece piece{ e,
+                               times[i],
+                               times[i + 1],
+                               value(edge.inFrame, times[i]),
+                               value(edge.inFrame, times[i + 1]),
+                               m_axis == 1 ? box.minX : box.minY,
+                               m_axis == 1 ? box.maxX : box.maxY };
+            if (piece.value0 != piece.value1)
+                m_pieces.push_back(piece);
         }
+    }
+
+    static int wholeCurve(double times[4])
+    {
+        times[0] = 0;
+        times[1] = 1;
+        return 1;
+    }
+
+    /** Times between which the level coordinate is monotone, 0 and 1 among them; returns the number of
+     * pieces. */
+    int monotoneTimes(const Cubic &c, double times[4]) const
+    {
         const double q0 = c.v[m_axis], q1 = c.v[2 + m_axis], q2 = c.v[4 + m_axis], q3 = c.v[6 + m_axis];
-        double times[4] = { 0, 1, 1, 1 };
-        int count = 1;
         double roots[2];
         const int found =
             solveQuadratic(3 * (q1 - q2) - q0 + q3, 2 * (q0 + q2) - 4 * q1, q1 - q0, roots, 0, 1);
         if (found == 2 && roots[0] > roots[1])
             std::swap(roots[0], roots[1]);
+        times[0] = 0;
+        int count = 1;
         for (int i = 0; i < found; ++i) {
             if (roots[i] > times[count - 1] && roots[i] < 1)
                 times[count++] = roots[i];
         }
         times[count] = 1;
-        for (int i = 0; i < count; ++i) {
-            const Piece piece{ e, times[i], times[i + 1], value(c, times[i]), value(c, times[i + 1]) };
-            if (piece.value0 != piece.value1)
-                m_pieces.push_back(piece);
-        }
+        return count;
     }
 
     /** Where a piece meets the level, across it; only as exact as its comparison with limit needs. */
@@ -111,11 +134,10 @@ private:
         const Edge &edge = m_edges[size_t(piece.edge)];
         const Cubic &c = edge.inFrame;
         const int across = 1 - m_axis;
-        const auto range = std::minmax({ c.v[across], c.v[2 + across], c.v[4 + across], c.v[6 + across] });
-        if (range.second < limit - undecidedDistance)
-            return range.second;
-        if (range.first > limit + undecidedDistance)
-            return range.first;
+        if (piece.greatest < limit - undecidedDistance)
+            return piece.greatest;
+        if (piece.least > limit + undecidedDistance)
+            return piece.least;
         if (edge.line)
             return c.v[across] +
                    (c.v[6 + across] - c.v[across]) * (level - piece.value0) / (piece.value1 - piece.value0);
