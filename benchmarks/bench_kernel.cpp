@@ -112,8 +112,10 @@ void cubicRoots(benchmark::State &state)
 }
 BENCHMARK(cubicRoots);
 
-/** The thousand pairs as one round; the label counts what was found, so that a faster search that misses some
- * shows. */
+/**
+ * The thousand pairs as one round; the label counts what was found, so that a faster search that misses some
+ * shows.
+ */
 void intersectPairs(benchmark::State &state)
 {
     int found = 0;

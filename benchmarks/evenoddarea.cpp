@@ -30,8 +30,10 @@ double extent(const QPointF &p)
     return std::max(std::fabs(p.x()), std::fabs(p.y()));
 }
 
-/** How many chords of equal time keep within tolerance: a chord's sagitta is an eighth of the second
- * derivative. */
+/**
+ * How many chords of equal time keep within tolerance: a chord's sagitta is an eighth of the second
+ * derivative.
+ */
 int chordCount(const QPointF &p0, const QPointF &p1, const QPointF &p2, const QPointF &p3, double tolerance)
 {
     const double bend = 6 * std::max(extent(p0 - 2 * p1 + p2), extent(p1 - 2 * p2 + p3));

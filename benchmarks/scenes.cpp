@@ -9,8 +9,10 @@ namespace {
 
 constexpr double pi = 3.141592653589793;
 
-/** Uniform doubles in [lo, hi); the standard's distributions may differ from library to library, the engine
- * may not. */
+/**
+ * Uniform doubles in [lo, hi); the standard's distributions may differ from library to library, the engine
+ * may not.
+ */
 class Random
 {
 public:

@@ -37,8 +37,10 @@ struct VersusCase {
 
     /** Number behind a tag such as "n:" or "x:", 0 without one. */
     int tagNumber(const QString &prefix) const;
-    /** Off the known area by more than a thousandth of the larger operand, or no answer; false where nothing
-     * is known. */
+    /**
+     * Off the known area by more than a thousandth of the larger operand, or no answer; false where nothing
+     * is known.
+     */
     bool isWrong(int operation, const SideResult &result) const;
 };
 
@@ -64,8 +66,10 @@ QVector<VersusCase> readCases(const QStringList &files, const QStringList &truth
 /** Every operation on every case by both sides, in a process of its own. Throws ToolError. */
 QVector<VersusResult> runVersus(const QVector<VersusCase> &cases, const VersusOptions &options);
 
-/** Kilobytes that one operation needed at its peak beyond the operands; 0 where a side did not come to its
- * end. */
+/**
+ * Kilobytes that one operation needed at its peak beyond the operands; 0 where a side did not come to its
+ * end.
+ */
 struct PeakMemory {
     const VersusCase *entry;
     int operation;

@@ -4,7 +4,8 @@
 
 /** Markdown tables on standard output. */
 
-/** Families (every tag instead, when asked) and operations: times of both sides, their ratio, wrong results.
+/**
+ * Families (every tag instead, when asked) and operations: times of both sides, their ratio, wrong results.
  */
 void printComparison(const QVector<VersusResult> &results, bool byTag);
 /** Series by size: how time grows from one size to the next. Cases of a size count by their median. */

@@ -5,8 +5,10 @@
 #include <QTextStream>
 #include <QVector>
 
-/** Writes painter paths as one SVG: the first ones filled grey, the last one filled green. False when it
- * cannot. */
+/**
+ * Writes painter paths as one SVG: the first ones filled grey, the last one filled green. False when it
+ * cannot.
+ */
 inline bool writeSvg(const QString &name, const QVector<QPainterPath> &paths)
 {
     QRectF box;

@@ -20,7 +20,8 @@ constexpr double frameSize = 1024;
  */
 constexpr double finestSnapping = 2e-6;
 constexpr double snappingDistances[] = { 5e-5, 1e-5, finestSnapping, 2e-4, 1e-3 };
-/** Of the square on the drawing's longer side: finer snapping changes no area by more, or it lost a feature.
+/**
+ * Of the square on the drawing's longer side: finer snapping changes no area by more, or it lost a feature.
  */
 constexpr double refinedFraction = 1e-6;
 

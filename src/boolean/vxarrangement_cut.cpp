@@ -15,8 +15,10 @@ namespace vx {
 
 namespace {
 
-/** A cut this near (as part of the snapping distance) to an end or another cut is dropped: the points become
- * one. */
+/**
+ * A cut this near (as part of the snapping distance) to an end or another cut is dropped: the points become
+ * one.
+ */
 constexpr double dropFraction = 0.9;
 /** Stretches run together when they stay within this many snapping distances ... */
 constexpr double togetherFactor = 2;
@@ -288,8 +290,10 @@ void Arrangement::addShares(int first, const std::vector<int> &nextInGroup, cons
     m_shares.erase(std::remove_if(m_shares.begin() + begin, m_shares.end(), cancels), m_shares.end());
 }
 
-/** Makes one edge of stretches that run together between the same nodes; drops what shrank to a point or
- * cancels. */
+/**
+ * Makes one edge of stretches that run together between the same nodes; drops what shrank to a point or
+ * cancels.
+ */
 void Arrangement::joinStretches(const std::vector<Edge> &all)
 {
     std::vector<int> order;
@@ -332,8 +336,10 @@ void Arrangement::joinStretches(const std::vector<Edge> &all)
     }
 }
 
-/** Puts a stretch into the group that it runs with, among those that start at firsts[begin], or makes one for
- * it. */
+/**
+ * Puts a stretch into the group that it runs with, among those that start at firsts[begin], or makes one for
+ * it.
+ */
 void Arrangement::joinGroup(int stretch, size_t begin, const std::vector<Edge> &all, std::vector<int> &firsts,
                             std::vector<int> &nextInGroup) const
 {

@@ -20,8 +20,10 @@ namespace {
 /** In units of the frame: an end point nearer than this to a curve may come to lie on it by snapping. */
 constexpr double farthestSnapping = 1e-3;
 
-/** Clipping with room for rounding: a meeting that is found needlessly does no harm here, one that is lost
- * does. */
+/**
+ * Clipping with room for rounding: a meeting that is found needlessly does no harm here, one that is lost
+ * does.
+ */
 ClipRange wideRange()
 {
     ClipRange range;
@@ -29,7 +31,8 @@ ClipRange wideRange()
     return range;
 }
 
-/** Curves of a contour as it is filled: an open one is closed by a line; curves without extent are left out.
+/**
+ * Curves of a contour as it is filled: an open one is closed by a line; curves without extent are left out.
  */
 std::vector<Cubic> filledOutline(const vxPath &path, bool &closedByLine)
 {

@@ -16,13 +16,12 @@ class vxPath;
  * stretch between cuts knowing the fill of each operand on both its sides. It knows the area of a result, and
  * whether it can be trusted, before anything is traced.
  *
- *  1. meet: intersect every pair of curves that can meet, and every curve with itself
- * (vxarrangement_meet.cpp);
+ *  1. meet: intersect every pair of curves that can meet, each with itself too (vxarrangement_meet.cpp);
  *  2. cut: cut the curves there, join end points within the snapping distance into nodes, make stretches that
- * run together one edge (vxarrangement_cut.cpp);
+ *     run together one edge (vxarrangement_cut.cpp);
  *  3. sides: count what a ray from the middle of every edge meets (vxarrangement_sides.cpp);
- *  4. select: keep the edges across which an operation's answer differs, inside on the right; the result's
- * area and whether every node is even follow from these (vxarrangement.cpp);
+ *  4. select: keep the edges across which an operation's answer differs, inside on the right; area and
+ *     evenness of all nodes follow from these (vxarrangement.cpp);
  *  5. trace: walk kept edges, closing the tightest wedge of inside at each node (vxarrangement_trace.cpp).
  *
  * Works in a frame of its own: the operands moved and scaled by a power of two so that they measure about a
@@ -65,7 +64,8 @@ struct ArrangedCurve {
     int contour;
 };
 
-/** A place where a curve is to be cut. distance: how far the other's end point lies off it; 0 for a crossing.
+/**
+ * A place where a curve is to be cut. distance: how far the other's end point lies off it; 0 for a crossing.
  */
 struct Cut {
     int curve;

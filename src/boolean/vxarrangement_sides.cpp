@@ -108,8 +108,9 @@ private:
         return 1;
     }
 
-    /** Times between which the level coordinate is monotone, 0 and 1 among them; returns the number of
-     * pieces. */
+    /**
+     * Times between which the level coordinate is monotone, 0 and 1 among them; returns the number of pieces.
+     */
     int monotoneTimes(const Cubic &c, double times[4]) const
     {
         const double q0 = c.v[m_axis], q1 = c.v[2 + m_axis], q2 = c.v[4 + m_axis], q3 = c.v[6 + m_axis];
@@ -175,7 +176,8 @@ private:
     IntervalIndex m_index;
 };
 
-/** Windings of the operands at a point, and with them which are filled there; clearing costs what was added.
+/**
+ * Windings of the operands at a point, and with them which are filled there; clearing costs what was added.
  */
 class Windings
 {

@@ -121,8 +121,10 @@ private:
         return placeAt(c, 0.25).getDistance(c.p0());
     }
 
-    /** Direction in which the curve passes the circle around the node: at a distance curves that start alike
-     * part. */
+    /**
+     * Direction in which the curve passes the circle around the node: at a distance curves that start alike
+     * part.
+     */
     double angleAt(const Step &step, bool atEnd, double radius) const
     {
         const Cubic c = seenFrom(step, atEnd);
@@ -146,8 +148,9 @@ private:
     std::vector<std::vector<Step>> m_contours;
 };
 
-/** Makes a path of a traced contour, with parts of one curve joined again and untouched contours as they
- * were. */
+/**
+ * Makes a path of a traced contour, with parts of one curve joined again and untouched contours as they were.
+ */
 class ContourBuilder
 {
 public:

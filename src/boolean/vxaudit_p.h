@@ -9,7 +9,8 @@ namespace vx {
 
 enum class SetOperation;
 
-/** When an audit is made. Always is for tests: it shows that no call that skipped it would have been changed.
+/**
+ * When an audit is made. Always is for tests: it shows that no call that skipped it would have been changed.
  */
 enum class AuditMode { WhereDoubtful, Always, Never };
 

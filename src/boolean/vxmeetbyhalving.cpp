@@ -17,8 +17,10 @@ constexpr double flatness = 1e-4;
 constexpr int maxVisits = 4000;
 constexpr int maxDepth = 40;
 
-/** Refines a meeting by Newton's method on B1(t) - B2(u) = 0; false when it leaves the curves or does not
- * meet. */
+/**
+ * Refines a meeting by Newton's method on B1(t) - B2(u) = 0; false when it leaves the curves or does not
+ * meet.
+ */
 bool refine(const Cubic &c1, const Cubic &c2, double &t, double &u)
 {
     for (int i = 0; i < 12; ++i) {

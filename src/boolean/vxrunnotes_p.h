@@ -23,14 +23,17 @@ struct RunNotes {
     bool shallow = false;
     /** A meeting at, or within the time margin of, a curve's end. */
     bool atVertex = false;
-    /** An operand crosses itself, so that its outline was taken apart and may be paired otherwise at a
-     * crossing. */
+    /**
+     * An operand crosses itself, so that its outline was taken apart and may be paired otherwise at a
+     * crossing.
+     */
     bool selfCrossing = false;
     /** Vertices on nearly straight runs were dropped, which moves the outline a little. */
     bool simplified = false;
     /** Several intersections at one place. */
     bool chained = false;
-    /** A stretch whose middle lies on another outline, so that its count was taken elsewhere or means little.
+    /**
+     * A stretch whose middle lies on another outline, so that its count was taken elsewhere or means little.
      */
     bool movedSample = false;
     /** A stretch whose middle is a vertex or an extremum: the ray along its level grazes it. */
@@ -39,8 +42,10 @@ struct RunNotes {
     /** What the searches for intersections may have missed. */
     SearchDoubts search;
 
-    /** No doubt, but what the audit must know: the first operand, and with it the result, runs the other way
-     * round. */
+    /**
+     * No doubt, but what the audit must know: the first operand, and with it the result, runs the other way
+     * round.
+     */
     bool counterClockwise = false;
 
     bool any() const

@@ -20,7 +20,8 @@ public:
     /** path2 may be null. */
     Sampler(XPath *path1, XPath *path2, const QList<vxMono *> &monos, int op, RunNotes &notes);
 
-    /** Counts at the middle of the stretch from start to the next intersection and writes it to its segments.
+    /**
+     * Counts at the middle of the stretch from start to the next intersection and writes it to its segments.
      */
     void propagate(vxSegment *start);
 
@@ -37,8 +38,10 @@ private:
 
         explicit Chain(vxSegment *start);
         bool holds(const vxCurve *curve) const;
-        /** The link in which a distance along the chain falls, which becomes the distance within it; null if
-         * none. */
+        /**
+         * The link in which a distance along the chain falls, which becomes the distance within it; null if
+         * none.
+         */
         const Link *linkAt(double &distance) const;
     };
     struct Sample {
@@ -59,7 +62,8 @@ private:
     XPath *m_path1;
     XPath *m_path2;
     MonoIndex m_pieces;
-    /** The operands' own pieces, for the operation that asks which of the two a stretch lies in; else null.
+    /**
+     * The operands' own pieces, for the operation that asks which of the two a stretch lies in; else null.
      */
     std::unique_ptr<MonoIndex> m_pieces1;
     std::unique_ptr<MonoIndex> m_pieces2;

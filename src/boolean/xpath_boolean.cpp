@@ -31,8 +31,10 @@ bool isEmpty(const XPath *path)
     return !path || path->children.isEmpty();
 }
 
-/** Square path units, as part of the area around: leaving out vertices moved the outline if the area moved by
- * more. */
+/**
+ * Square path units, as part of the area around: leaving out vertices moved the outline if the area moved by
+ * more.
+ */
 constexpr double simplifiedFraction = 1e-12;
 
 /** Whether a reduced copy fills another area than its original. */
@@ -69,7 +71,8 @@ QVector<vxPath *> takeChildren(XPath &path)
     return taken;
 }
 
-/** What an operation gives when at least one operand is empty: the cleaned contours of the one that counts.
+/**
+ * What an operation gives when at least one operand is empty: the cleaned contours of the one that counts.
  */
 QVector<vxPath *> contoursWithEmpty(XPath *path1, XPath *path2, int op, vx::RunNotes &notes)
 {

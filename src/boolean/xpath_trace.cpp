@@ -134,8 +134,9 @@ private:
         return m_different.count({ path, other }) != 0;
     }
 
-    /** Among intersections that coincide, one that closes the contour or leads on to where the result goes
-     * on. */
+    /**
+     * Among intersections that coincide, one that closes the contour or leads on to where the result goes on.
+     */
     vxCurveLocation *chooseIntersection(const vxSegment *segment, vxCurveLocation *inter) const
     {
         if (!inter || !inter->next)

@@ -6,8 +6,10 @@
 
 namespace {
 
-/** Where one arrangement of all does not close: pair by pair, so that one doubtful place does not spoil the
- * rest. */
+/**
+ * Where one arrangement of all does not close: pair by pair, so that one doubtful place does not spoil the
+ * rest.
+ */
 XPath *uniteInTurn(const QList<XPath *> &paths, vxBooleanReport &report)
 {
     auto result = std::make_unique<XPath>();

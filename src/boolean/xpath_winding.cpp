@@ -63,8 +63,8 @@ public:
             m_onCurve = true;
     }
 
-    /** A piece that crosses the level once, somewhere between left and right: solved for only when it
-     * matters.
+    /**
+     * A piece that crosses the level once, somewhere between left and right: solved for only when it matters.
      */
     void visitPassage(const vxMono &piece, double left, double right)
     {
@@ -114,8 +114,10 @@ private:
         m_previousXEnd = piece.values[6];
     }
 
-    /** A vertex on the level belongs to the piece before it, unless the outline turns back there beside the
-     * point. */
+    /**
+     * A vertex on the level belongs to the piece before it, unless the outline turns back there beside the
+     * point.
+     */
     bool isCountedAlready(const vxMono &piece, double x) const
     {
         if (m_y != piece.values[1])
@@ -185,7 +187,8 @@ vxWinding countOnLevel(const vxPoint &point, const Pieces &pieces)
     return count.result();
 }
 
-/** The nearest outline above (smaller y) and below a point on the vertical through it; infinite where none.
+/**
+ * The nearest outline above (smaller y) and below a point on the vertical through it; infinite where none.
  */
 template <typename Pieces>
 void neighboursOnVertical(const vxPoint &point, const Pieces &pieces, double &yTop, double &yBottom)

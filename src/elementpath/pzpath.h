@@ -40,7 +40,8 @@ public:
     struct PZElement {
         double x = 0;
         double y = 0;
-        /** Untrimmed tip of an open subpath, on its first and last element after setLineHead(); 0 elsewhere.
+        /**
+         * Untrimmed tip of an open subpath, on its first and last element after setLineHead(); 0 elsewhere.
          */
         double headX = 0;
         double headY = 0;
@@ -111,11 +112,14 @@ public:
     void addLine(double x1, double y1, double x2, double y2);
     /** A closed subpath of its own, clockwise from the top left corner for a positive size. */
     void addRect(const QRectF &r);
-    /** Moves to the first point and draws lines, unmerged; right after a move the first point becomes a line
-     * too. */
+    /**
+     * Moves to the first point and draws lines, unmerged; right after a move the first point becomes a line
+     * too.
+     */
     void addPolygon(const QPolygonF &polygon);
-    /** Appends other's elements; with connect, its first one becomes a line (or is dropped at the last
-     * point). */
+    /**
+     * Appends other's elements; with connect, its first one becomes a line (or is dropped at the last point).
+     */
     void addPath(const PZPath &other, bool connect);
     /** Sets a coordinate of the last element; nothing on an empty list. */
     void setBackX(double v);
@@ -153,14 +157,17 @@ public:
      * the list's start.
      */
     int getOpenedEnd(QPointF &beforeEnd, QPointF &end, int &index, int &startIndex) const;
-    /** Direction in degrees at the start or end of the subpath that begins at element index; 0 when there is
-     * none. */
+    /**
+     * Direction in degrees at the start or end of the subpath that begins at element index; 0 when there is
+     * none.
+     */
     double getTangent(int index, bool atStart);
 
     // --- bridge to the engine: pzpath_bridge.cpp ---
 
-    /** Cleans this path up and replaces xpath's children by its subpaths from element startIndex (clamped)
-     * on. */
+    /**
+     * Cleans this path up and replaces xpath's children by its subpaths from element startIndex (clamped) on.
+     */
     void toXPath(XPath &xpath, int startIndex = 0);
     /** Appends xpath's children [first, last) (last -1: all); this path is not cleared. */
     void fromXPath(const XPath &xpath, int first = 0, int last = -1);
@@ -178,7 +185,8 @@ public:
     /** The union of any number of paths at once, far faster than one after the other; they are cleaned up. */
     static PZPath uniteAll(QVector<PZPath> &paths);
     static PZPath uniteAll(QVector<PZPath> &paths, vxBooleanReport &report);
-    /** Appends the normalised copy of this path to its elements; callers that want only the copy clear first.
+    /**
+     * Appends the normalised copy of this path to its elements; callers that want only the copy clear first.
      */
     void evenOdd();
     /** Smooths every subpath with vxPath::smooth of the given type (1 to 4), factor 0.5. */

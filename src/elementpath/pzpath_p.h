@@ -45,8 +45,10 @@ inline vxPoint directedStep(double angle, double length)
 
 /** Radians; two directions nearer than this are one, and as near to pi apart run straight on; strict. */
 constexpr double cornerAngleMargin = 0.001;
-/** Fraction of the rounding distance between a corner and the control point on a straight edge that meets
- * there. */
+/**
+ * Fraction of the rounding distance between a corner and the control point on a straight edge that meets
+ * there.
+ */
 constexpr double cornerSideFactor = 0.448;
 /** A handle measured from a cut on a curve is this much longer than cornerSideFactor of the distance. */
 constexpr double cornerHandleStretch = 1.5;

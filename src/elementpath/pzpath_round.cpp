@@ -134,8 +134,10 @@ struct Reach {
 struct Cut {
     int vertex;
     bool onCurve;
-    /** Radians; of the handle at the cut, only on a curve: in travel direction before, against it after the
-     * corner. */
+    /**
+     * Radians; of the handle at the cut, only on a curve: in travel direction before, against it after the
+     * corner.
+     */
     double direction;
 };
 

@@ -25,8 +25,9 @@ Element makeElement(const vxPoint &p, int type)
     return { p.x, p.y, 0, 0, type };
 }
 
-/** An edge as seen from a corner: a line to another point, or a cubic that arrives at the corner or leaves
- * it. */
+/**
+ * An edge as seen from a corner: a line to another point, or a cubic that arrives at the corner or leaves it.
+ */
 struct Side {
     bool isCubic;
     vx::Cubic cubic;

@@ -8,7 +8,8 @@ class QPointF;
 class QRectF;
 class vxRect;
 
-/** One cubic Bézier in path units: start, first and second control point, end; and arcs as sequences of them.
+/**
+ * One cubic Bézier in path units: start, first and second control point, end; and arcs as sequences of them.
  */
 class PZGRAPHICS_EXPORT vxBezier
 {
@@ -25,7 +26,8 @@ public:
      * left is null or t not finite.
      */
     void parameterSplitLeft(double t, vxBezier *left);
-    /** The part between two curve times; all of it for times that are not finite, the end point for t0 = 1.
+    /**
+     * The part between two curve times; all of it for times that are not finite, the end point for t0 = 1.
      */
     vxBezier bezierOnInterval(double t0, double t1) const;
 

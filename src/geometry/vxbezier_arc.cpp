@@ -16,7 +16,8 @@ using vxTolerance::machineZero;
 
 namespace {
 
-/** Distance of the control points of a quarter circle of radius 1 from its ends, close to 4/3 (sqrt 2 - 1).
+/**
+ * Distance of the control points of a quarter circle of radius 1 from its ends, close to 4/3 (sqrt 2 - 1).
  */
 constexpr double k = 0.55228474983;
 

@@ -15,8 +15,9 @@ class BoxTree
 public:
     explicit BoxTree(const std::vector<Box> &boxes);
 
-    /** Appends the indexes of all boxes that touch box widened by slack on every side, in no particular
-     * order. */
+    /**
+     * Appends the indexes of all boxes that touch box widened by slack on every side, in no particular order.
+     */
     void query(const Box &box, double slack, std::vector<int> &found) const;
 
 private:

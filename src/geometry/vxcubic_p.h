@@ -43,8 +43,8 @@ struct Box {
 enum class Evaluate { Point, Tangent, Normal, Curvature };
 
 /**
- * Point, derivative, normal (dy, -dx) or curvature (k, 0) at time t; (NaN, NaN) for t outside [0, 1].
- * With normalized, derivative and normal have length 1; at an end where the derivative vanishes the direction
+ * Point, derivative, normal (dy, -dx) or curvature (k, 0) at time t; (NaN, NaN) for t outside [0, 1]. With
+ * normalized, derivative and normal have length 1; at an end where the derivative vanishes the direction
  * between the two control points stands in.
  */
 vxPoint evaluate(const Cubic &c, double t, Evaluate what, bool normalized);
@@ -65,7 +65,8 @@ void subdivide(const Cubic &c, double t, Cubic &left, Cubic &right);
 /** The part between two times; reversed when from > to. */
 Cubic part(const Cubic &c, double from, double to);
 
-/** Signed area between the curve and the origin (Green's theorem), so that a closed chain sums to its area.
+/**
+ * Signed area between the curve and the origin (Green's theorem), so that a closed chain sums to its area.
  */
 double signedArea(const Cubic &c);
 
@@ -89,7 +90,8 @@ Box bounds(const Cubic &c);
 
 // --- roots and nearest points: vxcubic_roots.cpp ---
 
-/** Times in [min, max] (0, 0: unbounded) where coordinate coord equals value; count 0 to 3, never negative.
+/**
+ * Times in [min, max] (0, 0: unbounded) where coordinate coord equals value; count 0 to 3, never negative.
  */
 int timesAtCoordinate(const Cubic &c, int coord, double value, double roots[3], double min, double max);
 /** Time of a point on the curve, noTime when it lies farther off than closeDistance. */

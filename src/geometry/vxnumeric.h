@@ -27,8 +27,10 @@ public:
     // --- polynomials: vxnumeric_roots.cpp ---
 
     static double log2(double x);
-    /** The bound that value passes, otherwise value; NaN stays. With min > max: min where value is below it,
-     * else max. */
+    /**
+     * The bound that value passes, otherwise value; NaN stays. With min > max: min where value is below it,
+     * else max.
+     */
     static double clamp(double value, double min, double max);
     /** b^2 - a c, accurate also where the two products nearly cancel. */
     static double getDiscriminant(double a, double b, double c);

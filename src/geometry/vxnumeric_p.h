@@ -4,16 +4,18 @@
 
 #include <cmath>
 
-/** Allocation-free forms of the polynomial solvers, quadrature and root finder; vxNumeric is their public
- * edge. */
+/**
+ * Allocation-free forms of the polynomial solvers, quadrature and root finder; vxNumeric is their public
+ * edge.
+ */
 namespace vx {
 
 constexpr double pi = 3.141592653589793;
 
 /**
- * Real roots of a x^2 + b x + c. Returns the count, or -1 when every x is a solution (nothing written).
- * min == max == 0: unbounded; otherwise roots outside (min - machineZero, max + machineZero) are dropped and
- * the others clamped into [min, max]. A double root is given once. Non-finite coefficients give 0 roots.
+ * Real roots of a x^2 + b x + c. Returns the count, or -1 when every x is a solution (nothing written). min
+ * == max == 0: unbounded; otherwise roots outside (min - machineZero, max + machineZero) are dropped and the
+ * others clamped into [min, max]. A double root is given once. Non-finite coefficients give 0 roots.
  */
 int solveQuadratic(double a, double b, double c, double roots[2], double min, double max);
 

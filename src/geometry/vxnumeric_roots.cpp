@@ -36,7 +36,8 @@ int excessExponent(double m)
     return static_cast<int>(std::floor(vxNumeric::log2(m) + 0.5)); // m is finite: within -1074 and 1024
 }
 
-/** Value v as a sum of two halves of 26 bits each, so that products of halves are exact (T. J. Dekker, 1971).
+/**
+ * Value v as a sum of two halves of 26 bits each, so that products of halves are exact (T. J. Dekker, 1971).
  */
 struct Split {
     double high;
@@ -50,7 +51,8 @@ struct Split {
     }
 };
 
-/** Horner's scheme of a cubic at x: value, slope, and the coefficients that are left when x is divided out.
+/**
+ * Horner's scheme of a cubic at x: value, slope, and the coefficients that are left when x is divided out.
  */
 struct Horner {
     double b1;

@@ -63,12 +63,15 @@ public:
     }
     /** Distance up to tolerance, inclusive. */
     bool isClose(const vxPoint &p, double tolerance) const { return getDistance(p, false) <= tolerance; }
-    /** Sine of the angle between the two vectors within angleMargin; a zero vector is collinear with
-     * anything. */
+    /**
+     * Sine of the angle between the two vectors within angleMargin; a zero vector is collinear with anything.
+     */
     static bool isCollinear(double x1, double y1, double x2, double y2);
     bool isCollinear(const vxPoint &p) const { return isCollinear(x, y, p.x, p.y); }
-    /** Cosine of the angle between the two vectors within angleMargin; a zero vector is orthogonal to
-     * anything. */
+    /**
+     * Cosine of the angle between the two vectors within angleMargin; a zero vector is orthogonal to
+     * anything.
+     */
     static bool isOrthogonal(double x1, double y1, double x2, double y2);
     bool isOrthogonal(const vxPoint &p) const { return isOrthogonal(x, y, p.x, p.y); }
     /** Strictly inside rect; see vxRect::containsPt. */

@@ -10,13 +10,16 @@ namespace vxTolerance {
 
 // --- contract ---
 
-/** Absolute; a length, coordinate difference or coefficient up to this (inclusive unless said) counts as 0.
+/**
+ * Absolute; a length, coordinate difference or coefficient up to this (inclusive unless said) counts as 0.
  */
 constexpr double machineZero = 1e-12;
 /** Absolute; a discriminant within this of 0 counts as a double root (half a unit in the last place of 1). */
 constexpr double machineEpsilon = 1.12e-16;
-/** Relative to |u||v|: bound of the sine or cosine between two directions that count as parallel or
- * orthogonal. */
+/**
+ * Relative to |u||v|: bound of the sine or cosine between two directions that count as parallel or
+ * orthogonal.
+ */
 constexpr double angleMargin = 1e-7;
 /** Path units; points this near (inclusive) are the same place for the engine. */
 constexpr double closeDistance = 2e-7;

@@ -64,7 +64,8 @@ private:
     TimePairs m_lost;
 };
 
-/** Clips c1 to the fat line of c2; false when none of it lies inside. The part's times go to tMin and tMax.
+/**
+ * Clips c1 to the fat line of c2; false when none of it lies inside. The part's times go to tMin and tMax.
  */
 bool clipToFatLine(const Cubic &c1, const Cubic &c2, double slack, double &tMin, double &tMax)
 {

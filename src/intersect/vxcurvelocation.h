@@ -69,7 +69,8 @@ public:
     double getCurveOffset();
     /** Arc length from the path's start, cached. */
     double getOffset();
-    /** Same place on the same path, by point and by time or arc length; without ignoreOther the partners too.
+    /**
+     * Same place on the same path, by point and by time or arc length; without ignoreOther the partners too.
      */
     bool equals(vxCurveLocation *other, bool ignoreOther);
     /** The curves run in one direction here without need to pass through each other. */
@@ -135,7 +136,8 @@ struct PZGRAPHICS_EXPORT opParam {
     double renormalizeTime = 0;
     /** Set by the run, never cleared: a search was cut short, meetings may be missing. */
     bool limitReached = false;
-    /** Set by the run, never cleared: curves come so near at an end that rounding may have hidden a meeting.
+    /**
+     * Set by the run, never cleared: curves come so near at an end that rounding may have hidden a meeting.
      */
     bool nearMiss = false;
     /** When set: meetings for which it answers false are discarded. */

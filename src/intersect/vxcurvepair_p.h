@@ -27,7 +27,8 @@ public:
     /** Returns the updated count of clipping calls. */
     int addCurves(const ClipRange &range, int calls);
     void addCloseEnds();
-    /** Filters, makes the pair of locations, links and inserts them; a NaN point is computed, noTime sought.
+    /**
+     * Filters, makes the pair of locations, links and inserts them; a NaN point is computed, noTime sought.
      */
     void addLocation(double t1, const vxPoint &p1, double t2, const vxPoint &p2, bool overlap);
 

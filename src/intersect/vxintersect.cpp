@@ -13,8 +13,10 @@ namespace vx {
 
 namespace {
 
-/** Least and greatest of the control values pulled a quarter of the way towards their neighbours in the
- * polygon. */
+/**
+ * Least and greatest of the control values pulled a quarter of the way towards their neighbours in the
+ * polygon.
+ */
 void pulledRange(double q0, double q1, double q2, double q3, double &min, double &max)
 {
     const double pulled1 = (q0 + 3 * q1) / 4;

@@ -6,12 +6,16 @@
 #include <array>
 #include <vector>
 
-/** The kernel of curve intersection: times where two cubics meet, no objects, no allocation where nothing is
- * found. */
+/**
+ * The kernel of curve intersection: times where two cubics meet, no objects, no allocation where nothing is
+ * found.
+ */
 namespace vx {
 
-/** Bounds of the control points pulled a quarter of the way towards the polygon: tighter than the polygon's,
- * and still bounds. */
+/**
+ * Bounds of the control points pulled a quarter of the way towards the polygon: tighter than the polygon's,
+ * and still bounds.
+ */
 Box pulledBox(const Cubic &c);
 
 /** A curve with what every pairing asks of it, computed once. */
@@ -87,16 +91,21 @@ struct HullChain {
     HullChain reversed() const;
 };
 
-/** Upper and lower chain of the hull of (0, d0), (1/3, d1), (2/3, d2), (1, d3), both from the first to the
- * last. */
+/**
+ * Upper and lower chain of the hull of (0, d0), (1/3, d1), (2/3, d2), (1, d3), both from the first to the
+ * last.
+ */
 void distanceHull(double d0, double d1, double d2, double d3, HullChain &top, HullChain &bottom);
-/** Time at which the hull, entered from its chains' first points, reaches [dMin, dMax]; NaN when it does not.
+/**
+ * Time at which the hull, entered from its chains' first points, reaches [dMin, dMax]; NaN when it does not.
  */
 double clipHull(const HullChain &top, const HullChain &bottom, double dMin, double dMax);
 double clipHullChain(const HullChain &chain, bool top, double threshold);
 
-/** What one clipping search starts from; the public edge can start it anywhere, the engine starts at the
- * defaults. */
+/**
+ * What one clipping search starts from; the public edge can start it anywhere, the engine starts at the
+ * defaults.
+ */
 struct ClipRange {
     double tMin = 0, tMax = 1, uMin = 0, uMax = 1;
     bool flip = false;
@@ -115,8 +124,10 @@ int clipCurves(const Cubic &c1, const Cubic &c2, const ClipRange &range, int cal
 
 // --- vxintersect.cpp ---
 
-/** Time of the loop's inner point, where a looping curve is split so that its halves cross; noTime without a
- * loop. */
+/**
+ * Time of the loop's inner point, where a looping curve is split so that its halves cross; noTime without a
+ * loop.
+ */
 double loopSplitTime(const Cubic &c);
 
 /** Where a curve meets the chord of a straight one: times on the curve in root order. */

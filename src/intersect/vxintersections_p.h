@@ -17,8 +17,7 @@ struct SearchDoubts {
 
 /**
  * All meetings of path with other (null or path: with itself) that include accepts; see
- * XPath::getIntersections, which says who owes the locations. doubts are
- * set, never cleared.
+ * XPath::getIntersections, which says who owes the locations. doubts are set, never cleared.
  */
 QList<vxCurveLocation *> findIntersections(XPath &path, XPath *other,
                                            const std::function<bool(vxCurveLocation *)> &include,

@@ -24,8 +24,10 @@ inline vxPoint velocityAt(const Cubic &c, double t)
                    a * (c.v[3] - c.v[1]) + b * (c.v[5] - c.v[3]) + d * (c.v[7] - c.v[5]));
 }
 
-/** Whether a point lies farther than slack from the hull of a curve, as seen across its chord. Quick, no
- * false alarm. */
+/**
+ * Whether a point lies farther than slack from the hull of a curve, as seen across its chord. Quick, no false
+ * alarm.
+ */
 bool isFarFromChord(const Cubic &c, const vxPoint &p, double slack);
 
 /**

@@ -50,7 +50,8 @@ public:
     }
 
 private:
-    /** Moves location onto the segment at its time, which is made where there is none; null when that fails.
+    /**
+     * Moves location onto the segment at its time, which is made where there is none; null when that fails.
      */
     vxSegment *placeAt(vxCurveLocation *location, vxCurve *curve, double time)
     {

@@ -7,8 +7,10 @@
 #include <algorithm>
 #include <cmath>
 
-/** Flattening by recursive halving, without allocation; vxPathIt keeps the pieces, vxPath::flatten() their
- * ends. */
+/**
+ * Flattening by recursive halving, without allocation; vxPathIt keeps the pieces, vxPath::flatten() their
+ * ends.
+ */
 namespace vx {
 
 struct Flattening {
@@ -30,8 +32,10 @@ inline bool isFinite(const Cubic &c)
     return std::all_of(c.v, c.v + 8, [](double value) { return std::isfinite(value); });
 }
 
-/** Calls visit(piece, end time, chord length) for the pieces of c, which covers the times minT to maxT, in
- * order. */
+/**
+ * Calls visit(piece, end time, chord length) for the pieces of c, which covers the times minT to maxT, in
+ * order.
+ */
 template <typename Visitor>
 void visitFlatPieces(const Cubic &c, double minT, double maxT, const Flattening &how, Visitor &visit)
 {

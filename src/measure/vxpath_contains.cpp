@@ -17,7 +17,8 @@ bool spans(const vxMono &piece, double y)
     return (piece.winding == 1 && start < y && y <= end) || (end <= y && y < start);
 }
 
-/** The middle between the first two crossings of the outline with the level y; fallback when there are fewer.
+/**
+ * The middle between the first two crossings of the outline with the level y; fallback when there are fewer.
  */
 vxPoint pointOnLevel(const QList<vxMono *> &pieces, double y, const vxPoint &fallback)
 {

@@ -65,8 +65,10 @@ public:
     vxCurve *getPrevious() const;
     bool isFirst() const;
     bool isLast() const;
-    /** Removes the second segment from the path, giving its outgoing handle to the first; false without a
-     * path. */
+    /**
+     * Removes the second segment from the path, giving its outgoing handle to the first; false without a
+     * path.
+     */
     bool remove();
     QString toString() const;
 
@@ -139,8 +141,10 @@ public:
     static double getLength(const QVector<double> &values, double a = 0, double b = 1);
     /** Gauss-Legendre order for a time range: ceil(32 |b - a|) within 2 to 16. */
     static int getIterations(double a, double b);
-    /** Time at arc length offset from start (-100: from the start, or the end when negative); -100 out of
-     * range. */
+    /**
+     * Time at arc length offset from start (-100: from the start, or the end when negative); -100 out of
+     * range.
+     */
     static double getTimeAt(const QVector<double> &values, double offset, double start);
     static vxPoint getPointAt(const QVector<double> &values, double offset, bool isTime);
     static double getTimeOf(const QVector<double> &values, const vxPoint &point);
@@ -174,8 +178,10 @@ public:
     static QList<vxCurveLocation *> getIntersections(const QVector<double> &vals1,
                                                      const QVector<double> &vals2, vxCurve *c1, vxCurve *c2,
                                                      QList<vxCurveLocation *> &locations, opParam &param);
-    /** A loop's crossing. Leaves renormalize, renormalizeTime and excludeEnd set in param when the curve may
-     * loop. */
+    /**
+     * A loop's crossing. Leaves renormalize, renormalizeTime and excludeEnd set in param when the curve may
+     * loop.
+     */
     static QList<vxCurveLocation *> getSelfIntersection(const QVector<double> &vals1, vxCurve *c1,
                                                         QList<vxCurveLocation *> &locations, opParam &param);
     /** Empty, or the two (time on vals1, time on vals2) pairs that bound the stretch both curves share. */
@@ -190,8 +196,10 @@ public:
                                      vxCurve *c2, QList<vxCurveLocation *> &locations, opParam &param,
                                      double tMin, double tMax, double uMin, double uMax, bool flip,
                                      double recursion, int calls);
-    /** Top and bottom chain of the hull of (0, dq0), (1/3, dq1), (2/3, dq2), (1, dq3), both from first to
-     * last. */
+    /**
+     * Top and bottom chain of the hull of (0, dq0), (1/3, dq1), (2/3, dq2), (1, dq3), both from first to
+     * last.
+     */
     static QVector<QVector<vxPoint>> getConvexHull(double dq0, double dq1, double dq2, double dq3);
     /** First time at which the hull enters [dMin, dMax], NaN when it does not. */
     static double clipConvexHull(const QVector<vxPoint> &hullTop, const QVector<vxPoint> &hullBottom,
@@ -221,7 +229,8 @@ private:
     vxPath *m_path = nullptr;
     vxSegment *m_segment1 = nullptr;
     vxSegment *m_segment2 = nullptr;
-    /** The segment that this curve still holds a reference on after a free division gave its slot to another.
+    /**
+     * The segment that this curve still holds a reference on after a free division gave its slot to another.
      */
     vxSegment *m_heldSegment2 = nullptr;
     bool m_segment2Borrowed = false;

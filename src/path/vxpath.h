@@ -102,7 +102,8 @@ public:
     void clearHandles();
     /** Reverses the direction; orientation flags are exchanged. */
     void reverse();
-    /** Makes a closed path run clockwise or not, and remembers that by a flag; an open path stays as it is.
+    /**
+     * Makes a closed path run clockwise or not, and remembers that by a flag; an open path stays as it is.
      */
     void setClockwise(bool clockwise);
     /** setClockwise(true). */
@@ -130,8 +131,10 @@ public:
      * caller's) gets the part after. Null: nothing happened.
      */
     vxPath *splitAt(vxCurveLocation *location);
-    /** Becomes (1 - factor) * from + factor * to, with from's segment count and closed flag; needs equal
-     * counts. */
+    /**
+     * Becomes (1 - factor) * from + factor * to, with from's segment count and closed flag; needs equal
+     * counts.
+     */
     void interpolate(const vxPath *from, const vxPath *to, double factor);
     /** Maps all segments; a mirroring matrix exchanges the orientation flags. */
     void transformContent(const vxMatrix *matrix);
@@ -175,8 +178,10 @@ public:
      * where no coordinate is a number. Option and style change nothing yet.
      */
     vxRect getBounds(const vxBoundOpt &option, const vxStyle &style, const vxMatrix *matrix = nullptr) const;
-    /** A new location (count 0, the caller's) at an arc length, negative from the end; null beyond it or for
-     * NaN. */
+    /**
+     * A new location (count 0, the caller's) at an arc length, negative from the end; null beyond it or for
+     * NaN.
+     */
     vxCurveLocation *getLocationAt(double offset) const;
     vxPoint getPointAt(double offset) const;
     vxPoint getTangentAt(double offset) const;
@@ -184,8 +189,10 @@ public:
     vxPoint getWeightedTangentAt(double offset) const;
     vxPoint getWeightedNormalAt(double offset) const;
     double getCurvatureAt(double offset) const;
-    /** A new location (count 0, the caller's) at the nearest curve point, distance filled; null without
-     * curves. */
+    /**
+     * A new location (count 0, the caller's) at the nearest curve point, distance filled; null without
+     * curves.
+     */
     vxCurveLocation *getNearestLocation(const vxPoint &point) const;
     /** A new location (count 0, the caller's) for a point on the path; null when it is not on it. */
     vxCurveLocation *getLocationOf(const vxPoint &point) const;
@@ -200,7 +207,8 @@ public:
     // --- monotone pieces and containment: src/boolean/ (vxpath_mono.cpp), src/measure/ (vxpath_contains.cpp)
     // ---
 
-    /** The y-monotone pieces of the outline (an open path is closed by a line), cached; they stay the path's.
+    /**
+     * The y-monotone pieces of the outline (an open path is closed by a line), cached; they stay the path's.
      */
     QList<vxMono *> getMonoCurves() const;
     void clearMonos() const;
@@ -234,8 +242,10 @@ public:
     int _countCurves() const;
     /** The monotone pieces with an index over them, cached beside them. */
     const vx::MonoIndex &_monoIndex() const;
-    /** The cached curve list after count segments were inserted before position start (count negative:
-     * removed). */
+    /**
+     * The cached curve list after count segments were inserted before position start (count negative:
+     * removed).
+     */
     void _adjustCurves(int start, int count);
     /** Whether curve stands in the cached curve list where its index says. */
     bool _lists(const vxCurve *curve) const;
@@ -278,7 +288,8 @@ private:
 
     QList<vxSegment *> m_segments;
     mutable QList<vxCurve *> m_curves;
-    /** Second halves of divided curves that still have to be listed, with the positions of the first halves.
+    /**
+     * Second halves of divided curves that still have to be listed, with the positions of the first halves.
      */
     std::vector<std::pair<int, vxCurve *>> m_divisions;
     /** The pieces, in one block, and the list of them that is handed out. */

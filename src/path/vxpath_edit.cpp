@@ -14,7 +14,8 @@ void detach(vxSegment *segment)
     segment->index = -1;
 }
 
-/** The segment to insert for what a caller gave: a clone if that belongs to a path, with one reference taken.
+/**
+ * The segment to insert for what a caller gave: a clone if that belongs to a path, with one reference taken.
  */
 vxSegment *adopted(vxSegment *segment, vxPath *path)
 {

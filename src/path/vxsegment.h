@@ -40,7 +40,8 @@ public:
     vxSegment *clone() const;
 
     void addRef() { ++refCount; }
-    /** Deletes the segment when the count is below 2 (the count then reads 0xFFFFFFFE), else takes one off.
+    /**
+     * Deletes the segment when the count is below 2 (the count then reads 0xFFFFFFFE), else takes one off.
      */
     void release();
 
@@ -71,8 +72,10 @@ public:
     /** Removes this segment from its path; it may be deleted by that. */
     bool remove();
 
-    /** The curve that starts here; of the last segment of an open path, the curve that ends here. Null if
-     * none. */
+    /**
+     * The curve that starts here; of the last segment of an open path, the curve that ends here. Null if
+     * none.
+     */
     vxCurve *getCurve() const;
     /**
      * On an open path the curve that ends here (of the first segment: the curve that starts here). On a
@@ -101,9 +104,8 @@ public:
     void transformCoordinates(const vxMatrix *matrix, QVector<double> &coords, bool change);
     /**
      * Sets the handles from the neighbouring points. Type 1: Catmull-Rom with the given parametrisation
-     * exponent
-     * (-1: 0.5, centripetal). Type 2: handles along the chord of the neighbours (-1: 0.4), needs both
-     * neighbours; coincident neighbours give NaN. Any other type: nothing. The path is not told.
+     * exponent (-1: 0.5, centripetal). Type 2: handles along the chord of the neighbours (-1: 0.4), needs
+     * both neighbours; coincident neighbours give NaN. Any other type: nothing. The path is not told.
      */
     void smooth(bool skipIn, bool skipOut, int type, double factor);
 

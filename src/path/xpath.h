@@ -50,8 +50,10 @@ public:
     void setChildren(const QVector<vxPath *> &list);
     /** Removes the children in [from, to) (to -1: all after from). */
     void removeChildren(int from = 0, int to = -1);
-    /** Removes child and releases it once, also when it was not found: the reference of the caller is
-     * consumed. */
+    /**
+     * Removes child and releases it once, also when it was not found: the reference of the caller is
+     * consumed.
+     */
     void removeChild(vxPath *child);
     vxPath *getFirstChild() const { return children.isEmpty() ? nullptr : children.first(); }
     vxPath *getLastChild() const { return children.isEmpty() ? nullptr : children.last(); }
@@ -72,8 +74,10 @@ public:
     double getLength() const;
     /** Geometric bounds of all children that have segments; all zero when none has. */
     vxRect getBounds(const vxBoundOpt &option, const vxStyle &style, const vxMatrix *matrix = nullptr) const;
-    /** A new location (count 0, the caller's) at the nearest curve point, ties to the earlier curve; null if
-     * none. */
+    /**
+     * A new location (count 0, the caller's) at the nearest curve point, ties to the earlier curve; null if
+     * none.
+     */
     vxCurveLocation *getNearestLocation(const vxPoint &point) const;
     /** NaN without curves. */
     vxPoint getNearestPoint(const vxPoint &point) const;
@@ -105,8 +109,10 @@ public:
 
     // --- winding and containment: src/boolean/ (xpath_winding.cpp), src/measure/ (xpath_contains.cpp) ---
 
-    /** Winding count of point over pieces listed path by path; horizontal probes up and down instead of
-     * sideways. */
+    /**
+     * Winding count of point over pieces listed path by path; horizontal probes up and down instead of
+     * sideways.
+     */
     static vxWinding getWinding(const vxPoint &point, const QList<vxMono *> &monos, bool horizontal);
     /** The same over the pieces of this path's children. */
     vxWinding getWinding(const vxPoint &point, bool horizontal) const;
@@ -115,7 +121,8 @@ public:
 
     // --- booleans: src/boolean/; a null or childless operand counts as empty, operands stay untouched ---
 
-    /** New path, the caller's. Null only where the first operand is one open path (see computeOpenBoolean).
+    /**
+     * New path, the caller's. Null only where the first operand is one open path (see computeOpenBoolean).
      */
     XPath *unite(XPath *other);
     XPath *intersect(XPath *other);
@@ -145,8 +152,10 @@ public:
     static XPath *computeOpenBoolean(XPath *path1, XPath *path2, int op);
     /** A working copy: cloned, reduced and, with resolve, cleaned of its own crossings. The caller's. */
     static XPath *preparePath(const XPath *path, bool resolve);
-    /** Removes this path's own crossings and overlaps in place; contours end up nested and oriented by the
-     * rule. */
+    /**
+     * Removes this path's own crossings and overlaps in place; contours end up nested and oriented by the
+     * rule.
+     */
     XPath *resolveCrossings();
     /** Gives the stretch from start to the next intersection the winding count of its middle. */
     static void propagateWinding(vxSegment *start, XPath *path1, XPath *path2, const QList<vxMono *> &monos,
@@ -168,6 +177,7 @@ private:
     void orientRemaining();
 };
 
-/** Sorting order of contours: larger bounding box first. Costs two bounds; sort many by boxes computed once.
+/**
+ * Sorting order of contours: larger bounding box first. Costs two bounds; sort many by boxes computed once.
  */
 PZGRAPHICS_EXPORT bool PathSort(const vxPath *a, const vxPath *b);

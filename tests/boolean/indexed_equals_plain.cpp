@@ -48,7 +48,8 @@ QList<vxMono *> piecesOf(const XPath &path)
     return pieces;
 }
 
-/** Anywhere, and where outlines are hard to count: at the ends of pieces, on their levels, a rounding beside.
+/**
+ * Anywhere, and where outlines are hard to count: at the ends of pieces, on their levels, a rounding beside.
  */
 std::vector<vxPoint> probes(const XPath &path, const QList<vxMono *> &pieces)
 {

@@ -14,8 +14,10 @@ namespace elements {
 const double undefined = std::numeric_limits<double>::quiet_NaN();
 const double inf = std::numeric_limits<double>::infinity();
 
-/** Elements as they are, without merging: "M 0 0 L 10 0 C 1 2 3 4 5 6 Z", D a lone data element; Z takes the
- * move's point. */
+/**
+ * Elements as they are, without merging: "M 0 0 L 10 0 C 1 2 3 4 5 6 Z", D a lone data element; Z takes the
+ * move's point.
+ */
 inline PZPath read(const QString &text)
 {
     PZPath path;

@@ -42,8 +42,10 @@ int countCrossings(const Polyline &a, const Polyline &b)
     return count;
 }
 
-/** The number of crossings, or -1 when a shift by 1 % changes it: then some are close together or nearly
- * touch. */
+/**
+ * The number of crossings, or -1 when a shift by 1 % changes it: then some are close together or nearly
+ * touch.
+ */
 int steadyCount(const QVector<double> &a, const QVector<double> &b)
 {
     const Polyline first(a, 0, 0);

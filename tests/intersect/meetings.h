@@ -33,7 +33,8 @@ inline vxRef<vxCurve> curve(const std::string &values)
     return vxRef<vxCurve>(new vxCurve(v.size() == 4 ? v.mid(0, 2) + v.mid(0, 2) + v.mid(2) + v.mid(2) : v));
 }
 
-/** Each location and its partner point at each other, and both curves really are at the place that they tell.
+/**
+ * Each location and its partner point at each other, and both curves really are at the place that they tell.
  */
 inline void expectOnBothCurves(const QList<vxCurveLocation *> &list, double tolerance = 1e-6)
 {

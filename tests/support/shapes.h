@@ -8,8 +8,10 @@
 #include <string>
 #include <vector>
 
-/** What tests of several rooms share: shapes as path data, sample files, and measures that share no code with
- * the library. */
+/**
+ * What tests of several rooms share: shapes as path data, sample files, and measures that share no code with
+ * the library.
+ */
 namespace shapes {
 
 using XPathPtr = std::unique_ptr<XPath>;

@@ -13,8 +13,7 @@
 #include <cmath>
 
 // 1. Contours that touch themselves at a vertex are taken apart there: their loops may turn either way, so
-// that their
-//    signed areas need not add up.
+//    that their signed areas need not add up.
 // 2. The loops are sorted by size; one counts as many levels deep as there are larger ones around it.
 // 3. Areas at even depth are added, those at odd depth taken off.
 
@@ -25,7 +24,8 @@ constexpr double samePoint = vxTolerance::closeDistance;
 
 using Cell = QPair<qint64, qint64>;
 
-/** Where on a contour a point was met before: points sorted into cells, of which neighbours are searched too.
+/**
+ * Where on a contour a point was met before: points sorted into cells, of which neighbours are searched too.
  */
 class VertexIndex
 {

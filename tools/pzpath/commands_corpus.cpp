@@ -49,8 +49,10 @@ RunOptions runOptions(const Invocation &in)
     return options;
 }
 
-/** Counts on a terminal while the results go elsewhere; where they go to the terminal they are progress
- * enough. */
+/**
+ * Counts on a terminal while the results go elsewhere; where they go to the terminal they are progress
+ * enough.
+ */
 class Progress
 {
 public:

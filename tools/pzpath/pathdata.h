@@ -40,8 +40,10 @@ QString toText(const PathCommands &commands);
  * point that is the start exactly and nothing else is merged. Lone moves stay as contours of one segment.
  */
 std::unique_ptr<XPath> toXPath(const PathCommands &commands);
-/** The same with every contour left in the direction in which it was drawn, for whoever asks for places along
- * it. */
+/**
+ * The same with every contour left in the direction in which it was drawn, for whoever asks for places along
+ * it.
+ */
 std::unique_ptr<XPath> toXPathAsDrawn(const PathCommands &commands);
 /** Through the application's own reader, so lines shorter than the merge tolerance vanish. */
 PZPath toElements(const PathCommands &commands);

@@ -18,7 +18,8 @@ const char *const fontFamily = "DejaVu Sans";
 constexpr double pictureSide = 800;
 constexpr double pictureMargin = 24;
 
-/** Control points lie outside the curve, but a few pixels of room do no harm and this cannot miss anything.
+/**
+ * Control points lie outside the curve, but a few pixels of room do no harm and this cannot miss anything.
  */
 QRectF boundsOf(const QVector<Shape> &shapes)
 {

@@ -9,15 +9,17 @@
 #include <QString>
 #include <QVector>
 
-/** How a shape is painted; an invalid colour paints nothing. Filled by the even-odd rule, open contours
- * never. */
+/**
+ * How a shape is painted; an invalid colour paints nothing. Filled by the even-odd rule, open contours never.
+ */
 struct Ink {
     QColor fill;
     QColor stroke;
     double width = 1; ///< of the stroke, in pixels
     bool nodes = false;
 
-    /** The first and second operand, behind the result; a result with its nodes; the second of two results.
+    /**
+     * The first and second operand, behind the result; a result with its nodes; the second of two results.
      */
     static Ink operandA();
     static Ink operandB();

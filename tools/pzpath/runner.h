@@ -41,7 +41,9 @@ struct RunOptions {
     bool isolated = true; ///< in a process of its own, so that a hang or crash is a result like another
 };
 
-/** Runs every operation on every case, cases first; finished is told each result as it comes. Throws
- * ToolError. */
+/**
+ * Runs every operation on every case, cases first; finished is told each result as it comes. Throws
+ * ToolError.
+ */
 void runCorpus(const QVector<CorpusCase> &cases, const RunOptions &options,
                const std::function<void(const CorpusCase &, const Operation &, const RunResult &)> &finished);
