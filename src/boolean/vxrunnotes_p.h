@@ -60,6 +60,13 @@ bool acceptMeeting(vxCurveLocation *location, RunNotes &notes);
 /** Notes intersections that share a place with others. */
 void noteChains(const QList<vxCurveLocation *> &locations, RunNotes &notes);
 
+/**
+ * Leaves out contours that are drawn several times, number for number, as far as the fill rule makes them
+ * count for nothing. Many copies of one outline meet each other everywhere: the searches would grow with the
+ * cube of their number.
+ */
+void dropRepeated(XPath &path);
+
 // The steps of the engine that XPath offers without notes.
 void resolveCrossings(XPath &path, RunNotes &notes);
 QVector<vxPath *> tracePaths(const QList<vxSegment *> &segments, int op, RunNotes &notes);

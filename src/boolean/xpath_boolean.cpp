@@ -54,6 +54,7 @@ XPath *prepare(const XPath *path, vx::RunNotes &notes)
 {
     XPath *copy = XPath::preparePath(path, false);
     notes.simplified = notes.simplified || (path && movedArea(*path, *copy));
+    vx::dropRepeated(*copy);
     vx::resolveCrossings(*copy, notes);
     return copy;
 }
