@@ -34,7 +34,7 @@ ClipRange wideRange()
 /**
  * Curves of a contour as it is filled: an open one is closed by a line; curves without extent are left out.
  */
-std::vector<Cubic> filledOutline(const vxPath &path, bool &closedByLine)
+std::vector<Cubic> filledOutline(const vxPath &path)
 {
     std::vector<Cubic> outline;
     const QList<vxCurve *> curves = path.getCurves();
@@ -43,8 +43,7 @@ std::vector<Cubic> filledOutline(const vxPath &path, bool &closedByLine)
         if (c.p0() != c.p3() || c.p0() != c.p1() || c.p3() != c.p2())
             outline.push_back(c);
     }
-    closedByLine = !path.isClosed() && !outline.empty() && outline.back().p3() != outline.front().p0();
-    if (closedByLine)
+    if (!path.isClosed() && !outline.empty() && outline.back().p3() != outline.front().p0())
         outline.push_back(Cubic::fromLine(outline.back().p3(), outline.front().p0()));
     return outline;
 }
@@ -106,11 +105,10 @@ void Arrangement::collect(const QVector<const XPath *> &operands)
         if (!operand)
             continue;
         for (const vxPath *child : operand->children) {
-            bool closedByLine = false;
-            const std::vector<Cubic> outline = filledOutline(*child, closedByLine);
+            const std::vector<Cubic> outline = filledOutline(*child);
             if (outline.empty() || !isFinite(outline))
                 continue;
-            m_contours.push_back({ child, o, int(m_curves.size()), int(outline.size()), closedByLine });
+            m_contours.push_back({ child, o, int(m_curves.size()), int(outline.size()) });
             for (const Cubic &c : outline) {
                 m_curves.push_back({ PreparedCurve(), c, int(m_contours.size()) - 1 });
                 include(box, c);

@@ -53,8 +53,6 @@ struct ArrangedContour {
     int operand;
     int firstCurve;
     int curveCount;
-    /** The last curve is the closing line of an open child. */
-    bool closedByLine;
 };
 
 /** A curve of an operand. */
