@@ -37,9 +37,36 @@ bool isEmpty(const XPath *path)
  */
 constexpr double simplifiedFraction = 1e-12;
 
+int countSegments(const XPath &path)
+{
+    int count = 0;
+    for (const vxPath *child : path.children)
+        count += child->_segments().size();
+    return count;
+}
+
+/** Whether areas are numbers: sums of products of coordinates that neither overflow nor are NaN. */
+bool hasFiniteArea(const XPath &path)
+{
+    constexpr double largest = 1e100;
+    const auto isModerate = [](const vxPoint &p) {
+        return std::fabs(p.x) <= largest && std::fabs(p.y) <= largest;
+    };
+    for (const vxPath *child : path.children) {
+        for (const vxSegment *s : child->_segments()) {
+            if (!isModerate(s->point) || !isModerate(s->handleIn) || !isModerate(s->handleOut))
+                return false;
+        }
+    }
+    return true;
+}
+
 /** Whether a reduced copy fills another area than its original. */
 bool movedArea(const XPath &original, const XPath &copy)
 {
+    // Reducing changes nothing but where it drops a segment.
+    if (countSegments(original) == countSegments(copy) && hasFiniteArea(copy))
+        return false;
     const auto areaOf = [](const XPath &path) {
         double sum = 0;
         for (const vxPath *child : path.children)
@@ -142,7 +169,7 @@ private:
             if (!path)
                 continue;
             for (vxPath *child : qAsConst(path->children)) {
-                m_segments += child->getSegments();
+                m_segments += child->_segments();
                 m_monos += child->getMonoCurves();
                 child->addFlags(overlapsOnly | validOverlapsOnly);
             }

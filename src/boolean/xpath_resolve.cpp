@@ -35,8 +35,7 @@ std::vector<vxRef<vxSegment>> holdSegments(const XPath &path)
 {
     std::vector<vxRef<vxSegment>> held;
     for (const vxPath *child : path.children) {
-        const QList<vxSegment *> segments = child->getSegments();
-        for (vxSegment *segment : segments)
+        for (vxSegment *segment : child->_segments())
             held.emplace_back(segment);
     }
     return held;
@@ -187,7 +186,7 @@ private:
 class Resolver
 {
 public:
-    Resolver(XPath &path, vx::RunNotes &notes) : m_path(path), m_notes(notes), m_held(holdSegments(path)) {}
+    Resolver(XPath &path, vx::RunNotes &notes) : m_path(path), m_notes(notes) {}
 
     void run()
     {
@@ -195,6 +194,8 @@ public:
             m_path, nullptr, [this](vxCurveLocation *location) { return accept(location); }, m_notes.search);
         const vx::LocationOwner owner(found);
         QList<vxCurveLocation *> locations = vxCurveLocation::expand(found);
+        if (m_hasOverlaps || m_hasCrossings)
+            m_held = holdSegments(m_path);
         if (m_hasOverlaps)
             removeOverlaps(m_path.divideLocations(locations, 1));
         QVector<vxPath *> paths = m_path.children;
@@ -239,8 +240,7 @@ private:
     void clearLinks()
     {
         for (const vxPath *child : qAsConst(m_path.children)) {
-            const QList<vxSegment *> segments = child->getSegments();
-            for (vxSegment *segment : segments) {
+            for (vxSegment *segment : child->_segments()) {
                 segment->setIntersection(nullptr);
                 segment->visited = false;
             }

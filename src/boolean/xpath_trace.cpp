@@ -7,6 +7,7 @@
 
 #include <set>
 #include <utility>
+#include <vector>
 
 using namespace vxTolerance;
 
@@ -165,7 +166,7 @@ private:
     void traceFrom(vxSegment *segment)
     {
         m_start = m_otherStart = nullptr;
-        vxRef<vxPath> path;
+        m_outline.clear();
         vxPoint handleIn;
         bool finished = false;
         for (;;) {
@@ -187,36 +188,35 @@ private:
             }
             if (segment->path->isFlags(validOverlapsOnly) && !isValid(segment))
                 break;
-            if (!path) {
-                path = vxRef<vxPath>(new vxPath);
+            if (m_outline.empty()) {
                 m_start = segment;
                 m_otherStart = other;
             }
-            segment = append(*path.get(), segment, handleIn);
+            segment = append(segment, handleIn);
         }
-        if (finished && path)
-            keep(std::move(path), handleIn);
+        if (finished && !m_outline.empty())
+            keep(handleIn);
         else
             m_notes.discardedContour = true;
     }
 
-    /** Copies segment to the end of path and returns the one to go on from. */
-    static vxSegment *append(vxPath &path, vxSegment *segment, vxPoint &handleIn)
+    /** Copies segment to the end of the outline and returns the one to go on from. */
+    vxSegment *append(vxSegment *segment, vxPoint &handleIn)
     {
         vxSegment *next = segment->getNext();
-        path.addSegment(new vxSegment(segment->point, handleIn, next ? segment->handleOut : vxPoint()));
+        m_outline.emplace_back(segment->point, handleIn, next ? segment->handleOut : vxPoint());
         segment->visited = true;
         if (next)
             handleIn = next->handleIn;
         return next ? next : segment->path->getFirstSegment();
     }
 
-    void keep(vxRef<vxPath> path, const vxPoint &handleIn)
+    void keep(const vxPoint &handleIn)
     {
-        path->getFirstSegment()->setHandleIn(handleIn);
-        path->setClosed(true);
-        path->_changed();
-        if (path->getSegments().size() <= maxDegenerateSegments &&
+        m_outline.front().setHandleIn(handleIn);
+        vxRef<vxPath> path(new vxPath(nullptr, true));
+        path->_setOutline(m_outline);
+        if (int(m_outline.size()) <= maxDegenerateSegments &&
             std::fabs(path->getArea(true, false)) <= machineZero) {
             m_notes.discardedContour = true;
             return;
@@ -228,6 +228,8 @@ private:
     vx::RunNotes &m_notes;
     const vxSegment *m_start = nullptr;
     const vxSegment *m_otherStart = nullptr;
+    /** The contour that is being walked. */
+    std::vector<vxSegment> m_outline;
     QVector<vxPath *> m_result;
     std::set<std::pair<const vxPath *, const vxPath *>> m_different;
 };

@@ -1,5 +1,6 @@
 #include "vxcurve.h"
 
+#include "vxbatch_p.h"
 #include "vxcurvelocation.h"
 #include "vxcurvevalues_p.h"
 #include "vxpath.h"
@@ -62,7 +63,7 @@ void vxCurve::release()
 {
     if (refCount < 2) {
         refCount = 0xFFFFFFFE;
-        delete this;
+        vxDestroy(this, m_block);
     } else {
         --refCount;
     }
@@ -105,7 +106,7 @@ vxCurve *vxCurve::getNext() const
 {
     if (!m_path || index() < 0)
         return nullptr;
-    const QList<vxCurve *> curves = m_path->getCurves();
+    const QList<vxCurve *> &curves = m_path->_curves();
     if (index() + 1 < curves.size())
         return curves.at(index() + 1);
     return m_path->isClosed() && !curves.isEmpty() ? curves.first() : nullptr;
@@ -115,7 +116,7 @@ vxCurve *vxCurve::getPrevious() const
 {
     if (!m_path || index() < 0)
         return nullptr;
-    const QList<vxCurve *> curves = m_path->getCurves();
+    const QList<vxCurve *> &curves = m_path->_curves();
     if (index() > 0)
         return curves.value(index() - 1, nullptr);
     return m_path->isClosed() && !curves.isEmpty() ? curves.last() : nullptr;
@@ -185,7 +186,7 @@ double vxCurve::getOffsetAtTime(double t) const
 {
     double before = 0;
     if (m_path && index() > 0) {
-        const QList<vxCurve *> curves = m_path->getCurves();
+        const QList<vxCurve *> &curves = m_path->_curves();
         for (int i = 0; i < index() && i < curves.size(); ++i)
             before += curves.at(i)->getLength();
     }

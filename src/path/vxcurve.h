@@ -14,6 +14,8 @@ class vxCurveLocation;
 class vxMatrix;
 class vxPath;
 struct opParam;
+template <typename T>
+class vxBatch;
 namespace vx {
 struct Cubic;
 }
@@ -226,7 +228,10 @@ public:
     quint32 refCount = 0;
 
 private:
+    friend class vxBatch<vxCurve>;
     vxPath *m_path = nullptr;
+    /** The vxBatch block that it was made in, null for one made by new. */
+    void *m_block = nullptr;
     vxSegment *m_segment1 = nullptr;
     vxSegment *m_segment2 = nullptr;
     /**

@@ -1,5 +1,6 @@
 #include "vxpath.h"
 
+#include "vxbatch_p.h"
 #include "vxcurvevalues_p.h"
 #include "vxmonoindex_p.h"
 #include "xpath.h"
@@ -34,8 +35,12 @@ void vxPath::assign(const vxPath &other)
         return;
     closed = other.closed;
     flags = other.flags;
-    // They belong to other, so these become clones.
-    setSegments(other.m_segments);
+    QList<vxSegment *> copies;
+    copies.reserve(other.m_segments.size());
+    vxBatch<vxSegment> batch(size_t(other.m_segments.size()));
+    for (const vxSegment *segment : other.m_segments)
+        copies.append(batch.make(*segment));
+    setSegments(copies);
 }
 
 void vxPath::release()
@@ -55,15 +60,17 @@ int vxPath::_countCurves() const
     return closed || m_segments.isEmpty() ? m_segments.size() : m_segments.size() - 1;
 }
 
-QList<vxCurve *> vxPath::getCurves() const
+const QList<vxCurve *> &vxPath::_curves() const
 {
     const int count = _countCurves();
     if (m_curves.isEmpty() && count > 0) {
         // The curves are a cache; what they point back to may be edited by whoever may edit it anyway.
         auto *self = const_cast<vxPath *>(this);
         m_curves.reserve(count);
+        vxBatch<vxCurve> batch{ size_t(count) };
         for (int i = 0; i < count; ++i) {
-            auto *curve = new vxCurve(self, m_segments.at(i), m_segments.at((i + 1) % m_segments.size()));
+            vxSegment *next = m_segments.at(i + 1 < m_segments.size() ? i + 1 : 0);
+            vxCurve *curve = batch.make(self, m_segments.at(i), next);
             curve->addRef();
             m_curves.append(curve);
         }

@@ -69,7 +69,7 @@ public:
     /** The segment that drawing goes on from: the last one. */
     vxSegment *getCurrentSegment() const { return getLastSegment(); }
     /** The curves, built on first use; they stay the path's. An open path of one segment has none. */
-    QList<vxCurve *> getCurves() const;
+    QList<vxCurve *> getCurves() const { return _curves(); }
     vxCurve *getFirstCurve() const;
     vxCurve *getLastCurve() const;
     bool hasHandles() const;
@@ -239,6 +239,11 @@ public:
 
     /** The one place that drops what was computed from the geometry and advances the version. */
     void _changed();
+    // getSegments() and getCurves() without a copy of the list, for walks that edit nothing.
+    const QList<vxSegment *> &_segments() const { return m_segments; }
+    const QList<vxCurve *> &_curves() const;
+    /** Replaces all segments by new ones with these points and handles. */
+    void _setOutline(const std::vector<vxSegment> &outline);
     int _countCurves() const;
     /** The monotone pieces with an index over them, cached beside them. */
     const vx::MonoIndex &_monoIndex() const;

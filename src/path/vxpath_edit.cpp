@@ -1,5 +1,6 @@
 #include "vxpath.h"
 
+#include "vxbatch_p.h"
 #include "vxmatrix.h"
 
 #include <algorithm>
@@ -101,6 +102,16 @@ void vxPath::setSegments(const QList<vxSegment *> &list)
         segment->release();
 }
 
+void vxPath::_setOutline(const std::vector<vxSegment> &outline)
+{
+    QList<vxSegment *> segments;
+    segments.reserve(int(outline.size()));
+    vxBatch<vxSegment> batch(outline.size());
+    for (const vxSegment &segment : outline)
+        segments.append(batch.make(segment));
+    setSegments(segments);
+}
+
 // --- removing ---
 
 bool vxPath::removeSegment(int index)
@@ -165,8 +176,9 @@ void vxPath::insertCurves(int start, int count)
     }
     QList<vxCurve *> added;
     added.reserve(count);
+    vxBatch<vxCurve> batch{ size_t(count) };
     for (int i = first; i < first + count; ++i) {
-        auto *curve = new vxCurve(this, m_segments.at(i), m_segments.at((i + 1) % size));
+        vxCurve *curve = batch.make(this, m_segments.at(i), m_segments.at((i + 1) % size));
         curve->addRef();
         added.append(curve);
     }

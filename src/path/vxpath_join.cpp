@@ -134,10 +134,11 @@ private:
     {
         return vx::cubicBetween(*m_segments.at(from), *m_segments.at(to));
     }
+    // The rarer condition first: both hold on few curves, and straightness is the dearer question.
     bool isTiny(int from, int to) const
     {
-        const vx::Cubic c = curve(from, to);
-        return vx::isStraight(c) && c.p0().getDistance(c.p3()) <= closeDistance;
+        return m_segments.at(from)->point.getDistance(m_segments.at(to)->point) <= closeDistance &&
+               vx::isStraight(curve(from, to));
     }
     vxPoint chord(int from, int to) const
     {
@@ -147,11 +148,10 @@ private:
     /** Whether the corner between the two straight curves from i to j to k can go. */
     bool isNeedless(int i, int j, int k) const
     {
-        if (!vx::isStraight(curve(i, j)) || !vx::isStraight(curve(j, k)))
-            return false;
         const vxPoint in = chord(i, j);
         const vxPoint out = chord(j, k);
-        return in.isCollinear(out) && (m_closed || in.dot(out) >= 0);
+        return in.isCollinear(out) && (m_closed || in.dot(out) >= 0) && vx::isStraight(curve(i, j)) &&
+               vx::isStraight(curve(j, k));
     }
 
     void visit(int i)

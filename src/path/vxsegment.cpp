@@ -1,5 +1,6 @@
 #include "vxsegment.h"
 
+#include "vxbatch_p.h"
 #include "vxcurve.h"
 #include "vxcurvelocation.h"
 #include "vxmatrix.h"
@@ -31,7 +32,7 @@ void vxSegment::release()
 {
     if (refCount < 2) {
         refCount = 0xFFFFFFFE;
-        delete this;
+        vxDestroy(this, m_block);
     } else {
         --refCount;
     }
@@ -56,7 +57,7 @@ vxSegment *vxSegment::getNext() const
 {
     if (!path || path->isEmpty())
         return nullptr;
-    const QList<vxSegment *> segments = path->getSegments();
+    const QList<vxSegment *> &segments = path->_segments();
     if (index >= -1 && index < segments.size() - 1)
         return segments.at(index + 1);
     return path->isClosed() ? segments.first() : nullptr;
@@ -66,7 +67,7 @@ vxSegment *vxSegment::getPrevious() const
 {
     if (!path || path->isEmpty())
         return nullptr;
-    const QList<vxSegment *> segments = path->getSegments();
+    const QList<vxSegment *> &segments = path->_segments();
     if (index > 0 && index <= segments.size())
         return segments.at(index - 1);
     return path->isClosed() ? segments.last() : nullptr;
@@ -91,7 +92,7 @@ vxCurve *vxSegment::getCurve() const
 {
     if (!path)
         return nullptr;
-    const QList<vxCurve *> curves = path->getCurves();
+    const QList<vxCurve *> &curves = path->_curves();
     // Nothing leaves the end of an open path, where there is one curve fewer than segments.
     const bool isEnd = !path->isClosed() && index > 0 && index == curves.size();
     return curves.value(isEnd ? index - 1 : index, nullptr);
@@ -101,7 +102,7 @@ vxCurve *vxSegment::getCurvePrev() const
 {
     if (!path)
         return nullptr;
-    const QList<vxCurve *> curves = path->getCurves();
+    const QList<vxCurve *> &curves = path->_curves();
     if (path->isClosed())
         return curves.value(index == 0 ? curves.size() - 1 : index, nullptr);
     return curves.value(index > 0 ? index - 1 : index, nullptr);

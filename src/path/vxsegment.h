@@ -11,6 +11,8 @@ class vxCurve;
 class vxCurveLocation;
 class vxMatrix;
 class vxPath;
+template <typename T>
+class vxBatch;
 
 /**
  * One vertex of a path: an anchor point with an incoming and an outgoing Bézier handle.
@@ -128,5 +130,8 @@ public:
     vxPoint handleOut;
 
 private:
+    friend class vxBatch<vxSegment>;
     vxCurveLocation *m_intersection = nullptr;
+    /** The vxBatch block that it was made in, null for one made by new. */
+    void *m_block = nullptr;
 };

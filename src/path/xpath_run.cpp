@@ -72,8 +72,12 @@ vxPath *XPath::splitAt(double offset)
 QList<vxCurve *> XPath::getCurves() const
 {
     QList<vxCurve *> curves;
+    int count = 0;
     for (const vxPath *child : children)
-        curves += child->getCurves();
+        count += child->_countCurves();
+    curves.reserve(count);
+    for (const vxPath *child : children)
+        curves += child->_curves();
     return curves;
 }
 
