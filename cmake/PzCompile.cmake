@@ -15,6 +15,13 @@ endif()
 # Same input, same bits: no contraction into fused multiply-add (its use depends on the target), no fast-math.
 add_compile_options(-ffp-contract=off -Wall -Wextra -Wpedantic -Werror)
 
+# Nobody replaces the library's functions at load time, so calls among them may be direct and inlined.
+include(CheckCXXCompilerFlag)
+check_cxx_compiler_flag(-fno-semantic-interposition PZ_HAS_NO_INTERPOSITION)
+if(PZ_HAS_NO_INTERPOSITION)
+    add_compile_options(-fno-semantic-interposition)
+endif()
+
 # -DPZ_SANITIZE=ON: every finding ends the program. The two float checks that are left off (by not being part of
 # "undefined") are float-divide-by-zero, which several formulas do on purpose; float-cast-overflow is on.
 option(PZ_SANITIZE "Build with AddressSanitizer, UndefinedBehaviorSanitizer and LeakSanitizer" OFF)

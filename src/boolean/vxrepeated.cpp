@@ -19,8 +19,7 @@ bool comesBefore(const vxPath *a, const vxPath *b)
     const QList<vxSegment *> &s = a->_segments();
     const QList<vxSegment *> &t = b->_segments();
     for (int i = 0; i < s.size() && i < t.size(); ++i) {
-        for (vxPoint vxSegment::*field :
-             { &vxSegment::point, &vxSegment::handleIn, &vxSegment::handleOut }) {
+        for (vxPoint vxSegment::*field : { &vxSegment::point, &vxSegment::handleIn, &vxSegment::handleOut }) {
             const vxPoint &p = s.at(i)->*field;
             const vxPoint &q = t.at(i)->*field;
             if (p.x < q.x || q.x < p.x)

@@ -129,16 +129,7 @@ public:
     QVector<vxPath *> trace()
     {
         collect();
-        vx::Sampler sampler(m_path1.get(), m_path2.get(), m_monos, m_op, m_notes);
-        for (vxCurveLocation *location : qAsConst(m_locations)) {
-            if (vxSegment *segment = location->segmentM())
-                sampler.propagate(segment);
-        }
-        for (vxSegment *segment : qAsConst(m_segments)) {
-            if (segment->winding == -1)
-                sampler.propagate(segment);
-            clearOverlapFlags(segment);
-        }
+        sample();
         return vx::tracePaths(m_segments, m_op, m_notes);
     }
 
@@ -173,6 +164,20 @@ private:
                 m_monos += child->getMonoCurves();
                 child->addFlags(overlapsOnly | validOverlapsOnly);
             }
+        }
+    }
+
+    void sample()
+    {
+        vx::Sampler sampler(m_path1.get(), m_path2.get(), m_monos, m_op, m_notes);
+        for (vxCurveLocation *location : qAsConst(m_locations)) {
+            if (vxSegment *segment = location->segmentM())
+                sampler.propagate(segment);
+        }
+        for (vxSegment *segment : qAsConst(m_segments)) {
+            if (segment->winding == -1)
+                sampler.propagate(segment);
+            clearOverlapFlags(segment);
         }
     }
 

@@ -15,9 +15,6 @@ namespace {
 constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
 constexpr vxPoint nowhere(undefined, undefined);
 
-/** m_cached: the bounds are known for m_boundsVersion. */
-constexpr qint32 hasBounds = 1;
-
 vxSegment *held(vxSegment *segment)
 {
     if (segment)
@@ -51,7 +48,7 @@ vxCurve::~vxCurve()
 {
     letGo(m_segment1);
     // A borrowed end may be gone by now: only what is held may be touched.
-    letGo(m_segment2Borrowed ? m_heldSegment2 : m_segment2);
+    letGo(m_heldSegment2 ? m_heldSegment2 : m_segment2);
 }
 
 vxCurve *vxCurve::clone() const
@@ -174,12 +171,11 @@ double vxCurve::getLength() const
 vxRect vxCurve::getBounds() const
 {
     const quint32 version = m_path ? m_path->version : 0;
-    if (m_cached != hasBounds || m_boundsVersion != version) {
-        m_bounds = getBounds(getValues());
+    if (!m_bounds || m_boundsVersion != version) {
+        m_bounds = std::make_unique<vxRect>(getBounds(getValues()));
         m_boundsVersion = version;
-        m_cached = hasBounds;
     }
-    return m_bounds;
+    return *m_bounds;
 }
 
 double vxCurve::getOffsetAtTime(double t) const
@@ -255,10 +251,9 @@ vxCurve *vxCurve::divideAtTime(double t, bool setHandles)
         return m_path->getCurves().value(behind, nullptr);
     }
     auto *second = new vxCurve(nullptr, middle, m_segment2);
-    if (!m_segment2Borrowed)
+    if (!m_heldSegment2)
         m_heldSegment2 = m_segment2;
     m_segment2 = middle;
-    m_segment2Borrowed = true;
     _changed();
     return second;
 }
@@ -270,7 +265,6 @@ vxPath *vxCurve::splitAt(vxCurveLocation *location)
 
 void vxCurve::_changed()
 {
-    m_cached = 0;
     m_length = 0;
     m_bounds.reset();
 }
@@ -278,9 +272,8 @@ void vxCurve::_changed()
 void vxCurve::_setSegment2(vxSegment *segment)
 {
     held(segment);
-    letGo(m_segment2Borrowed ? m_heldSegment2 : m_segment2);
+    letGo(m_heldSegment2 ? m_heldSegment2 : m_segment2);
     m_segment2 = segment;
     m_heldSegment2 = nullptr;
-    m_segment2Borrowed = false;
     _changed();
 }

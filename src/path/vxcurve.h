@@ -10,6 +10,8 @@
 #include <QString>
 #include <QVector>
 
+#include <memory>
+
 class vxCurveLocation;
 class vxMatrix;
 class vxPath;
@@ -229,21 +231,20 @@ public:
 
 private:
     friend class vxBatch<vxCurve>;
+    /** Path version for which m_bounds / m_length hold; unused (0) on a free curve. */
+    mutable quint32 m_boundsVersion = 0;
+    mutable quint32 m_lengthVersion = 0;
     vxPath *m_path = nullptr;
     /** The vxBatch block that it was made in, null for one made by new. */
     void *m_block = nullptr;
     vxSegment *m_segment1 = nullptr;
     vxSegment *m_segment2 = nullptr;
     /**
-     * The segment that this curve still holds a reference on after a free division gave its slot to another.
+     * The segment that this curve still holds a reference on after a free division gave its slot to another,
+     * from which m_segment2 is only borrowed then; else null.
      */
     vxSegment *m_heldSegment2 = nullptr;
-    bool m_segment2Borrowed = false;
-
-    mutable vxRect m_bounds;
+    /** Null until asked for: few curves ever are. */
+    mutable std::unique_ptr<vxRect> m_bounds;
     mutable double m_length = 0;
-    /** Path version for which m_bounds / m_length hold; unused (0) on a free curve. */
-    mutable quint32 m_boundsVersion = 0;
-    mutable quint32 m_lengthVersion = 0;
-    mutable qint32 m_cached = 0;
 };
