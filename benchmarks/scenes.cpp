@@ -2,6 +2,7 @@
 
 #include <QRectF>
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 
@@ -136,6 +137,35 @@ Pair crossingRings(int curves)
         b.push_back(500 - sway + random.next(-4, 4));
     }
     return { smoothRing(a), smoothRing(b) };
+}
+
+Pair longRings(int curves)
+{
+    constexpr double radiusPerCurve = 2.4;
+    Random random(7);
+    std::vector<double> a, b;
+    for (int i = 0; i < curves; ++i) {
+        const double sway = i % 2 ? 4 : -4;
+        a.push_back(radiusPerCurve * curves + sway + random.next(-1, 1));
+        b.push_back(radiusPerCurve * curves - sway + random.next(-1, 1));
+    }
+    return { smoothRing(a), smoothRing(b) };
+}
+
+Pair ellipseGrids(int curves)
+{
+    constexpr double step = 26;
+    const int count = curves / 4;
+    const int perRow = std::max(1, int(std::sqrt(double(count))));
+    const std::vector<PathCommands> ellipses = {
+        smoothRing(std::vector<double>(4, 9.0)),
+        smoothRing(std::vector<double>(4, 10.0)),
+        smoothRing(std::vector<double>(4, 11.0)),
+    };
+    PathCommands grid;
+    for (int i = 0; i < count; ++i)
+        grid += moved(ellipses[size_t(i) % ellipses.size()], { step * (i % perRow), step * (i / perRow) });
+    return { grid, moved(grid, { 0.4 * step, 0.23 * step }) };
 }
 
 PathCommands standingPath(int curves)

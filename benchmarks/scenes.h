@@ -26,6 +26,16 @@ PathCommands manySquares(int perSide);
 Pair nearCoincidentRings(int curves, double offset);
 /** Two wobbly rings of the given number of cubics that cross about as often. */
 Pair crossingRings(int curves);
+// Pairs that grow at an even scale: the curves stay about 15 units long, the drawing gets larger.
+
+/** Two wobbly rings of the given number of cubics that cross about as often. */
+Pair longRings(int curves);
+/**
+ * Square grids of ellipses of four cubics, one compound path of about the given number of curves against
+ * another half a step on: as many crossings as curves.
+ */
+Pair ellipseGrids(int curves);
+
 /** One closed contour of the given number of smooth cubics that does not cross itself. */
 PathCommands standingPath(int curves);
 
