@@ -28,6 +28,23 @@ bool boxHolds(const Box &box, const vxPoint &p)
            p.y >= box.minY - closeDistance && p.y <= box.maxY + closeDistance;
 }
 
+/** Path units; the ray from a sample this near to a vertex may meet the other curve of the vertex. */
+constexpr double besideVertex = 1e-3;
+
+/**
+ * Whether rounding decides what the ray along the level of a vertex or an extremum meets. A line without
+ * handles starts and ends at rest: by its time alone a place is not seen to be near a vertex.
+ */
+template <typename Sample>
+bool grazes(const Sample &sample)
+{
+    const auto isBeside = [&sample](const vxPoint &end) {
+        return !(sample.point.getDistance(end) > besideVertex);
+    };
+    return sample.nearlyHorizontal || !sample.curve || isBeside(sample.curve->getPoint1()) ||
+           isBeside(sample.curve->getPoint2());
+}
+
 bool belongsTo(const vxCurve *curve, const XPath *path)
 {
     return curve->path() && curve->path()->parent == path;
@@ -164,13 +181,29 @@ vxWinding Sampler::count(const Sample &sample) const
     return m_pieces.winding(sample.point, sample.horizontal);
 }
 
+/**
+ * Whether another place of the stretch, where no ray grazes anything, has the same count. A stretch has one
+ * count from end to end, so that this settles one that was taken at a vertex or an extremum.
+ */
+bool Sampler::isConfirmed(const Chain &chain, const vxWinding &winding)
+{
+    for (double fraction : otherFractions) {
+        const Sample sample = sampleAt(chain, chain.length * fraction);
+        if (!sample.curve || grazes(sample) || liesOnAnother(chain, sample.point))
+            continue;
+        const vxWinding other = count(sample);
+        return other.winding == winding.winding && other.contour == winding.contour;
+    }
+    return false;
+}
+
 void Sampler::propagate(vxSegment *start)
 {
     const Chain chain(start);
     const Sample sample = chooseSample(chain);
-    if (!(sample.time > timeMargin && sample.time < timeUpper) || sample.nearlyHorizontal)
-        m_notes.grazedSample = true;
     const vxWinding winding = count(sample);
+    if (grazes(sample) && !isConfirmed(chain, winding))
+        m_notes.grazedSample = true;
     for (auto link = chain.links.rbegin(); link != chain.links.rend(); ++link) {
         link->segment->winding = winding.winding;
         link->segment->contour = winding.contour;

@@ -55,6 +55,7 @@ private:
 
     Sample sampleAt(const Chain &chain, double distance) const;
     Sample chooseSample(const Chain &chain);
+    bool isConfirmed(const Chain &chain, const vxWinding &winding);
     bool liesOnAnother(const Chain &chain, const vxPoint &point);
     bool asksForSides() const { return m_op == 3 && m_path2; }
     vxWinding count(const Sample &sample) const;
