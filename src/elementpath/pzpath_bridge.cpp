@@ -21,46 +21,68 @@ public:
 
     void move(const vxPoint &p)
     {
-        contours.emplace_back(new vxPath(m_parent, false));
-        contours.back()->moveToPt(p);
-        m_finished = false;
+        finish(false);
+        m_outline.emplace_back(p, vxPoint(), vxPoint());
     }
     void line(const vxPoint &p)
     {
-        if (vxPath *path = drawingPath())
-            path->lineToPt(p);
+        if (isDrawing())
+            m_outline.emplace_back(p, vxPoint(), vxPoint());
     }
     void cubic(const vxPoint &c1, const vxPoint &c2, const vxPoint &p)
     {
-        if (vxPath *path = drawingPath())
-            path->cubicCurveTo(c1, c2, p);
+        if (!isDrawing())
+            return;
+        vxSegment &from = m_outline.back();
+        from.handleOut = c1.subtract(from.point);
+        m_outline.emplace_back(p, c2.subtract(p), vxPoint());
     }
     void close(const vxPoint &start)
     {
-        if (contours.empty() || m_finished)
+        if (m_outline.empty())
             return;
-        vxPath *path = contours.back().get();
-        path->setClosed(true);
-        // The last drawn point repeats the first; the two become one segment.
-        path->join(path, vxTolerance::mergeExtent);
-        m_finished = true;
+        finish(true);
+        m_goesOn = true;
         m_closePoint = start;
     }
-
-    std::vector<vxRef<vxPath>> contours;
+    /** Contours begun so far. */
+    int count() const { return int(m_contours.size()) + (m_outline.empty() ? 0 : 1); }
+    std::vector<vxRef<vxPath>> take()
+    {
+        finish(false);
+        return std::move(m_contours);
+    }
 
 private:
-    /** The contour that drawing goes on with; null before the first move. */
-    vxPath *drawingPath()
+    /** Whether there is a contour to go on with; after a close one begins where that one did. */
+    bool isDrawing()
     {
-        if (m_finished)
+        if (m_outline.empty() && m_goesOn)
             move(m_closePoint);
-        return contours.empty() ? nullptr : contours.back().get();
+        return !m_outline.empty();
+    }
+
+    void finish(bool closed)
+    {
+        m_goesOn = false;
+        if (m_outline.empty())
+            return;
+        m_contours.emplace_back(new vxPath(m_parent, closed));
+        vxPath *path = m_contours.back().get();
+        path->_setOutline(m_outline);
+        // The last drawn point repeats the first; the two become one segment.
+        if (closed)
+            path->join(path, vxTolerance::mergeExtent);
+        m_outline.clear();
     }
 
     XPath *m_parent;
+    std::vector<vxRef<vxPath>> m_contours;
+    /** The contour that is being drawn; empty between contours. */
+    std::vector<vxSegment> m_outline;
+    /** A contour was closed and none begun since. */
+    bool m_goesOn = false;
     vxPoint m_closePoint;
-    bool m_finished = false;
 };
 
 bool startsContour(const PZPath &path, int i)
@@ -118,7 +140,7 @@ std::vector<vxRef<vxPath>> pz::buildContours(const PZPath &path, int from, XPath
     ContourBuilder builder(parent);
     const int n = path.count();
     for (int i = std::max(from, 0); i < n; ++i) {
-        if (int(builder.contours.size()) >= limit && startsContour(path, i))
+        if (builder.count() >= limit && startsContour(path, i))
             break;
         const PZPath::PZElement &element = path.at(i);
         switch (element.type) {
@@ -141,7 +163,7 @@ std::vector<vxRef<vxPath>> pz::buildContours(const PZPath &path, int from, XPath
             break;
         }
     }
-    return std::move(builder.contours);
+    return builder.take();
 }
 
 void PZPath::toXPath(XPath &xpath, int startIndex)
