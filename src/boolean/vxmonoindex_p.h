@@ -1,8 +1,10 @@
 #pragma once
 
+#include "vxboxruns_p.h"
+#include "vxintervalindex_p.h"
+#include "vxlevelcount_p.h"
 #include "vxmono.h"
 #include "vxorderedboxes_p.h"
-#include "vxorderedintervals_p.h"
 #include "vxpoint.h"
 
 #include <QList>
@@ -10,98 +12,149 @@
 #include <memory>
 #include <vector>
 
+class vxPath;
+
 namespace vx {
 
 /**
- * Monotone pieces, listed path by path, with an index over where they lie: gives XPath::getWinding's counts,
- * to the bit, by looking only at the pieces that a probe meets. The pieces must stay alive. Implemented
- * beside the plain form in xpath_winding.cpp.
+ * The monotone pieces of one or several paths with an index over where they lie: gives XPath::getWinding's
+ * counts, to the bit, by looking only at the pieces that a probe meets. It keeps pieces of its own; edits of
+ * the paths do not reach it. The counts are implemented beside the plain form in xpath_winding.cpp.
  */
 class MonoIndex
 {
 public:
+    MonoIndex();
+    explicit MonoIndex(const vxPath &path);
+    /** Pieces as getMonoCurves() lists them, path by path. */
     explicit MonoIndex(const QList<vxMono *> &monos);
+    ~MonoIndex();
 
-    vxWinding winding(const vxPoint &point, bool horizontal) const;
+    /** Makes room for the pieces of so many curves. */
+    void reserve(int curves);
+    /** Adds the pieces of a path. */
+    void append(const vxPath &path);
+    /** Number of pieces. */
+    int size() const { return m_reaches.size(); }
+
+    vxWinding winding(const vxPoint &point, bool horizontal) const
+    {
+        return winding(point, horizontal, 0, size());
+    }
+    /** Counts the pieces in [first, last), which are those of whole paths. */
+    vxWinding winding(const vxPoint &point, bool horizontal, int first, int last) const;
 
     /**
-     * Hands the pieces on the level of a point to count, in list order, and tells it where an outline begins.
-     * Outlines whose crossings cancel on one side of the point may be left out.
+     * Finds the pieces that come near the level of a point, in order: those whose levels are no farther off
+     * than slack. Outlines whose crossings cancel on one side of the point, farther off than slack, may be
+     * left out.
      */
-    template <typename Count>
-    void visitLevel(const vxPoint &point, Count &count) const
+    void findNearLevel(const vxPoint &point, double slack, std::vector<int> &found) const;
+    /** winding(), not horizontal, of a point whose pieces findNearLevel() found. */
+    vxWinding winding(const vxPoint &point, const std::vector<int> &nearLevel, int first, int last) const;
+    /** Reach of a piece: its levels from end to end, and the width of its control points. */
+    const Box &reach(int piece) const { return m_reaches[piece]; }
+    /**
+     * Which of the appended curves a piece belongs to, counted on over all paths, closing lines included.
+     */
+    int curveOf(int piece) const { return m_pieces[size_t(piece)].curve; }
+    /** The curves whose place no piece tells: they have no length, or NaN among their heights. */
+    const std::vector<int> &curvesWithoutReach() const { return m_curvesWithoutReach; }
+    /** Bound of the coordinates of all pieces; infinite with NaN. */
+    double largestCoordinate() const { return m_largestCoordinate; }
+
+    /** Tells count that the pieces to come are this index's, even if none of them is on the level. */
+    void enter(LevelCount &count) const
     {
-        const auto visit = [&](const Outline &outline) {
-            if (outline.last)
-                count.enterOutline(*outline.last);
-            outline.heights.query(point.y, [&](int i) {
-                const Piece &piece = m_pieces[size_t(outline.first + i)];
-                if (point.y > piece.passage.low && point.y < piece.passage.high)
-                    count.visitPassage(*piece.mono, piece.passage.left, piece.passage.right);
-                else
-                    count.visit(*piece.mono);
-            });
-        };
-        if (m_boxes) {
-            for (int i : outlinesThatCount(point))
-                visit(m_outlines[size_t(i)]);
-        } else {
-            for (const Outline &outline : m_outlines)
-                visit(outline);
-        }
+        if (!m_outlines.empty())
+            m_outlines.front().enter(count);
     }
     /**
-     * Calls visit for pieces that the vertical at x may meet, in list order; leaves out those that lie above
-     * yTop or below yBottom altogether, which visit may move towards each other.
+     * Hands the pieces in [first, last) on the level of a point to count, in order. Outlines whose crossings
+     * cancel on one side of the point may be left out.
+     */
+    void visitLevel(const vxPoint &point, int first, int last, LevelCount &count) const;
+    /** The same of pieces that findNearLevel() found. */
+    void visitLevel(const vxPoint &point, const std::vector<int> &nearLevel, int first, int last,
+                    LevelCount &count) const;
+    /**
+     * Calls visit for pieces in [first, last) that the vertical through a point may meet, those next to it
+     * first; leaves out those that lie above yTop or below yBottom altogether, which visit may move towards
+     * each other.
      */
     template <typename Visit>
-    void visitVertical(double x, const double &yTop, const double &yBottom, Visit &&visit) const
+    void visitVertical(const vxPoint &point, int first, int last, const double &yTop, const double &yBottom,
+                       Visit &&visit) const
     {
-        m_widths.query(x, [&](int i) {
-            const Piece &piece = m_pieces[size_t(i)];
-            if (!(piece.bottom < yTop || piece.top > yBottom))
-                visit(*piece.mono);
-        });
+        for (const Height &height : heightsOnVertical(point, first, last)) {
+            if (!(height.bottom < yTop || height.top > yBottom))
+                visit(m_pieces[size_t(height.piece)].mono);
+        }
     }
 
 private:
-    /**
-     * Levels (low < y < high) that a piece surely crosses at one time, as solving for it would find, and
-     * bounds of the x where it does. No level at all where that is not sure.
-     */
-    struct Passage {
-        double low, high, left, right;
-    };
     struct Piece {
-        const vxMono *mono;
+        vxMono mono;
         Passage passage;
-        /** Bounds of y beyond rounding; infinite where coordinates are too large to say. */
-        double top, bottom;
-    };
-    /** What the counting closes for itself: the pieces from one with a last link to the next such. */
-    struct Outline {
-        const vxMono *last; ///< that link; null where the list begins with level pieces
-        int first;          ///< of its pieces
-        OrderedIntervals heights;
-    };
+        int curve;
 
-    /** Of a piece whose coordinates are moderate. */
-    static Passage passageOf(const vxMono &piece);
-    static Piece pieceOf(const vxMono &piece);
+        Piece(const vxMono &mono, const Passage &passage, int curve)
+            : mono(mono), passage(passage), curve(curve)
+        {
+        }
+    };
+    /**
+     * What the counting closes for itself: the pieces from first to the next outline's. A path of level
+     * pieces alone goes on with the outline before it.
+     */
+    struct Outline {
+        int first;
+        /** Of its last piece that winds; 0 and NaN where the list begins with level pieces alone. */
+        int lastWinding;
+        double lastX;
+
+        void enter(LevelCount &count) const
+        {
+            if (lastWinding != 0)
+                count.enterOutline(lastWinding, lastX);
+        }
+    };
+    /** Bounds of y beyond rounding; infinite where coordinates are too large to say. */
+    struct Height {
+        int piece;
+        double top, bottom;
+        double distance; ///< from the probe
+    };
+    class Spread;
+    class OutlineVisit;
+
+    void appendCurve(const Cubic &c);
+    void appendPiece(const vxMono &piece);
+    void beginOutline(int first, const vxMono *last);
     int endOf(size_t outline) const;
-    bool isClosed(size_t outline) const;
-    Box boxOf(size_t outline) const;
-    void addUnsure(size_t outline);
-    std::vector<int> outlinesThatCount(const vxPoint &point) const;
+    /** Null where there are few outlines. */
+    Spread *spread() const;
+    /** Calls visit(piece) for those in [first, last) of some outlines whose reach meets something. */
+    template <typename Meets, typename Visit>
+    void visitOutlines(const std::vector<int> &outlines, int first, int last, const Meets &meets,
+                       Visit &&visit) const;
+    /**
+     * Calls visit(piece) for the pieces in [first, last) whose levels come within slack of the point's,
+     * ascending; leaves out outlines that cancel and are farther off than slack.
+     */
+    template <typename Visit>
+    void visitNearLevel(const vxPoint &point, double slack, int first, int last, Visit &&visit) const;
+    std::vector<Height> heightsOnVertical(const vxPoint &point, int first, int last) const;
+    Height heightOf(int piece, double y) const;
 
     std::vector<Piece> m_pieces;
+    BoxRuns m_reaches;
     std::vector<Outline> m_outlines;
-    OrderedIntervals m_widths;
-    /** Set where there are many outlines: the boxes around their pieces. */
-    std::unique_ptr<OrderedBoxes> m_boxes;
-    /** Then also the heights at which some piece has no passage, and the outlines which those belong to. */
-    OrderedIntervals m_unsure;
-    std::vector<int> m_unsureOutlines;
+    std::vector<int> m_curvesWithoutReach;
+    int m_curveCount = 0;
+    double m_largestCoordinate = 0;
+    /** Made at the first question where there are many outlines. */
+    mutable std::unique_ptr<Spread> m_spread;
 };
 
 } // namespace vx

@@ -1,7 +1,7 @@
 #include "vxpath.h"
 
-#include "vxcurvevalues_p.h"
 #include "vxmonoindex_p.h"
+#include "vxmonopieces_p.h"
 #include "vxnumeric_p.h"
 #include "vxtolerance.h"
 
@@ -12,14 +12,12 @@ using namespace vxTolerance;
 
 namespace {
 
-void insertPiece(std::vector<vxMono> &pieces, const vx::Cubic &c)
+void makePiece(const vx::Cubic &c, vxMono &piece)
 {
-    vxMono piece;
     std::memcpy(piece.values, c.v, sizeof c.v);
     const double slope = (c.v[1] - c.v[7]) / (c.v[0] - c.v[6]);
     // A closed piece has a NaN slope, which is no level one: it winds, by its ends upwards.
     piece.winding = std::fabs(slope) < closeDistance ? 0 : c.v[1] > c.v[7] ? -1 : 1;
-    pieces.push_back(piece);
 }
 
 /**
@@ -38,51 +36,53 @@ bool isMonotone(double y0, double y1, double y2, double y3)
     return (y0 >= y1) == (y1 >= y2) && (y1 >= y2) == (y2 >= y3);
 }
 
-void insertCurve(std::vector<vxMono> &pieces, const vx::Cubic &c)
+} // namespace
+
+bool vx::isCounted(const vxPath &path, int i, const Cubic &c)
+{
+    return hasLength(c) || i >= path._countCurves();
+}
+
+int vx::monotonePieces(const Cubic &c, vxMono pieces[3])
 {
     const double y0 = c.v[1], y1 = c.v[3], y2 = c.v[5], y3 = c.v[7];
-    if (isMonotone(y0, y1, y2, y3) || vx::isStraight(c)) {
-        insertPiece(pieces, c);
-        return;
-    }
     double roots[2];
-    const int count = vx::solveQuadratic(3 * (y1 - y2) - y0 + y3, 2 * (y0 + y2) - 4 * y1, y1 - y0, roots,
-                                         timeMargin, timeUpper);
+    int count = 0;
+    if (!isMonotone(y0, y1, y2, y3) && !isStraight(c))
+        count = solveQuadratic(3 * (y1 - y2) - y0 + y3, 2 * (y0 + y2) - 4 * y1, y1 - y0, roots, timeMargin,
+                               timeUpper);
     if (count <= 0) {
-        insertPiece(pieces, c);
-        return;
+        makePiece(c, pieces[0]);
+        return 1;
     }
     if (count > 1 && roots[0] > roots[1])
         std::swap(roots[0], roots[1]);
-    vx::Cubic first;
-    vx::Cubic rest;
-    vx::subdivide(c, roots[0], first, rest);
-    insertPiece(pieces, first);
+    Cubic first, rest;
+    subdivide(c, roots[0], first, rest);
+    makePiece(first, pieces[0]);
     if (count > 1) {
-        vx::Cubic second;
-        vx::Cubic third;
-        vx::subdivide(rest, (roots[1] - roots[0]) / (1 - roots[0]), second, third);
-        insertPiece(pieces, second);
-        rest = third;
+        Cubic second;
+        subdivide(rest, (roots[1] - roots[0]) / (1 - roots[0]), second, rest);
+        makePiece(second, pieces[1]);
     }
-    insertPiece(pieces, rest);
+    makePiece(rest, pieces[count]);
+    return count + 1;
 }
-
-} // namespace
 
 QList<vxMono *> vxPath::getMonoCurves() const
 {
     if (!m_monos.isEmpty())
         return m_monos;
-    const int count = _countCurves();
+    const int count = vx::outlineSize(*this);
     m_monoBlock.reserve(size_t(count) * 2);
     for (int i = 0; i < count; ++i) {
-        const vx::Cubic c = vx::cubicBetween(*m_segments.at(i), *m_segments.at((i + 1) % m_segments.size()));
-        if (hasLength(c))
-            insertCurve(m_monoBlock, c);
+        const vx::Cubic c = vx::outlineCurve(*this, i);
+        if (!vx::isCounted(*this, i, c))
+            continue;
+        vxMono pieces[3];
+        const int found = vx::monotonePieces(c, pieces);
+        m_monoBlock.insert(m_monoBlock.end(), pieces, pieces + found);
     }
-    if (!closed && m_segments.size() > 1)
-        insertCurve(m_monoBlock, vx::Cubic::fromLine(m_segments.last()->point, m_segments.first()->point));
 
     m_monos.reserve(int(m_monoBlock.size()));
     for (vxMono &piece : m_monoBlock)
@@ -99,8 +99,22 @@ QList<vxMono *> vxPath::getMonoCurves() const
 const vx::MonoIndex &vxPath::_monoIndex() const
 {
     if (!m_monoIndex)
-        m_monoIndex = std::make_unique<vx::MonoIndex>(getMonoCurves());
+        m_monoIndex = std::make_unique<vx::MonoIndex>(*this);
     return *m_monoIndex;
+}
+
+const vx::MonoIndex *vxPath::_monoIndexIfAskedOften() const
+{
+    constexpr int fewQuestions = 4;
+    if (m_questionsVersion != version) {
+        m_questionsVersion = version;
+        m_questions = 0;
+    }
+    if (!m_monoIndex && m_questions < fewQuestions) {
+        ++m_questions;
+        return nullptr;
+    }
+    return &_monoIndex();
 }
 
 void vxPath::clearMonos() const

@@ -3,9 +3,11 @@
 #include "vxcubic_p.h"
 #include "vxcurvelocation.h"
 #include "vxintersect_p.h"
+#include "vxnearness_p.h"
 #include "vxtolerance.h"
 
 #include <algorithm>
+#include <cmath>
 
 using namespace vxTolerance;
 
@@ -50,41 +52,20 @@ bool belongsTo(const vxCurve *curve, const XPath *path)
     return curve->path() && curve->path()->parent == path;
 }
 
-std::vector<vxCurve *> curvesOf(std::initializer_list<const XPath *> paths)
+/** Whether a curve comes within closeDistance of a point; no coordinate is larger than largest. */
+bool passesThrough(const Cubic &c, const vxPoint &p, double largest)
 {
-    std::vector<vxCurve *> all;
-    for (const XPath *path : paths) {
-        if (!path)
-            continue;
-        for (const vxPath *child : path->children) {
-            const QList<vxCurve *> curves = child->getCurves();
-            all.insert(all.end(), curves.begin(), curves.end());
-        }
-    }
-    return all;
-}
-
-std::vector<Box> boxesOf(const std::vector<vxCurve *> &curves)
-{
-    std::vector<Box> boxes;
-    boxes.reserve(curves.size());
-    for (const vxCurve *curve : curves)
-        boxes.push_back(pulledBox(curve->_cubic()));
-    return boxes;
-}
-
-QList<vxMono *> piecesOf(const XPath &path)
-{
-    QList<vxMono *> pieces;
-    for (const vxPath *child : path.children)
-        pieces += child->getMonoCurves();
-    return pieces;
+    // Farther off across the chord than any rounding of timeOf() reaches.
+    const double slack = 2 * closeDistance + 1e-12 * largest;
+    return !isFarFromChord(c, p, slack) && timeOf(c, p) != noTime && boxHolds(pulledBox(c), p);
 }
 
 } // namespace
 
-Sampler::Chain::Chain(vxSegment *start)
+void Sampler::Chain::follow(vxSegment *start)
 {
+    links.clear();
+    length = 0;
     vxSegment *segment = start;
     do {
         vxCurve *curve = segment->getCurve();
@@ -112,38 +93,79 @@ const Sampler::Link *Sampler::Chain::linkAt(double &distance) const
     return nullptr;
 }
 
-Sampler::Sampler(XPath *path1, XPath *path2, const QList<vxMono *> &monos, int op, RunNotes &notes)
-    : m_path1(path1), m_path2(path2), m_pieces(monos), m_op(op), m_notes(notes),
-      m_curves(curvesOf({ path1, path2 })), m_boxes(boxesOf(m_curves))
+Sampler::Sampler(const XPath *path1, const XPath *path2, int op, RunNotes &notes)
+    : m_path1(path1), m_path2(path2), m_op(op), m_notes(notes)
 {
-    if (asksForSides()) {
-        m_pieces1 = std::make_unique<MonoIndex>(piecesOf(*path1));
-        m_pieces2 = std::make_unique<MonoIndex>(piecesOf(*path2));
+    reserve();
+    appendCurves(*path1);
+    m_secondPiece = m_pieces.size();
+    if (path2)
+        appendCurves(*path2);
+}
+
+Sampler::Sampler(const XPath *path1, const XPath *path2, const QList<vxMono *> &monos, int op,
+                 RunNotes &notes)
+    : Sampler(path1, path2, op, notes)
+{
+    m_listedPieces = std::make_unique<MonoIndex>(monos);
+}
+
+void Sampler::reserve()
+{
+    int count = 0;
+    for (const XPath *path : { m_path1, m_path2 }) {
+        for (int i = 0; path && i < path->children.size(); ++i)
+            count += outlineSize(*path->children.at(i));
+    }
+    m_pieces.reserve(count);
+    m_curves.reserve(size_t(count));
+}
+
+void Sampler::appendCurves(const XPath &path)
+{
+    for (const vxPath *child : path.children) {
+        m_pieces.append(*child);
+        const QList<vxCurve *> &curves = child->_curves();
+        m_curves.insert(m_curves.end(), curves.begin(), curves.end());
+        m_curves.resize(m_curves.size() + size_t(outlineSize(*child) - curves.size()));
     }
 }
 
-Sampler::Sample Sampler::sampleAt(const Chain &chain, double distance) const
+Sampler::Sample Sampler::sampleAt(double distance) const
 {
-    const Link *link = chain.linkAt(distance);
+    const Link *link = m_chain.linkAt(distance);
     if (!link)
         return {};
-    const double t = link->curve->getTimeAt(distance, noTime);
-    const vxPoint tangent = link->curve->getTangentAtTime(t);
+    const Cubic c = link->curve->_cubic();
+    const double t = timeAtLengthOf(c, distance, link->length);
+    vxPoint point;
+    vxPoint tangent;
+    pointAndTangentAt(c, t, point, tangent);
     const double rise = std::fabs(tangent.y);
-    return { link->curve, t, link->curve->getPointAtTime(t), rise < angleMargin,
-             rise >= angleMargin && rise < grazingRise };
+    return { link->curve, t, point, rise < angleMargin, rise >= angleMargin && rise < grazingRise };
 }
 
-bool Sampler::liesOnAnother(const Chain &chain, const vxPoint &point)
+bool Sampler::isCurveThrough(int curve, const vxPoint &point) const
 {
-    bool lies = false;
-    // Twice the reach of boxHolds, which decides: the comparisons may round differently.
-    m_boxes.query({ point.x, point.y, point.x, point.y }, 2 * closeDistance, 0, [&](int i) {
-        vxCurve *curve = m_curves[size_t(i)];
-        lies = lies || (boxHolds(m_boxes[i], point) && !chain.holds(curve) &&
-                        timeOf(curve->_cubic(), point) != noTime);
+    const vxCurve *candidate = m_curves[size_t(curve)];
+    return candidate && !m_chain.holds(candidate) &&
+           passesThrough(candidate->_cubic(), point, m_pieces.largestCoordinate());
+}
+
+bool Sampler::liesOnAnother(const vxPoint &point)
+{
+    // A curve leaves the reach of its pieces by closeDistance where it counts as straight, and by a millionth
+    // of a millionth of its size where an extremum counts as its end; passesThrough() adds closeDistance.
+    const double slack = 4 * closeDistance + 1e-11 * m_pieces.largestCoordinate();
+    m_pieces.findNearLevel(point, slack, m_nearLevel);
+    const bool nearPieces = std::any_of(m_nearLevel.begin(), m_nearLevel.end(), [&](int i) {
+        const Box &reach = m_pieces.reach(i);
+        return point.x >= reach.minX - slack && point.x <= reach.maxX + slack &&
+               isCurveThrough(m_pieces.curveOf(i), point);
     });
-    return lies;
+    const std::vector<int> &others = m_pieces.curvesWithoutReach();
+    return nearPieces ||
+           std::any_of(others.begin(), others.end(), [&](int i) { return isCurveThrough(i, point); });
 }
 
 /**
@@ -151,45 +173,49 @@ bool Sampler::liesOnAnother(const Chain &chain, const vxPoint &point)
  * on an edge) a winding would say nothing, so the first other place that lies on none. A stretch that runs
  * along another has no such place and keeps its middle.
  */
-Sampler::Sample Sampler::chooseSample(const Chain &chain)
+Sampler::Sample Sampler::chooseSample()
 {
-    const Sample middle = sampleAt(chain, chain.length / 2);
-    if (!middle.curve || !liesOnAnother(chain, middle.point))
+    const Sample middle = sampleAt(m_chain.length / 2);
+    if (!middle.curve || !liesOnAnother(middle.point))
         return middle;
     m_notes.movedSample = true;
     for (double fraction : otherFractions) {
-        const Sample sample = sampleAt(chain, chain.length * fraction);
-        if (sample.curve && !liesOnAnother(chain, sample.point))
+        const Sample sample = sampleAt(m_chain.length * fraction);
+        if (sample.curve && !liesOnAnother(sample.point))
             return sample;
     }
+    m_pieces.findNearLevel(middle.point, 0, m_nearLevel);
     return middle;
 }
 
-vxWinding Sampler::count(const Sample &sample) const
+vxWinding Sampler::count(const Sample &sample)
 {
     if (!sample.curve)
         return {};
+    const auto windingOf = [&](int first, int last) {
+        return sample.horizontal ? m_pieces.winding(sample.point, true, first, last)
+                                 : m_pieces.winding(sample.point, m_nearLevel, first, last);
+    };
     if (asksForSides()) {
         // Minuend inside the subtrahend, or subtrahend outside the minuend: not part of any result.
-        if (belongsTo(sample.curve, m_path1) &&
-            m_pieces2->winding(sample.point, sample.horizontal).winding != 0)
+        if (belongsTo(sample.curve, m_path1) && windingOf(m_secondPiece, m_pieces.size()).winding != 0)
             return {};
-        if (belongsTo(sample.curve, m_path2) &&
-            m_pieces1->winding(sample.point, sample.horizontal).winding == 0)
+        if (belongsTo(sample.curve, m_path2) && windingOf(0, m_secondPiece).winding == 0)
             return {};
     }
-    return m_pieces.winding(sample.point, sample.horizontal);
+    return m_listedPieces ? m_listedPieces->winding(sample.point, sample.horizontal)
+                          : windingOf(0, m_pieces.size());
 }
 
 /**
  * Whether another place of the stretch, where no ray grazes anything, has the same count. A stretch has one
  * count from end to end, so that this settles one that was taken at a vertex or an extremum.
  */
-bool Sampler::isConfirmed(const Chain &chain, const vxWinding &winding)
+bool Sampler::isConfirmed(const vxWinding &winding)
 {
     for (double fraction : otherFractions) {
-        const Sample sample = sampleAt(chain, chain.length * fraction);
-        if (!sample.curve || grazes(sample) || liesOnAnother(chain, sample.point))
+        const Sample sample = sampleAt(m_chain.length * fraction);
+        if (!sample.curve || grazes(sample) || liesOnAnother(sample.point))
             continue;
         const vxWinding other = count(sample);
         return other.winding == winding.winding && other.contour == winding.contour;
@@ -199,12 +225,12 @@ bool Sampler::isConfirmed(const Chain &chain, const vxWinding &winding)
 
 void Sampler::propagate(vxSegment *start)
 {
-    const Chain chain(start);
-    const Sample sample = chooseSample(chain);
+    m_chain.follow(start);
+    const Sample sample = chooseSample();
     const vxWinding winding = count(sample);
-    if (grazes(sample) && !isConfirmed(chain, winding))
+    if (grazes(sample) && !isConfirmed(winding))
         m_notes.grazedSample = true;
-    for (auto link = chain.links.rbegin(); link != chain.links.rend(); ++link) {
+    for (auto link = m_chain.links.rbegin(); link != m_chain.links.rend(); ++link) {
         link->segment->winding = winding.winding;
         link->segment->contour = winding.contour;
     }

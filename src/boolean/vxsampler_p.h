@@ -1,7 +1,6 @@
 #pragma once
 
 #include "vxmonoindex_p.h"
-#include "vxorderedboxes_p.h"
 #include "vxrunnotes_p.h"
 #include "xpath.h"
 
@@ -10,15 +9,14 @@
 
 namespace vx {
 
-/**
- * Gives stretches of outline their winding counts by one sample each. Made once for a pair of divided
- * operands; the pieces must stay alive meanwhile.
- */
+/** Gives stretches of outline their winding counts by one sample each. Made once for divided operands. */
 class Sampler
 {
 public:
     /** path2 may be null. */
-    Sampler(XPath *path1, XPath *path2, const QList<vxMono *> &monos, int op, RunNotes &notes);
+    Sampler(const XPath *path1, const XPath *path2, int op, RunNotes &notes);
+    /** The same counting other pieces than those of the operands. */
+    Sampler(const XPath *path1, const XPath *path2, const QList<vxMono *> &monos, int op, RunNotes &notes);
 
     /**
      * Counts at the middle of the stretch from start to the next intersection and writes it to its segments.
@@ -36,7 +34,7 @@ private:
         std::vector<Link> links;
         double length = 0;
 
-        explicit Chain(vxSegment *start);
+        void follow(vxSegment *start);
         bool holds(const vxCurve *curve) const;
         /**
          * The link in which a distance along the chain falls, which becomes the distance within it; null if
@@ -53,25 +51,30 @@ private:
         bool nearlyHorizontal = false;
     };
 
-    Sample sampleAt(const Chain &chain, double distance) const;
-    Sample chooseSample(const Chain &chain);
-    bool isConfirmed(const Chain &chain, const vxWinding &winding);
-    bool liesOnAnother(const Chain &chain, const vxPoint &point);
+    void reserve();
+    void appendCurves(const XPath &path);
+    Sample sampleAt(double distance) const;
+    Sample chooseSample();
+    bool isConfirmed(const vxWinding &winding);
+    bool liesOnAnother(const vxPoint &point);
+    bool isCurveThrough(int curve, const vxPoint &point) const;
     bool asksForSides() const { return m_op == 3 && m_path2; }
-    vxWinding count(const Sample &sample) const;
+    vxWinding count(const Sample &sample);
 
-    XPath *m_path1;
-    XPath *m_path2;
-    MonoIndex m_pieces;
-    /**
-     * The operands' own pieces, for the operation that asks which of the two a stretch lies in; else null.
-     */
-    std::unique_ptr<MonoIndex> m_pieces1;
-    std::unique_ptr<MonoIndex> m_pieces2;
+    const XPath *m_path1;
+    const XPath *m_path2;
     int m_op;
     RunNotes &m_notes;
+    /** The operands' own pieces, those of the second from m_secondPiece on. */
+    MonoIndex m_pieces;
+    int m_secondPiece = 0;
+    /** Counted instead of those where the caller lists pieces. */
+    std::unique_ptr<MonoIndex> m_listedPieces;
+    /** The curves as m_pieces numbers them; null for the lines that close open paths. */
     std::vector<vxCurve *> m_curves;
-    OrderedBoxes m_boxes;
+    /** The stretch at hand, and the pieces near the level of its sample. */
+    Chain m_chain;
+    std::vector<int> m_nearLevel;
 };
 
 } // namespace vx

@@ -161,7 +161,6 @@ private:
                 continue;
             for (vxPath *child : qAsConst(path->children)) {
                 m_segments += child->_segments();
-                m_monos += child->getMonoCurves();
                 child->addFlags(overlapsOnly | validOverlapsOnly);
             }
         }
@@ -169,7 +168,7 @@ private:
 
     void sample()
     {
-        vx::Sampler sampler(m_path1.get(), m_path2.get(), m_monos, m_op, m_notes);
+        vx::Sampler sampler(m_path1.get(), m_path2.get(), m_op, m_notes);
         for (vxCurveLocation *location : qAsConst(m_locations)) {
             if (vxSegment *segment = location->segmentM())
                 sampler.propagate(segment);
@@ -200,7 +199,6 @@ private:
     std::unique_ptr<XPath> m_path2;
     QList<vxCurveLocation *> m_locations;
     QList<vxSegment *> m_segments;
-    QList<vxMono *> m_monos;
 };
 
 } // namespace

@@ -6,6 +6,9 @@
 
 namespace {
 
+constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
+constexpr vxPoint nowhere(undefined, undefined);
+
 /** First derivative at t; near the ends that of the end, which rounding cannot turn. */
 vxPoint derivative(const vx::Polynomial &p, double t, bool normalized)
 {
@@ -45,10 +48,8 @@ vxPoint mix(const vxPoint &p, const vxPoint &q, double t)
 
 vxPoint vx::evaluate(const Cubic &c, double t, Evaluate what, bool normalized)
 {
-    if (!(t >= 0 && t <= 1)) {
-        const double nan = std::numeric_limits<double>::quiet_NaN();
-        return vxPoint(nan, nan);
-    }
+    if (!(t >= 0 && t <= 1))
+        return nowhere;
     const Polynomial p(c);
     if (what == Evaluate::Point)
         return p.point(t);
@@ -56,6 +57,17 @@ vxPoint vx::evaluate(const Cubic &c, double t, Evaluate what, bool normalized)
     if (what == Evaluate::Tangent)
         return d;
     return what == Evaluate::Normal ? vxPoint(d.y, -d.x) : vxPoint(curvature(p, t, d), 0);
+}
+
+void vx::pointAndTangentAt(const Cubic &c, double t, vxPoint &point, vxPoint &tangent)
+{
+    if (!(t >= 0 && t <= 1)) {
+        point = tangent = nowhere;
+        return;
+    }
+    const Polynomial p(c);
+    point = p.point(t);
+    tangent = derivative(p, t, true);
 }
 
 void vx::subdivide(const Cubic &c, double t, Cubic &left, Cubic &right)

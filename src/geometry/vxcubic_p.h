@@ -59,6 +59,9 @@ inline vxPoint tangentAt(const Cubic &c, double t)
     return evaluate(c, t, Evaluate::Tangent, true);
 }
 
+/** Both at once. */
+void pointAndTangentAt(const Cubic &c, double t, vxPoint &point, vxPoint &tangent);
+
 /** De Casteljau's construction; left ends and right starts at the same computed point. */
 void subdivide(const Cubic &c, double t, Cubic &left, Cubic &right);
 
@@ -114,5 +117,7 @@ double length(const Cubic &c, double a = 0, double b = 1);
  * NaN.
  */
 double timeAtLength(const Cubic &c, double offset, double start);
+/** The same from the start of a curve whose length() is known; offset is not negative. */
+double timeAtLengthOf(const Cubic &c, double offset, double wholeLength);
 
 } // namespace vx

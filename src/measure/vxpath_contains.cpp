@@ -1,11 +1,9 @@
 #include "vxpath.h"
 
 #include "vxcubic_p.h"
-#include "vxmonoindex_p.h"
-#include "xpath.h"
+#include "vxmonopieces_p.h"
 
 #include <algorithm>
-#include <cstring>
 #include <vector>
 
 namespace {
@@ -26,8 +24,7 @@ vxPoint pointOnLevel(const QList<vxMono *> &pieces, double y, const vxPoint &fal
     for (const vxMono *piece : pieces) {
         if (!spans(*piece, y))
             continue;
-        vx::Cubic c;
-        std::memcpy(c.v, piece->values, sizeof c.v);
+        const vx::Cubic c = vx::cubicOf(*piece);
         double roots[3];
         for (int i = vx::timesAtCoordinate(c, 1, y, roots, 0, 1) - 1; i >= 0; --i)
             crossings.push_back(vx::pointAt(c, roots[i]).x);
@@ -63,11 +60,7 @@ bool vxPath::contains(const vxPoint &point, const vxStyle &style) const
 {
     if (!point.isInside(getBounds(vxBoundOpt::geometric(), style)))
         return false;
-    // A few pieces are looked through faster than indexed.
-    constexpr int scanned = 32;
-    const QList<vxMono *> pieces = getMonoCurves();
-    const int winding = pieces.size() <= scanned ? XPath::getWinding(point, pieces, false).winding
-                                                 : _monoIndex().winding(point, false).winding;
+    const int winding = _winding(point).winding;
     return style.evenOdd ? winding % 2 != 0 : winding != 0;
 }
 

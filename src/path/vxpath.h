@@ -248,6 +248,13 @@ public:
     /** The monotone pieces with an index over them, cached beside them. */
     const vx::MonoIndex &_monoIndex() const;
     /**
+     * The same for a question about a single point; null for the first few questions since an edit, which are
+     * answered sooner without it.
+     */
+    const vx::MonoIndex *_monoIndexIfAskedOften() const;
+    /** XPath::getWinding() of this path alone, probed sideways. */
+    vxWinding _winding(const vxPoint &point) const;
+    /**
      * The cached curve list after count segments were inserted before position start (count negative:
      * removed).
      */
@@ -301,6 +308,9 @@ private:
     mutable std::vector<vxMono> m_monoBlock;
     mutable QList<vxMono *> m_monos;
     mutable std::unique_ptr<vx::MonoIndex> m_monoIndex;
+    /** Questions about single points, and the version since which they are counted. */
+    mutable int m_questions = 0;
+    mutable quint32 m_questionsVersion = 0;
     mutable vxRect m_bounds;
     mutable bool m_boundsValid = false;
 };

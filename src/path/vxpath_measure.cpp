@@ -3,6 +3,7 @@
 #include "vxcurvelocation.h"
 #include "vxcurvevalues_p.h"
 #include "vxmatrix.h"
+#include "vxnearestlocation_p.h"
 
 #include <cmath>
 #include <limits>
@@ -178,22 +179,7 @@ double vxPath::getCurvatureAt(double offset) const
 
 vxCurveLocation *vxPath::getNearestLocation(const vxPoint &point) const
 {
-    vxCurve *nearest = nullptr;
-    double nearestTime = 0;
-    double nearestDistance = infinity;
-    for (vxCurve *curve : getCurves()) {
-        const double time = curve->getNearestTime(point);
-        const double distance = point.getDistance(curve->getPointAtTime(time));
-        if (distance < nearestDistance) {
-            nearest = curve;
-            nearestTime = time;
-            nearestDistance = distance;
-        }
-    }
-    if (!nearest)
-        return nullptr;
-    return new vxCurveLocation(nearest, nearestTime, nearest->getPointAtTime(nearestTime), false,
-                               nearestDistance);
+    return vx::nearestLocation(_curves(), point);
 }
 
 vxCurveLocation *vxPath::getLocationOf(const vxPoint &point) const

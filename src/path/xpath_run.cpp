@@ -1,6 +1,7 @@
 #include "xpath.h"
 
 #include "vxcurvelocation.h"
+#include "vxnearestlocation_p.h"
 
 #include <limits>
 
@@ -109,21 +110,7 @@ vxRect XPath::getBounds(const vxBoundOpt &option, const vxStyle &style, const vx
 
 vxCurveLocation *XPath::getNearestLocation(const vxPoint &point) const
 {
-    vxCurveLocation *best = nullptr;
-    for (const vxPath *child : children) {
-        vxCurveLocation *candidate = child->getNearestLocation(point);
-        if (!candidate)
-            continue;
-        // Ties stay with the earlier curve.
-        if (best && !(candidate->distance < best->distance)) {
-            candidate->release();
-            continue;
-        }
-        if (best)
-            best->release();
-        best = candidate;
-    }
-    return best;
+    return vx::nearestLocation(getCurves(), point);
 }
 
 vxPoint XPath::getNearestPoint(const vxPoint &point) const

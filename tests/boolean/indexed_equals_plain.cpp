@@ -1,5 +1,6 @@
 #include "support/shapes.h"
 
+#include "vxboxruns_p.h"
 #include "vxcurvelocation.h"
 #include "vxlocationowner_p.h"
 #include "vxmonoindex_p.h"
@@ -89,18 +90,64 @@ TEST(IndexedEqualsPlain, winding_counts)
     int compared = 0;
     for (const XPathPtr &path : paths) {
         const QList<vxMono *> pieces = piecesOf(*path);
-        const vx::MonoIndex index(pieces);
+        vx::MonoIndex index;
+        for (const vxPath *child : qAsConst(path->children))
+            index.append(*child);
+        const vx::MonoIndex listed(pieces);
+        std::vector<int> near;
         for (const vxPoint &p : probes(*path, pieces)) {
             for (bool horizontal : { false, true }) {
                 const vxWinding plain = XPath::getWinding(p, pieces, horizontal);
                 ASSERT_TRUE(index.winding(p, horizontal) == plain) << p.x << ", " << p.y;
+                ASSERT_TRUE(listed.winding(p, horizontal) == plain) << p.x << ", " << p.y;
                 ASSERT_TRUE(path->getWinding(p, horizontal) == plain) << p.x << ", " << p.y;
                 ++compared;
             }
+            index.findNearLevel(p, 1e-6, near);
+            ASSERT_TRUE(index.winding(p, near, 0, index.size()) == XPath::getWinding(p, pieces, false));
         }
     }
     std::printf("%d counts on %zu paths\n", compared, paths.size());
     EXPECT_GT(compared, 60000);
+}
+
+TEST(IndexedEqualsPlain, winding_counts_of_some_of_the_paths)
+{
+    const XPathPtr first = heap("icons");
+    for (const XPathPtr &second : { heap("glyphs"), field(9), read("M 0 0 L 300 0 L 200 1e-9") }) {
+        vx::MonoIndex index;
+        for (const XPath *path : { first.get(), second.get() }) {
+            for (const vxPath *child : qAsConst(path->children))
+                index.append(*child);
+        }
+        const QList<vxMono *> pieces = piecesOf(*second);
+        const int begin = index.size() - pieces.size();
+        for (const vxPoint &p : probes(*second, pieces)) {
+            const bool horizontal = p.x > p.y;
+            ASSERT_TRUE(index.winding(p, horizontal, begin, index.size()) ==
+                        XPath::getWinding(p, pieces, horizontal));
+            ASSERT_TRUE(index.winding(p, horizontal, 0, begin) ==
+                        XPath::getWinding(p, piecesOf(*first), horizontal));
+        }
+    }
+}
+
+TEST(IndexedEqualsPlain, a_single_question_is_answered_without_an_index)
+{
+    for (const shapes::Case &c : shapes::cases()) {
+        const XPathPtr path = read(c.b);
+        const QList<vxMono *> pieces = piecesOf(*path);
+        std::vector<vxPoint> points = probes(*path, pieces);
+        points.resize(60);
+        std::vector<vxWinding> plain;
+        for (const vxPoint &p : points)
+            plain.push_back(XPath::getWinding(p, pieces, false));
+        for (size_t i = 0; i < points.size(); ++i) {
+            for (vxPath *child : qAsConst(path->children))
+                child->_changed(); // so that every question is the first
+            ASSERT_TRUE(path->getWinding(points[i], false) == plain[i]) << c.id;
+        }
+    }
 }
 
 TEST(IndexedEqualsPlain, winding_counts_follow_edits)
@@ -110,6 +157,35 @@ TEST(IndexedEqualsPlain, winding_counts_follow_edits)
     path->getFirstChild()->removeSegment(0);
     path->getFirstChild()->removeSegment(0);
     EXPECT_EQ(path->getWinding(vxPoint(5, 5), false).winding, 0);
+}
+
+TEST(IndexedEqualsPlain, boxes_in_runs)
+{
+    shapes::Random random(2);
+    vx::BoxRuns runs;
+    double x = 0;
+    double y = 0;
+    for (int i = 0; i < 333; ++i) {
+        x += random.between(-5, 5);
+        y += random.between(-5, 5);
+        runs.append({ x, y, x + random.between(-1, 9), y + random.between(-1, 9) });
+    }
+    for (int i = 0; i < 500; ++i) {
+        const vxPoint p = random.between({ -60, -60 }, { 60, 60 });
+        const auto holds = [&p](const vx::Box &box) {
+            return box.minX <= p.x && p.x <= box.maxX && box.minY <= p.y && p.y <= box.maxY;
+        };
+        const int first = int(random.between(0, 333));
+        const int last = int(random.between(0, 333));
+        std::vector<int> plain;
+        for (int k = first; k < last; ++k) {
+            if (holds(runs[k]))
+                plain.push_back(k);
+        }
+        std::vector<int> found;
+        runs.query(first, last, holds, [&found](int k) { found.push_back(k); });
+        ASSERT_EQ(found, plain) << first << " to " << last;
+    }
 }
 
 TEST(IndexedEqualsPlain, boxes_within_reach)

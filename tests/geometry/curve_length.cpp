@@ -46,6 +46,8 @@ TEST(TimeAtLength, is_the_inverse_of_length)
         for (int i = 1; i < 20; ++i) {
             const double t = vx::timeAtLength(c, total * i / 20, vxTolerance::noTime);
             EXPECT_NEAR(polygonLength(c, 0, t), total * i / 20, tolerance);
+            EXPECT_EQ(vx::timeAtLengthOf(c, total * i / 20, total), t)
+                << "the same bits with the length known";
             const double back = vx::timeAtLength(c, -total * i / 20, vxTolerance::noTime);
             EXPECT_NEAR(polygonLength(c, back, 1), total * i / 20, tolerance);
         }

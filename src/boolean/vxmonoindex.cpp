@@ -1,0 +1,334 @@
+#include "vxmonoindex_p.h"
+
+#include "vxmonopieces_p.h"
+#include "vxpath.h"
+#include "vxtolerance.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+using namespace vxTolerance;
+
+namespace vx {
+
+namespace {
+
+constexpr double infinite = std::numeric_limits<double>::infinity();
+
+} // namespace
+
+/**
+ * Where many outlines lie: those that a point has on one side need not be looked at, when the level of the
+ * point surely passes all their pieces that reach it. It comes back as often as it goes, so that their
+ * windings sum up to 0.
+ */
+class MonoIndex::Spread
+{
+public:
+    explicit Spread(const MonoIndex &index) : m_index(index), m_boxes(boxesOf(index))
+    {
+        std::vector<IntervalIndex::Interval> unsure;
+        for (size_t i = 0; i < index.m_outlines.size(); ++i) {
+            addUnsureLevels(i, unsure);
+            m_unsureOutlines.resize(unsure.size(), int(i));
+        }
+        m_unsure = IntervalIndex(unsure);
+    }
+
+    /**
+     * Indexes of the outlines whose crossings with the level of a point have to be looked at, or that come
+     * within slack of the point, ascending.
+     */
+    const std::vector<int> &outlinesThatCount(const vxPoint &point, double slack)
+    {
+        m_found.clear();
+        const auto take = [this](int outline) { m_found.push_back(outline); };
+        m_boxes.query({ point.x, point.y, point.x, point.y }, std::max(slack, 2 * closeDistance), 0, take);
+        m_unsure.query(point.y, [&](int i) { take(m_unsureOutlines[size_t(i)]); });
+        std::sort(m_found.begin(), m_found.end());
+        m_found.erase(std::unique(m_found.begin(), m_found.end()), m_found.end());
+        return m_found;
+    }
+
+    /** Indexes of the outlines that the vertical at x may meet, ascending. */
+    const std::vector<int> &outlinesOnVertical(double x)
+    {
+        m_found.clear();
+        m_boxes.query({ x, -infinite, x, infinite }, 0, 0, [this](int i) { m_found.push_back(i); });
+        return m_found;
+    }
+
+private:
+    /** Boxes around outlines, beyond which a probe has each of their pieces clearly on one side. */
+    static std::vector<Box> boxesOf(const MonoIndex &index)
+    {
+        std::vector<Box> boxes;
+        boxes.reserve(index.m_outlines.size());
+        for (size_t i = 0; i < index.m_outlines.size(); ++i) {
+            Box box{ infinite, infinite, -infinite, -infinite };
+            for (int k = index.m_outlines[i].first; k < index.endOf(i); ++k) {
+                const Box &reach = index.m_reaches[k];
+                box.minX = std::min(box.minX, reach.minX);
+                box.maxX = std::max(box.maxX, reach.maxX);
+                box.minY = std::min(box.minY, reach.minY);
+                box.maxY = std::max(box.maxY, reach.maxY);
+            }
+            boxes.push_back(box);
+        }
+        return boxes;
+    }
+
+    /** Whether every piece begins at the very height where the one before it ends: no level slips through. */
+    bool isClosed(size_t outline) const
+    {
+        const int first = m_index.m_outlines[outline].first;
+        const int end = m_index.endOf(outline);
+        const vxMono *before = &m_index.m_pieces[size_t(end - 1)].mono;
+        for (int i = first; i < end; ++i) {
+            const vxMono &piece = m_index.m_pieces[size_t(i)].mono;
+            if (!(piece.values[1] == before->values[7]))
+                return false;
+            before = &piece;
+        }
+        return true;
+    }
+
+    /** Adds the levels at which some piece of an outline has no passage. */
+    void addUnsureLevels(size_t outline, std::vector<IntervalIndex::Interval> &unsure) const
+    {
+        if (!isClosed(outline)) {
+            unsure.push_back({ -infinite, infinite });
+            return;
+        }
+        const size_t begin = unsure.size();
+        // The levels around a vertex come twice, from the pieces before and behind it.
+        const auto add = [&](double lo, double hi) {
+            if (unsure.size() > begin && lo <= unsure.back().hi && hi >= unsure.back().lo)
+                unsure.back() = { std::min(lo, unsure.back().lo), std::max(hi, unsure.back().hi) };
+            else
+                unsure.push_back({ lo, hi });
+        };
+        for (int i = m_index.m_outlines[outline].first; i < m_index.endOf(outline); ++i) {
+            const vxMono &piece = m_index.m_pieces[size_t(i)].mono;
+            const Passage &passage = m_index.m_pieces[size_t(i)].passage;
+            const Box &reach = m_index.m_reaches[i];
+            if (!(passage.low < passage.high)) {
+                add(reach.minY, reach.maxY);
+            } else if (piece.values[1] < piece.values[7]) {
+                add(reach.minY, passage.low);
+                add(passage.high, reach.maxY);
+            } else {
+                add(passage.high, reach.maxY);
+                add(reach.minY, passage.low);
+            }
+        }
+    }
+
+    const MonoIndex &m_index;
+    OrderedBoxes m_boxes;
+    IntervalIndex m_unsure;
+    /** The outline of each interval. */
+    std::vector<int> m_unsureOutlines;
+    std::vector<int> m_found;
+};
+
+MonoIndex::MonoIndex() = default;
+MonoIndex::~MonoIndex() = default;
+
+MonoIndex::MonoIndex(const vxPath &path)
+{
+    reserve(outlineSize(path));
+    append(path);
+}
+
+MonoIndex::MonoIndex(const QList<vxMono *> &monos)
+{
+    reserve(monos.size());
+    for (const vxMono *piece : monos) {
+        if (piece->last || m_pieces.empty())
+            beginOutline(size(), piece->last);
+        appendPiece(*piece);
+    }
+}
+
+void MonoIndex::reserve(int curves)
+{
+    // Most curves are monotone or nearly: an eighth more is seldom exceeded.
+    const size_t count = size_t(curves + curves / 8 + 3);
+    m_pieces.reserve(count);
+    m_reaches.reserve(count);
+}
+
+void MonoIndex::append(const vxPath &path)
+{
+    const int first = size();
+    const int count = outlineSize(path);
+    for (int i = 0; i < count; ++i) {
+        const Cubic c = outlineCurve(path, i);
+        if (isCounted(path, i, c))
+            appendCurve(c);
+        else
+            m_curvesWithoutReach.push_back(m_curveCount);
+        ++m_curveCount;
+    }
+    int last = size() - 1;
+    while (last >= first && m_pieces[size_t(last)].mono.winding == 0)
+        --last;
+    if (last >= first || (first == 0 && size() > 0))
+        beginOutline(first, last >= first ? &m_pieces[size_t(last)].mono : nullptr);
+    m_spread.reset();
+}
+
+void MonoIndex::appendCurve(const Cubic &c)
+{
+    vxMono pieces[3];
+    const int count = monotonePieces(c, pieces);
+    for (int i = 0; i < count; ++i)
+        appendPiece(pieces[i]);
+}
+
+void MonoIndex::appendPiece(const vxMono &piece)
+{
+    const Box reach = reachOf(piece);
+    m_pieces.emplace_back(piece, passageOf(piece, reach), m_curveCount);
+    m_reaches.append(reach);
+    if (!(reach.minY <= reach.maxY))
+        m_curvesWithoutReach.push_back(m_curveCount);
+    m_largestCoordinate =
+        std::max(m_largestCoordinate, std::max(std::max(-reach.minX, reach.maxX),
+                                               std::max(std::fabs(reach.minY), std::fabs(reach.maxY))));
+}
+
+void MonoIndex::beginOutline(int first, const vxMono *last)
+{
+    if (last)
+        m_outlines.push_back({ first, last->winding, last->values[6] });
+    else
+        m_outlines.push_back({ first, 0, std::numeric_limits<double>::quiet_NaN() });
+}
+
+int MonoIndex::endOf(size_t outline) const
+{
+    return outline + 1 < m_outlines.size() ? m_outlines[outline + 1].first : size();
+}
+
+/** Hands pieces to a count, ascending, and tells it where outlines begin. */
+class MonoIndex::OutlineVisit
+{
+public:
+    OutlineVisit(const MonoIndex &index, LevelCount &count) : m_index(index), m_count(count) {}
+
+    void operator()(int i)
+    {
+        if (i >= m_end)
+            enterOutlineOf(i);
+        const Piece &piece = m_index.m_pieces[size_t(i)];
+        m_count.visit(piece.mono, piece.passage, m_index.m_reaches[i]);
+    }
+
+private:
+    void enterOutlineOf(int i)
+    {
+        const std::vector<Outline> &outlines = m_index.m_outlines;
+        const auto next = std::upper_bound(outlines.begin(), outlines.end(), i,
+                                           [](int piece, const Outline &o) { return piece < o.first; });
+        (next - 1)->enter(m_count);
+        m_end = next != outlines.end() ? next->first : m_index.size();
+    }
+
+    const MonoIndex &m_index;
+    LevelCount &m_count;
+    int m_end = 0; ///< of the outline at hand
+};
+
+MonoIndex::Spread *MonoIndex::spread() const
+{
+    constexpr size_t fewOutlines = 64;
+    if (m_outlines.size() <= fewOutlines)
+        return nullptr;
+    if (!m_spread)
+        m_spread = std::make_unique<Spread>(*this);
+    return m_spread.get();
+}
+
+template <typename Meets, typename Visit>
+void MonoIndex::visitOutlines(const std::vector<int> &outlines, int first, int last, const Meets &meets,
+                              Visit &&visit) const
+{
+    for (int outline : outlines) {
+        const int from = m_outlines[size_t(outline)].first;
+        m_reaches.query(std::max(from, first), std::min(endOf(size_t(outline)), last), meets, visit);
+    }
+}
+
+template <typename Visit>
+void MonoIndex::visitNearLevel(const vxPoint &point, double slack, int first, int last, Visit &&visit) const
+{
+    const double lo = point.y - slack;
+    const double hi = point.y + slack;
+    const auto meets = [lo, hi](const Box &box) { return box.minY <= hi && lo <= box.maxY; };
+    if (Spread *many = spread())
+        visitOutlines(many->outlinesThatCount(point, slack), first, last, meets, visit);
+    else
+        m_reaches.query(first, last, meets, visit);
+}
+
+void MonoIndex::findNearLevel(const vxPoint &point, double slack, std::vector<int> &found) const
+{
+    found.clear();
+    visitNearLevel(point, slack, 0, size(), [&found](int i) { found.push_back(i); });
+}
+
+void MonoIndex::visitLevel(const vxPoint &point, int first, int last, LevelCount &count) const
+{
+    visitNearLevel(point, 0, first, last, OutlineVisit(*this, count));
+}
+
+void MonoIndex::visitLevel(const vxPoint &point, const std::vector<int> &nearLevel, int first, int last,
+                           LevelCount &count) const
+{
+    OutlineVisit visit(*this, count);
+    for (int i : nearLevel) {
+        const Box &reach = m_reaches[i];
+        if (i >= first && i < last && reach.minY <= point.y && point.y <= reach.maxY)
+            visit(i);
+    }
+}
+
+std::vector<MonoIndex::Height> MonoIndex::heightsOnVertical(const vxPoint &point, int first, int last) const
+{
+    std::vector<Height> met;
+    met.reserve(16);
+    const double x = point.x;
+    const auto meets = [x](const Box &box) { return box.minX <= x && x <= box.maxX; };
+    const auto take = [&](int i) {
+        const Height height = heightOf(i, point.y);
+        // What runs along the level through the point, as its own piece does, is no neighbour.
+        constexpr double beside = 2.5 * closeDistance; // bounds are wider by 2
+        if (!(height.top > point.y - beside && height.bottom < point.y + beside))
+            met.push_back(height);
+    };
+    if (Spread *many = spread())
+        visitOutlines(many->outlinesOnVertical(x), first, last, meets, take);
+    else
+        m_reaches.query(first, last, meets, take);
+    std::sort(met.begin(), met.end(), [](const Height &a, const Height &b) {
+        return a.distance != b.distance ? a.distance < b.distance : a.piece < b.piece;
+    });
+    return met;
+}
+
+MonoIndex::Height MonoIndex::heightOf(int piece, double y) const
+{
+    constexpr double largest = 1e6; // up to here rounding moves curve points by far less than closeDistance
+    const double *v = m_pieces[size_t(piece)].mono.values;
+    const auto range = std::minmax({ v[1], v[3], v[5], v[7] });
+    if (!(range.first >= -largest && range.second <= largest))
+        return { piece, -infinite, infinite, 0 };
+    const double top = range.first - 2 * closeDistance;
+    const double bottom = range.second + 2 * closeDistance;
+    return { piece, top, bottom, std::max(std::max(top - y, y - bottom), 0.0) };
+}
+
+} // namespace vx

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "vxcubic_p.h"
+#include "vxcurvevalues_p.h"
+#include "vxmono.h"
+#include "vxpath.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace vx {
+
+/** Number of curves around a path's filled area: its own, and the line that closes an open one. */
+inline int outlineSize(const vxPath &path)
+{
+    const bool hasClosingLine = !path.isClosed() && path._segments().size() > 1;
+    return path._countCurves() + (hasClosingLine ? 1 : 0);
+}
+
+/** The i-th of them. */
+inline Cubic outlineCurve(const vxPath &path, int i)
+{
+    const QList<vxSegment *> &segments = path._segments();
+    const int next = i + 1 < segments.size() ? i + 1 : 0;
+    if (next == 0 && !path.isClosed())
+        return Cubic::fromLine(segments.last()->point, segments.first()->point);
+    return cubicBetween(*segments.at(i), *segments.at(next));
+}
+
+/** Whether it takes part in counting: it has a length, or closes an open path. */
+bool isCounted(const vxPath &path, int i, const Cubic &c);
+
+/** The y-monotone pieces of a curve, at most three, in its order; their number. */
+int monotonePieces(const Cubic &c, vxMono pieces[3]);
+
+inline Cubic cubicOf(const vxMono &piece)
+{
+    const double *v = piece.values;
+    return { { v[0], v[1], v[2], v[3], v[4], v[5], v[6], v[7] } };
+}
+
+/**
+ * The levels that a piece reaches, from end to end, and the width of its control points. Coordinates that are
+ * NaN give no levels, or an infinite width.
+ */
+inline Box reachOf(const vxMono &piece)
+{
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    const double *v = piece.values;
+    Box box{ std::min(std::min(v[0], v[2]), std::min(v[4], v[6])), std::min(v[1], v[7]),
+             std::max(std::max(v[0], v[2]), std::max(v[4], v[6])), std::max(v[1], v[7]) };
+    if (std::isnan(v[1]) || std::isnan(v[7])) {
+        box.minY = infinite;
+        box.maxY = -infinite;
+    }
+    if (std::isnan(v[0] + v[2] + v[4] + v[6])) {
+        box.minX = -infinite;
+        box.maxX = infinite;
+    }
+    return box;
+}
+
+} // namespace vx

@@ -1,0 +1,71 @@
+#include "vxpassage_p.h"
+
+#include "vxtolerance.h"
+
+#include <algorithm>
+#include <cmath>
+
+using namespace vxTolerance;
+
+namespace vx {
+
+namespace {
+
+/** One coordinate of a cubic as ((a t + b) t + c) t + d. */
+struct PowerForm {
+    double a, b, c, d;
+
+    PowerForm(const double *v, double level)
+    {
+        c = 3 * (v[2] - v[0]);
+        b = 3 * (v[4] - v[2]) - c;
+        a = v[6] - v[0] - c - b;
+        d = v[0] - level;
+    }
+    double at(double t) const { return ((a * t + b) * t + c) * t + d; }
+    double slopeAt(double t) const { return (3 * a * t + 2 * b) * t + c; }
+};
+
+/** Newton's method; not proven to arrive, so that the caller has to look. */
+double guessRoot(const PowerForm &f, double t, double accuracy)
+{
+    constexpr int rounds = 8;
+    for (int i = 0; i < rounds; ++i) {
+        const double step = f.at(t) / f.slopeAt(t);
+        t -= step;
+        if (!(std::fabs(step) > accuracy))
+            break;
+    }
+    return t;
+}
+
+} // namespace
+
+// On a passage the height rises or falls all the way, and the solver's root was never seen farther off the
+// level than 2e-15 of the largest coordinate. So when the curve is clearly below the level at one time and
+// clearly above at another, the root lies between; the two are chosen so near each other that x changes by
+// less than a quarter of closeDistance.
+Side sideByBracket(const vxMono &piece, const Box &reach, const vxPoint &point)
+{
+    const double *v = piece.values;
+    const double fastest = 3 * (reach.maxX - reach.minX); // bound of |dx / dt|
+    const double beside = std::min(closeDistance / (8 * fastest), 1e-3);
+    const PowerForm height(v + 1, point.y);
+    const double t = guessRoot(height, (point.y - v[1]) / (v[7] - v[1]), beside / 16);
+    if (!(t > beside && t < 1 - beside))
+        return Side::Unsure;
+    const double clearly = 2e-12 + 1e-13 * std::max(std::fabs(v[1]), std::fabs(v[7]));
+    const double up = piece.winding;
+    if (!(height.at(t - beside) * up < -clearly && height.at(t + beside) * up > clearly))
+        return Side::Unsure;
+
+    constexpr double slack = closeDistance / 4;
+    const double off = PowerForm(v, point.x).at(t);
+    if (std::fabs(off) < closeDistance - slack)
+        return Side::On;
+    if (std::fabs(off) > closeDistance + slack)
+        return off < 0 ? Side::Left : Side::Right;
+    return Side::Unsure;
+}
+
+} // namespace vx

@@ -1,0 +1,99 @@
+#include "support/shapes.h"
+
+#include "vxlevelcount_p.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+// Pieces that a level passes are counted without solving for the crossing; what is counted must be the same.
+
+namespace {
+
+/** A piece whose heights rise or fall, now and then level at an end or all but straight, anywhere. */
+vxMono randomPiece(shapes::Random &random)
+{
+    const double height = std::pow(10, random.between(-2.2, 3));
+    const double width = random.between(0, 1) < 0.1 ? 0 : std::pow(10, random.between(-3, 3));
+    const double far = std::pow(10, random.between(0, 5));
+    double steps[3];
+    double sum = 0;
+    for (double &step : steps) {
+        const double kind = random.between(0, 1);
+        step = kind < 0.2 ? 0 : kind < 0.4 ? std::pow(10, random.between(-17, 0)) : random.between(0, 1);
+        sum += step;
+    }
+    vxMono piece;
+    const double sign = random.between(-1, 1) < 0 ? -1 : 1;
+    piece.values[1] = random.between(-far, far);
+    for (int k = 0; k < 3; ++k)
+        piece.values[2 * k + 3] = piece.values[2 * k + 1] + sign * height * steps[k] / sum;
+    const double x = random.between(-far, far);
+    for (int k = 0; k < 8; k += 2)
+        piece.values[k] = x + random.between(0, width);
+    piece.winding = piece.values[7] > piece.values[1] ? 1 : -1;
+    return piece;
+}
+
+struct Counted {
+    vxWinding plain, quick;
+};
+
+Counted countBeside(const vxMono &piece, const vxPoint &p)
+{
+    const vx::Box reach = vx::reachOf(piece);
+    vx::LevelCount plain(p);
+    vx::LevelCount quick(p);
+    plain.visit(piece);
+    quick.visit(piece, vx::passageOf(piece, reach), reach);
+    return { plain.result(), quick.result() };
+}
+
+} // namespace
+
+TEST(Passages, count_as_the_solved_crossing)
+{
+    using vxTolerance::closeDistance;
+    shapes::Random random(11);
+    const double beside[] = { 0,     0.1, 0.5, 0.74, 0.76, 0.9999999, 1.0000001, 1.1,
+                              1.249, 1.3, 2,   10,   1e3,  1e6,       1e9,       1e12 };
+    int decided = 0;
+    int count = 0;
+    for (int i = 0; i < 30000; ++i) {
+        const vxMono piece = randomPiece(random);
+        const double nearEnd = std::pow(10, random.between(-9, 0));
+        const double t = i % 3 == 0 ? nearEnd : i % 3 == 1 ? 1 - nearEnd : random.between(0, 1);
+        const vxPoint on = vx::pointAt(vx::cubicOf(piece), t);
+        for (double off : beside) {
+            for (double x : { on.x - off * closeDistance, on.x + off * closeDistance }) {
+                const vxPoint p(x, on.y);
+                const Counted counted = countBeside(piece, p);
+                ASSERT_EQ(counted.quick.winding, counted.plain.winding) << i << " at " << t << ", " << off;
+                ASSERT_EQ(counted.quick.contour, counted.plain.contour) << i << " at " << t << ", " << off;
+                const vx::Box reach = vx::reachOf(piece);
+                const vx::Passage passage = vx::passageOf(piece, reach);
+                decided += vx::sideOfCrossing(piece, passage, reach, p) != vx::Side::Unsure;
+                ++count;
+            }
+        }
+    }
+    std::printf("%d of %d counted without solving\n", decided, count);
+    EXPECT_GT(decided, count / 3);
+}
+
+TEST(Passages, leave_doubtful_pieces_to_the_solver)
+{
+    const auto hasPassage = [](const std::string &values) {
+        vxMono piece;
+        const QVector<double> v = shapes::numbers(values);
+        std::copy(v.begin(), v.end(), piece.values);
+        piece.winding = 1;
+        const vx::Passage passage = vx::passageOf(piece, vx::reachOf(piece));
+        return passage.low < passage.high;
+    };
+    EXPECT_TRUE(hasPassage("0 0 1 0 2 9 3 9"));
+    EXPECT_FALSE(hasPassage("0 0 1 5 2 4 3 9")) << "heights of control points not in order";
+    EXPECT_FALSE(hasPassage("0 0 1 0 2 0.009 3 0.009")) << "too low for its rounding to be nothing";
+    EXPECT_FALSE(hasPassage("0 0 1 0 2 9 2e6 9")) << "too far out";
+    EXPECT_FALSE(hasPassage("0 0 nan 0 2 9 3 9"));
+}

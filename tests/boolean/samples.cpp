@@ -1,0 +1,148 @@
+#include "support/shapes.h"
+
+#include "vxcurvelocation.h"
+#include "vxcurvevalues_p.h"
+#include "vxintersect_p.h"
+#include "vxlocationowner_p.h"
+#include "vxsampler_p.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+
+// The samples of stretches against a plain form that looks at every curve and every piece.
+
+using namespace vxTolerance;
+using shapes::read;
+using shapes::XPathPtr;
+
+namespace {
+
+struct Stretch {
+    std::vector<vxCurve *> curves;
+    double length = 0;
+
+    explicit Stretch(vxSegment *start)
+    {
+        vxSegment *segment = start;
+        do {
+            curves.push_back(segment->getCurve());
+            length += curves.back()->getLength();
+            segment = segment->getNext();
+        } while (segment && !segment->intersection() && segment != start);
+    }
+
+    /** The curve and point at a part of the length. */
+    vxCurve *at(double fraction, double &time) const
+    {
+        double left = length * fraction;
+        for (vxCurve *curve : curves) {
+            if (curve->getLength() >= left) {
+                time = curve->getTimeAt(left);
+                return curve;
+            }
+            left -= curve->getLength();
+        }
+        return nullptr;
+    }
+
+    bool isOnAnother(const vxPoint &p, const QList<vxCurve *> &all) const
+    {
+        return std::any_of(all.begin(), all.end(), [&](vxCurve *curve) {
+            const vx::Box box = vx::pulledBox(curve->_cubic());
+            return std::find(curves.begin(), curves.end(), curve) == curves.end() &&
+                   p.x >= box.minX - closeDistance && p.x <= box.maxX + closeDistance &&
+                   p.y >= box.minY - closeDistance && p.y <= box.maxY + closeDistance &&
+                   curve->getTimeOf(p) != noTime;
+        });
+    }
+};
+
+QList<vxMono *> piecesOf(const XPath &path)
+{
+    QList<vxMono *> pieces;
+    for (const vxPath *child : path.children)
+        pieces += child->getMonoCurves();
+    return pieces;
+}
+
+/** The sample's count and what it notes, step by step. */
+vxWinding plainCount(vxSegment *start, const XPath &a, const XPath &b, int op, vx::RunNotes &notes)
+{
+    const Stretch stretch(start);
+    const QList<vxCurve *> all = a.getCurves() + b.getCurves();
+    double fraction = 0.5;
+    for (double other : { 0.5, 0.381966, 0.618034, 0.236068, 0.763932, 0.145898, 0.854102 }) {
+        double time;
+        const vxCurve *curve = stretch.at(other, time);
+        if (curve && !stretch.isOnAnother(curve->getPointAtTime(time), all)) {
+            fraction = other;
+            break;
+        }
+        notes.movedSample = true;
+    }
+    double time;
+    const vxCurve *curve = stretch.at(fraction, time);
+    const vxPoint p = curve->getPointAtTime(time);
+    const double rise = std::fabs(curve->getTangentAtTime(time).y);
+    if (!(time > timeMargin && time < timeUpper) || (rise >= angleMargin && rise < 1e-3))
+        notes.grazedSample = true;
+    const auto winding = [&](const QList<vxMono *> &pieces) {
+        return XPath::getWinding(p, pieces, rise < angleMargin);
+    };
+    if (op == 3 && curve->path()->parent == &a && winding(piecesOf(b)).winding != 0)
+        return {};
+    if (op == 3 && curve->path()->parent == &b && winding(piecesOf(a)).winding == 0)
+        return {};
+    return winding(piecesOf(a) + piecesOf(b));
+}
+
+} // namespace
+
+TEST(Samples, count_and_note_what_the_plain_form_does)
+{
+    int stretches = 0;
+    int moved = 0;
+    int grazed = 0;
+    for (const shapes::Case &c : shapes::cases()) {
+        const XPathPtr a = read(c.a);
+        const XPathPtr b = read(c.b);
+        const QList<vxCurveLocation *> crossings = a->getCrossings(b.get());
+        const vx::LocationOwner owner(crossings);
+        a->divideLocations(vxCurveLocation::expand(crossings), 0);
+        for (int op : { 2, 3 }) {
+            vx::RunNotes notes;
+            vx::Sampler sampler(a.get(), b.get(), op, notes);
+            for (const XPath *path : { a.get(), b.get() }) {
+                for (const vxPath *child : qAsConst(path->children)) {
+                    for (vxSegment *segment : child->getSegments()) {
+                        if (!segment->intersection() && segment->index != 0)
+                            continue;
+                        vx::RunNotes plainNotes;
+                        const vxWinding plain = plainCount(segment, *a, *b, op, plainNotes);
+                        notes = vx::RunNotes();
+                        sampler.propagate(segment);
+                        ASSERT_EQ(segment->winding, plain.winding) << c.id;
+                        ASSERT_EQ(segment->contour, plain.contour) << c.id;
+                        ASSERT_EQ(notes.movedSample, plainNotes.movedSample) << c.id;
+                        ASSERT_EQ(notes.grazedSample, plainNotes.grazedSample) << c.id;
+                        ++stretches;
+                        moved += notes.movedSample;
+                        grazed += notes.grazedSample;
+                    }
+                }
+            }
+        }
+        for (const XPath *path : { a.get(), b.get() }) {
+            for (const vxPath *child : qAsConst(path->children)) {
+                for (vxSegment *segment : child->getSegments())
+                    segment->setIntersection(nullptr);
+            }
+        }
+    }
+    std::printf("%d stretches, %d moved, %d grazed\n", stretches, moved, grazed);
+    EXPECT_GT(stretches, 1000);
+    EXPECT_GT(moved, 20);
+    EXPECT_GT(grazed, 20);
+}
