@@ -44,6 +44,22 @@ vxPoint mix(const vxPoint &p, const vxPoint &q, double t)
     return vxPoint(u * p.x + t * q.x, u * p.y + t * q.y);
 }
 
+/** Inlined where one part is not wanted, so that nobody writes it. */
+inline void split(const vx::Cubic &c, double t, vx::Cubic &left, vx::Cubic &right)
+{
+    const vxPoint start = c.p0();
+    const vxPoint end = c.p3();
+    const vxPoint p01 = mix(start, c.p1(), t);
+    const vxPoint p12 = mix(c.p1(), c.p2(), t);
+    const vxPoint p23 = mix(c.p2(), end, t);
+    const vxPoint p012 = mix(p01, p12, t);
+    const vxPoint p123 = mix(p12, p23, t);
+    const vxPoint middle = mix(p012, p123, t);
+    // c is no longer read: it may be left or right itself.
+    left = vx::Cubic::fromPoints(start, p01, p012, middle);
+    right = vx::Cubic::fromPoints(middle, p123, p23, end);
+}
+
 } // namespace
 
 vxPoint vx::evaluate(const Cubic &c, double t, Evaluate what, bool normalized)
@@ -72,17 +88,7 @@ void vx::pointAndTangentAt(const Cubic &c, double t, vxPoint &point, vxPoint &ta
 
 void vx::subdivide(const Cubic &c, double t, Cubic &left, Cubic &right)
 {
-    const vxPoint start = c.p0();
-    const vxPoint end = c.p3();
-    const vxPoint p01 = mix(start, c.p1(), t);
-    const vxPoint p12 = mix(c.p1(), c.p2(), t);
-    const vxPoint p23 = mix(c.p2(), end, t);
-    const vxPoint p012 = mix(p01, p12, t);
-    const vxPoint p123 = mix(p12, p23, t);
-    const vxPoint middle = mix(p012, p123, t);
-    // c is no longer read: it may be left or right itself.
-    left = Cubic::fromPoints(start, p01, p012, middle);
-    right = Cubic::fromPoints(middle, p123, p23, end);
+    split(c, t, left, right);
 }
 
 vx::Cubic vx::part(const Cubic &c, double from, double to)
@@ -93,9 +99,9 @@ vx::Cubic vx::part(const Cubic &c, double from, double to)
     Cubic result = c;
     Cubic rest;
     if (from > 0)
-        subdivide(result, from, rest, result);
+        split(result, from, rest, result);
     if (to < 1)
-        subdivide(result, (to - from) / (1 - from), result, rest);
+        split(result, (to - from) / (1 - from), result, rest);
     return swapped ? result.reversed() : result;
 }
 

@@ -27,7 +27,9 @@ bool isWithin(double q, double min, double max)
 
 bool vx::isStraight(const Cubic &c)
 {
-    return isStraight(vxLine(c.p0(), c.p3()), c.p1().subtract(c.p0()), c.p2().subtract(c.p3()));
+    const vxPoint h1 = c.p1().subtract(c.p0());
+    const vxPoint h2 = c.p2().subtract(c.p3());
+    return (h1.isZero() && h2.isZero()) || isStraight(vxLine(c.p0(), c.p3()), h1, h2);
 }
 
 bool vx::isStraight(const vxLine &line, const vxPoint &h1, const vxPoint &h2)

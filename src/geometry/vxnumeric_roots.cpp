@@ -167,9 +167,9 @@ int vx::solveQuadratic(double a, double b, double c, double roots[2], double min
 
 int vx::solveCubic(double a, double b, double c, double d, double roots[3], double min, double max)
 {
-    const double scale = std::max({ std::fabs(a), std::fabs(b), std::fabs(c), std::fabs(d) });
     if (!std::isfinite(a) || !std::isfinite(b) || !std::isfinite(c) || !std::isfinite(d))
         return 0;
+    const double scale = std::max(std::max(std::fabs(a), std::fabs(b)), std::max(std::fabs(c), std::fabs(d)));
     if (const int k = excessExponent(scale)) {
         a = std::ldexp(a, -k);
         b = std::ldexp(b, -k);

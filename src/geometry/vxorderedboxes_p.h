@@ -2,40 +2,70 @@
 
 #include "vxboxtree_p.h"
 
+#include <QVarLengthArray>
+
 #include <algorithm>
+#include <cmath>
 #include <memory>
 #include <vector>
 
 namespace vx {
 
 /**
- * Which of many boxes come within reach of a given one, visited in the order of the list. Few are looked
- * through one by one, many go into a tree at the first query. Boxes with NaN reach everything.
+ * Which of many boxes come within reach of a given one, visited in the order of the list: boxAt(i) is the box
+ * of item i. Few are looked through in groups, many go into a tree at the first query. Boxes with NaN reach
+ * everything.
  */
-class OrderedBoxes
+template <typename BoxAt>
+class BoxLookup
 {
 public:
-    explicit OrderedBoxes(std::vector<Box> boxes) : m_boxes(std::move(boxes)) {}
-    OrderedBoxes(const OrderedBoxes &) = delete;
-    OrderedBoxes &operator=(const OrderedBoxes &) = delete;
-
-    size_t size() const { return m_boxes.size(); }
-    const Box &operator[](int i) const { return m_boxes[size_t(i)]; }
+    BoxLookup(size_t count, BoxAt boxAt) : m_count(count), m_boxAt(boxAt)
+    {
+        if (m_count <= scanned)
+            group();
+    }
 
     /** Calls visit(index) for the boxes from index first on that touch box widened by slack on every side. */
     template <typename Visit>
     void query(const Box &box, double slack, int first, Visit &&visit)
     {
-        if (m_boxes.size() <= scanned) {
-            const Box wide{ box.minX - slack, box.minY - slack, box.maxX + slack, box.maxY + slack };
-            for (int i = first; i < int(m_boxes.size()); ++i) {
-                if (!apart(m_boxes[size_t(i)], wide))
-                    visit(i);
+        if (m_count <= scanned)
+            scan({ box.minX - slack, box.minY - slack, box.maxX + slack, box.maxY + slack }, first, visit);
+        else
+            search(box, slack, first, visit);
+    }
+
+private:
+    /** Up to here a look at all groups costs less than building and walking the tree. */
+    static constexpr size_t scanned = 512;
+    /** Neighbours in the list are neighbours in the plane as a rule, since curves come in contours. */
+    static constexpr size_t groupSize = 8;
+
+    template <typename Visit>
+    void scan(const Box &wide, int first, Visit &&visit) const
+    {
+        for (size_t i = size_t(first); i < m_count;) {
+            const size_t end = std::min(m_count, (i / groupSize + 1) * groupSize);
+            if (apart(m_groups[int(i / groupSize)], wide)) {
+                i = end;
+                continue;
             }
-            return;
+            for (; i < end; ++i) {
+                if (!apart(m_boxAt(i), wide))
+                    visit(int(i));
+            }
         }
-        if (!m_tree)
+    }
+
+    template <typename Visit>
+    void search(const Box &box, double slack, int first, Visit &&visit)
+    {
+        if (!m_tree) {
+            for (size_t i = 0; i < m_count; ++i)
+                m_boxes.push_back(m_boxAt(i));
             m_tree = std::make_unique<BoxTree>(m_boxes);
+        }
         m_found.clear();
         m_tree->query(box, slack, m_found);
         m_found.erase(std::remove_if(m_found.begin(), m_found.end(), [first](int i) { return i < first; }),
@@ -45,9 +75,25 @@ public:
             visit(i);
     }
 
-private:
-    /** Up to here a look at all of them costs less than building and walking the tree. */
-    static constexpr size_t scanned = 128;
+    /** Boxes of the groups; an edge is NaN if it is in any of them, so that no group is apart by it. */
+    void group()
+    {
+        for (size_t i = 0; i < m_count; ++i) {
+            const Box &box = m_boxAt(i);
+            if (i % groupSize == 0) {
+                m_groups.append(box);
+                continue;
+            }
+            Box &around = m_groups.last();
+            around.minX = lesser(around.minX, box.minX);
+            around.minY = lesser(around.minY, box.minY);
+            around.maxX = -lesser(-around.maxX, -box.maxX);
+            around.maxY = -lesser(-around.maxY, -box.maxY);
+        }
+    }
+
+    /** NaN if either is. */
+    static double lesser(double a, double b) { return b < a || std::isnan(b) ? b : a; }
 
     /** False with NaN. */
     static bool apart(const Box &a, const Box &b)
@@ -55,9 +101,43 @@ private:
         return a.maxX < b.minX || b.maxX < a.minX || a.maxY < b.minY || b.maxY < a.minY;
     }
 
-    const std::vector<Box> m_boxes;
+    const size_t m_count;
+    const BoxAt m_boxAt;
+    QVarLengthArray<Box, 16> m_groups;
+    std::vector<Box> m_boxes;
     std::unique_ptr<BoxTree> m_tree;
     std::vector<int> m_found;
+};
+
+/** A lookup with a list of boxes of its own. */
+class OrderedBoxes
+{
+public:
+    explicit OrderedBoxes(std::vector<Box> boxes)
+        : m_boxes(std::move(boxes)), m_lookup(m_boxes.size(), ElementOf{ m_boxes.data() })
+    {
+    }
+    OrderedBoxes(const OrderedBoxes &) = delete;
+    OrderedBoxes &operator=(const OrderedBoxes &) = delete;
+
+    size_t size() const { return m_boxes.size(); }
+    const Box &operator[](int i) const { return m_boxes[size_t(i)]; }
+
+    /** See BoxLookup. */
+    template <typename Visit>
+    void query(const Box &box, double slack, int first, Visit &&visit)
+    {
+        m_lookup.query(box, slack, first, visit);
+    }
+
+private:
+    struct ElementOf {
+        const Box *boxes;
+        const Box &operator()(size_t i) const { return boxes[i]; }
+    };
+
+    const std::vector<Box> m_boxes;
+    BoxLookup<ElementOf> m_lookup;
 };
 
 } // namespace vx

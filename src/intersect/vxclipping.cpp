@@ -1,6 +1,6 @@
 #include "vxintersect_p.h"
 
-#include "vxline.h"
+#include "vxchorddistance_p.h"
 #include "vxtolerance.h"
 
 #include <algorithm>
@@ -21,26 +21,21 @@ constexpr double besideWidth = 1e-4;
 /** Of its range; a clip that leaves more than this removed too little, so one curve is halved instead. */
 constexpr double minProgress = 0.8;
 
-/** Width of the fat line around a curve: distances from its chord that bound it. */
+/** The fat line around a curve: distances from its chord that bound it. */
 struct FatLine {
-    double x0, y0, x3, y3;
+    ChordDistance distance;
     double dMin, dMax;
     bool flat;
 
-    explicit FatLine(const Cubic &c) : x0(c.v[0]), y0(c.v[1]), x3(c.v[6]), y3(c.v[7])
+    explicit FatLine(const Cubic &c) : distance(c)
     {
         const double d1 = distance(c.v[2], c.v[3]);
         const double d2 = distance(c.v[4], c.v[5]);
         // A cubic reaches at most 3/4 of its handles' distance when both lie on one side, 4/9 when on two.
         const double factor = d1 * d2 > 0 ? 0.75 : 4.0 / 9;
-        dMin = factor * std::min({ d1, d2, 0.0 });
-        dMax = factor * std::max({ d1, d2, 0.0 });
+        dMin = factor * std::min(std::min(d1, d2), 0.0);
+        dMax = factor * std::max(std::max(d1, d2), 0.0);
         flat = d1 == 0 && d2 == 0;
-    }
-
-    double distance(double x, double y) const
-    {
-        return vxLine::getSignedDistance(x0, y0, x3, y3, x, y, false);
     }
 };
 
@@ -64,6 +59,38 @@ private:
     TimePairs m_lost;
 };
 
+enum class Chain { Top, Bottom };
+enum class From { Start, End };
+
+/**
+ * Time at which a chain, walked from one of its ends, first reaches the threshold: upwards for the top chain,
+ * downwards for the bottom one. NaN when it does not.
+ */
+template <Chain which, From from>
+double chainTime(const HullChain &chain, double threshold)
+{
+    constexpr int step = from == From::Start ? 1 : -1;
+    const HullPoint *p = &chain.end(from == From::Start);
+    for (int i = 1; i < chain.count; ++i, p += step) {
+        const HullPoint &q = p[step];
+        if (which == Chain::Top ? q.y >= threshold : q.y <= threshold)
+            return q.y == threshold ? q.x : p->x + (threshold - p->y) * (q.x - p->x) / (q.y - p->y);
+    }
+    return nan;
+}
+
+/** Time at which the hull, entered from one of its ends, reaches [dMin, dMax]; NaN when it does not. */
+template <From from>
+double hullTime(const HullChain &top, const HullChain &bottom, double dMin, double dMax)
+{
+    constexpr bool start = from == From::Start;
+    if (dMin > top.end(start).y)
+        return chainTime<Chain::Top, from>(top, dMin);
+    if (bottom.end(start).y > dMax)
+        return chainTime<Chain::Bottom, from>(bottom, dMax);
+    return top.end(start).x;
+}
+
 /**
  * Clips c1 to the fat line of c2; false when none of it lies inside. The part's times go to tMin and tMax.
  */
@@ -74,18 +101,27 @@ bool clipToFatLine(const Cubic &c1, const Cubic &c2, double slack, double &tMin,
     const double d1 = line.distance(c1.v[2], c1.v[3]);
     const double d2 = line.distance(c1.v[4], c1.v[5]);
     const double d3 = line.distance(c1.v[6], c1.v[7]);
+    const double dMin = line.dMin - slack;
+    const double dMax = line.dMax + slack;
+    // Most clips of curves that do not meet end here; the hull would say the same.
+    if ((d0 < dMin && d1 < dMin && d2 < dMin && d3 < dMin) ||
+        (d0 > dMax && d1 > dMax && d2 > dMax && d3 > dMax))
+        return false;
     if (line.flat && d0 == 0 && d1 == 0 && d2 == 0 && d3 == 0)
         return false; // both on one line: that is an overlap's business
 
+    tMin = 0;
+    tMax = 1;
+    const auto isInside = [dMin, dMax](double d) { return d >= dMin && d <= dMax; };
+    if (isInside(d0) && isInside(d3))
+        return true; // nothing to clip off at either end
     HullChain top;
     HullChain bottom;
     distanceHull(d0, d1, d2, d3, top, bottom);
-    const double dMin = line.dMin - slack;
-    const double dMax = line.dMax + slack;
-    tMin = clipHull(top, bottom, dMin, dMax);
+    tMin = hullTime<From::Start>(top, bottom, dMin, dMax);
     if (std::isnan(tMin))
         return false;
-    tMax = clipHull(top.reversed(), bottom.reversed(), dMin, dMax);
+    tMax = hullTime<From::End>(top, bottom, dMin, dMax);
     return !std::isnan(tMax);
 }
 
@@ -107,6 +143,10 @@ void Clipper::clip(const Cubic &c1, const Cubic &c2, const ClipRange &range)
     const double tMax = range.tMin + (range.tMax - range.tMin) * tMaxClip;
     if (std::max(tMax - tMin, range.uMax - range.uMin) < vxTolerance::clipWidth) {
         report(range, tMin, tMax);
+        return;
+    }
+    if (tMinClip == 0 && tMaxClip == 1) {
+        halve(c1, c2, range, tMin, tMax);
         return;
     }
     const Cubic clipped = part(c1, tMinClip, tMaxClip);
@@ -179,65 +219,46 @@ void Clipper::finish()
 
 } // namespace
 
-HullChain HullChain::reversed() const
-{
-    HullChain result;
-    for (int i = count - 1; i >= 0; --i)
-        result.append(points[i]);
-    return result;
-}
-
 void distanceHull(double d0, double d1, double d2, double d3, HullChain &top, HullChain &bottom)
 {
-    const vxPoint p0(0, d0);
-    const vxPoint p1(1.0 / 3, d1);
-    const vxPoint p2(2.0 / 3, d2);
-    const vxPoint p3(1, d3);
-    // Heights of the inner points over the chord from p0 to p3.
+    // Heights of the inner points over the chord from first to last.
     const double dist1 = d1 - (2 * d0 + d3) / 3;
     const double dist2 = d2 - (d0 + 2 * d3) / 3;
-    top.count = bottom.count = 0;
-    top.append(p0);
-    bottom.append(p0);
+    // The chain of the side where the first inner point lies; of the second's where the first has no height.
+    const bool below = dist1 < 0 || (dist1 == 0 && dist2 < 0);
+    HullChain &own = below ? bottom : top;
+    HullChain &other = below ? top : bottom;
+    own.count = other.count = 0;
+    own.append(0, d0);
+    other.append(0, d0);
     if (dist1 * dist2 < 0) {
-        top.append(p1);
-        bottom.append(p2);
+        own.append(1.0 / 3, d1);
+        other.append(2.0 / 3, d2);
     } else {
         // One inner point may lie within the triangle of the other three. Both heights have one sign here,
         // but a height of 0 has none to rely on: without fabs -1/0 would drop the point that reaches
         // farthest, and with it the meeting. 0/0 is NaN: both are kept.
         const double ratio = std::fabs(dist1 / dist2);
         if (!(ratio <= 0.5))
-            top.append(p1);
+            own.append(1.0 / 3, d1);
         if (!(ratio >= 2))
-            top.append(p2);
+            own.append(2.0 / 3, d2);
     }
-    top.append(p3);
-    bottom.append(p3);
-    if (dist1 < 0 || (dist1 == 0 && dist2 < 0))
-        std::swap(top, bottom);
+    own.append(1, d3);
+    other.append(1, d3);
 }
 
 double clipHull(const HullChain &top, const HullChain &bottom, double dMin, double dMax)
 {
     if (top.count == 0 || bottom.count == 0)
         return nan;
-    if (dMin > top.points[0].y)
-        return clipHullChain(top, true, dMin);
-    if (bottom.points[0].y > dMax)
-        return clipHullChain(bottom, false, dMax);
-    return top.points[0].x;
+    return hullTime<From::Start>(top, bottom, dMin, dMax);
 }
 
 double clipHullChain(const HullChain &chain, bool top, double threshold)
 {
-    for (int i = 1; i < chain.count; ++i) {
-        const vxPoint &p = chain.points[i - 1];
-        const vxPoint &q = chain.points[i];
-        if (top ? q.y >= threshold : q.y <= threshold)
-            return q.y == threshold ? q.x : p.x + (threshold - p.y) * (q.x - p.x) / (q.y - p.y);
-    }
-    return nan;
+    return top ? chainTime<Chain::Top, From::Start>(chain, threshold)
+               : chainTime<Chain::Bottom, From::Start>(chain, threshold);
 }
 
 int clipCurves(const Cubic &c1, const Cubic &c2, const ClipRange &range, int calls, TimePairs &found)

@@ -1,3 +1,4 @@
+#include "vxapart_p.h"
 #include "vxcurve.h"
 #include "vxcurvepair_p.h"
 #include "vxnearness_p.h"
@@ -39,15 +40,28 @@ void CurvePair::intersect()
 {
     if (!boxesMeet(m_values1.box, m_values2.box))
         return;
-    const int before = m_locations.size();
-    if (!addOverlap())
-        addMeetings();
     const bool neighbours = m_param.excludeStart || m_param.excludeEnd;
-    if (m_locations.size() == before && !neighbours && !m_param.nearMiss)
+    if (neighbours && meetOnlyAtTheirJoint())
+        return;
+    const Contact contact = possibleContact(m_values1, m_values2);
+    if (contact == Contact::None)
+        return;
+    const bool endsNear = contact == Contact::Any;
+    const int before = m_locations.size();
+    if (!(endsNear && addOverlap()))
+        addMeetings(endsNear);
+    if (m_locations.size() == before && endsNear && !neighbours && !m_param.nearMiss)
         m_param.nearMiss = comeNearAtEnds();
 }
 
-void CurvePair::addMeetings()
+/** Whether all there is to find is left out. Two curves that are a whole contour share both their ends. */
+bool CurvePair::meetOnlyAtTheirJoint() const
+{
+    return m_param.excludeStart != m_param.excludeEnd &&
+           meetOnlyAtJoint(m_values1, m_values2, m_param.excludeEnd ? Joint::EndToStart : Joint::StartToEnd);
+}
+
+void CurvePair::addMeetings(bool endsNear)
 {
     const int before = m_locations.size();
     if (m_values1.straight && m_values2.straight) {
@@ -58,7 +72,7 @@ void CurvePair::addMeetings()
         addCurveAndLine();
     else
         addCurves(ClipRange(), 0);
-    if (m_locations.size() == before)
+    if (endsNear && m_locations.size() == before)
         addCloseEnds();
 }
 
@@ -72,7 +86,8 @@ bool CurvePair::comeNearAtEnds() const
         const Box at{ p.x - nearMissDistance, p.y - nearMissDistance, p.x + nearMissDistance,
                       p.y + nearMissDistance };
         double distance = nearMissDistance;
-        return boxesMeet(curve.box, at) && !isFarFromChord(curve.values, p, nearMissDistance) &&
+        return mayComeNear(curve, p) && boxesMeet(curve.box, at) &&
+               !isFarFromChord(curve.values, p, nearMissDistance) &&
                timeNear(curve.values, p, distance) != noTime;
     };
     return isNear(m_values1, m_values2.values.p0()) || isNear(m_values1, m_values2.values.p3()) ||
@@ -125,7 +140,10 @@ int CurvePair::addCurves(const ClipRange &range, int calls)
     TimePairs found;
     calls = clipCurves(m_values1.values, m_values2.values, range, calls, found);
     m_param.limitReached = m_param.limitReached || found.isCutShort();
-    if (found.count() == 0)
+    bool anyAccepted = false;
+    for (int i = 0; i < found.count() && !anyAccepted; ++i)
+        anyAccepted = acceptTimes(found[i].t1, found[i].t2, false);
+    if (!anyAccepted)
         return calls;
     // Clipping counts times on the curves themselves, whatever part it was given.
     const PreparedCurve whole1(wholeValues(m_curve1, m_values1));
@@ -157,23 +175,21 @@ void CurvePair::addCloseEnds()
     addIfClose(1, 1);
 }
 
-bool CurvePair::acceptTimes(double &t1, const vxPoint &p1, double &t2, const vxPoint &p2, bool overlap) const
+bool CurvePair::acceptTimes(double t1, double t2, bool overlap) const
 {
     const bool skipStart = m_param.excludeStart && !overlap;
     const bool skipEnd = m_param.excludeEnd && !overlap;
-    if (t1 == noTime)
-        t1 = timeOf(m_values1.values, p1);
-    if (t1 == noTime || !within(t1, skipStart, skipEnd))
-        return false;
-    if (t2 == noTime)
-        t2 = timeOf(m_values2.values, p2);
     // The exclusions cross over: curve 1's start meets the end of the curve before it, which is curve 2.
-    return t2 != noTime && within(t2, skipEnd, skipStart);
+    return within(t1, skipStart, skipEnd) && within(t2, skipEnd, skipStart);
 }
 
 void CurvePair::addLocation(double t1, const vxPoint &p1, double t2, const vxPoint &p2, bool overlap)
 {
-    if (!acceptTimes(t1, p1, t2, p2, overlap))
+    if (t1 == noTime)
+        t1 = timeOf(m_values1.values, p1);
+    if (t1 != noTime && t2 == noTime)
+        t2 = timeOf(m_values2.values, p2);
+    if (!acceptTimes(t1, t2, overlap)) // nor is noTime within a curve
         return;
     Cubic values1 = m_values1.values;
     Cubic values2 = m_values2.values;

@@ -28,7 +28,7 @@ vx::HullChain toChain(const QVector<vxPoint> &points)
 {
     vx::HullChain chain;
     for (int i = 0; i < points.size() && i < 4; ++i)
-        chain.append(points.at(i));
+        chain.append(points.at(i).x, points.at(i).y);
     return chain;
 }
 
@@ -36,7 +36,7 @@ QVector<vxPoint> fromChain(const vx::HullChain &chain)
 {
     QVector<vxPoint> points;
     for (int i = 0; i < chain.count; ++i)
-        points.append(chain.points[i]);
+        points.append(vxPoint(chain.points[i].x, chain.points[i].y));
     return points;
 }
 

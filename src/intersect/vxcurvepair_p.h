@@ -33,9 +33,10 @@ public:
     void addLocation(double t1, const vxPoint &p1, double t2, const vxPoint &p2, bool overlap);
 
 private:
-    void addMeetings();
+    bool meetOnlyAtTheirJoint() const;
+    void addMeetings(bool endsNear);
     bool comeNearAtEnds() const;
-    bool acceptTimes(double &t1, const vxPoint &p1, double &t2, const vxPoint &p2, bool overlap) const;
+    bool acceptTimes(double t1, double t2, bool overlap) const;
 
     const PreparedCurve &m_values1;
     const PreparedCurve &m_values2;

@@ -6,12 +6,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 using namespace vxTolerance;
 
 namespace vx {
 
 namespace {
+
+/** Path units; see PreparedCurve::ordinary. */
+constexpr double ordinarySize = 1e6;
+constexpr double ordinaryChord = 10 * closeDistance;
 
 /**
  * Least and greatest of the control values pulled a quarter of the way towards their neighbours in the
@@ -25,9 +30,7 @@ void pulledRange(double q0, double q1, double q2, double q3, double &min, double
     max = std::max(std::max(q0, pulled1), std::max(pulled2, q3));
 }
 
-} // namespace
-
-Box pulledBox(const Cubic &c)
+inline Box boxOfPulled(const Cubic &c)
 {
     Box box;
     pulledRange(c.v[0], c.v[2], c.v[4], c.v[6], box.minX, box.maxX);
@@ -35,7 +38,27 @@ Box pulledBox(const Cubic &c)
     return box;
 }
 
-PreparedCurve::PreparedCurve(const Cubic &c) : values(c), box(pulledBox(c)), straight(isStraight(c)) {}
+} // namespace
+
+Box pulledBox(const Cubic &c)
+{
+    return boxOfPulled(c);
+}
+
+PreparedCurve::PreparedCurve(const Cubic &c)
+    : values(c), box(boxOfPulled(c)), chordX(c.v[6] - c.v[0]), chordY(c.v[7] - c.v[1]),
+      chordBound(std::fabs(chordX) + std::fabs(chordY))
+{
+    const double height1 = heightOf(c.v[2], c.v[3]);
+    const double height2 = heightOf(c.v[4], c.v[5]);
+    lowest = std::min(std::min(height1, height2), 0.0);
+    highest = std::max(std::max(height1, height2), 0.0);
+    ordinary = box.minX >= -ordinarySize && box.maxX <= ordinarySize && box.minY >= -ordinarySize &&
+               box.maxY <= ordinarySize && chordBound >= ordinaryChord;
+    // A handle far off the chord settles it; isStraight() allows closeDistance.
+    const bool bent = ordinary && highest - lowest > 10 * closeDistance * chordBound;
+    straight = !bent && isStraight(c);
+}
 
 Box hullBox(const Cubic &c)
 {
@@ -50,8 +73,37 @@ vxPoint linePoint(const Cubic &line1, const Cubic &line2)
                              line2.v[6], line2.v[7], false, false);
 }
 
+namespace {
+
+/**
+ * Whether all control points lie on one side of the line through a chord, by far more than sine and cosine of
+ * its angle are off (some 1e-15 of the distances). With NaN there are no roots either way.
+ */
+bool isClearlyBeside(const Cubic &curve, const Cubic &line)
+{
+    const double dx = line.v[6] - line.v[0];
+    const double dy = line.v[7] - line.v[1];
+    double least = std::numeric_limits<double>::infinity();
+    double greatest = -least;
+    double farthest = 0;
+    for (int i = 0; i < 8; i += 2) {
+        const double x = curve.v[i] - line.v[0];
+        const double y = curve.v[i + 1] - line.v[1];
+        const double height = y * dx - x * dy;
+        least = std::min(least, height);
+        greatest = std::max(greatest, height);
+        farthest = std::max(farthest, std::fabs(x) + std::fabs(y));
+    }
+    const double margin = 1e-12 * farthest * (std::fabs(dx) + std::fabs(dy));
+    return least > margin || greatest < -margin;
+}
+
+} // namespace
+
 int curveLineTimes(const Cubic &curve, const Cubic &line, double roots[3])
 {
+    if (isClearlyBeside(curve, line))
+        return 0;
     const double x0 = line.v[0];
     const double y0 = line.v[1];
     const double angle = std::atan2(-(line.v[7] - y0), line.v[6] - x0);
@@ -64,12 +116,22 @@ int curveLineTimes(const Cubic &curve, const Cubic &line, double roots[3])
     return timesAtCoordinate(turned, 1, 0, roots, 0, 1);
 }
 
+namespace {
+
+int sign(double value)
+{
+    return (value > 0) - (value < 0);
+}
+
+} // namespace
+
 double loopSplitTime(const Cubic &c)
 {
     const double x0 = c.v[0], y0 = c.v[1], x1 = c.v[2], y1 = c.v[3];
     const double x2 = c.v[4], y2 = c.v[5], x3 = c.v[6], y3 = c.v[7];
-    const int side1 = vxLine::getSide(x0, y0, x3, y3, x1, y1, false, true);
-    const int side2 = vxLine::getSide(x0, y0, x3, y3, x2, y2, false, true);
+    const double dx = x3 - x0, dy = y3 - y0;
+    const int side1 = sign((x1 - x0) * dy - (y1 - y0) * dx);
+    const int side2 = sign((x2 - x0) * dy - (y2 - y0) * dx);
     const double edgeSum = (x0 - x2) * (y1 - y3) + (x1 - x3) * (y2 - y0);
     if (side1 == side2 && side1 * edgeSum > 0)
         return noTime; // control points on one side, their edges not crossing: no loop

@@ -23,10 +23,23 @@ struct PreparedCurve {
     Cubic values;
     /** Its pulledBox(). */
     Box box;
+    double chordX, chordY;
+    /** |chordX| + |chordY|: at least the chord's length. */
+    double chordBound;
+    /** Range of heightOf() on the curve's hull. */
+    double lowest, highest;
     bool straight;
+    /** Coordinates and chord of a size for which absolute margins stand clear of rounding; false with NaN. */
+    bool ordinary;
 
     PreparedCurve() = default;
     explicit PreparedCurve(const Cubic &c);
+
+    /** Distance of a point from the chord's line, times the chord's length; signed like ChordDistance. */
+    double heightOf(double x, double y) const
+    {
+        return (x - values.v[0]) * chordY - (y - values.v[1]) * chordX;
+    }
 };
 
 /** Box of the control points. */
@@ -82,13 +95,19 @@ bool findOverlap(const PreparedCurve &c1, const PreparedCurve &c2, TimePair pair
 
 // --- vxclipping.cpp ---
 
-/** A chain of the hull of the distance function: two to four points, x a time, y a distance. */
+/** A point of the hull of the distance function: x a time, y a distance. */
+struct HullPoint {
+    double x, y;
+};
+
+/** A chain of that hull: two to four points. Left unset until they are appended, since clipping makes many.
+ */
 struct HullChain {
-    vxPoint points[4];
+    HullPoint points[4];
     int count = 0;
 
-    void append(const vxPoint &p) { points[count++] = p; }
-    HullChain reversed() const;
+    void append(double x, double y) { points[count++] = { x, y }; }
+    const HullPoint &end(bool first) const { return points[first ? 0 : count - 1]; }
 };
 
 /**

@@ -1,4 +1,4 @@
-#include "vxintersect_p.h"
+#include "vxapart_p.h"
 
 #include "vxline.h"
 #include "vxtolerance.h"
@@ -50,7 +50,7 @@ bool mayShare(const PreparedCurve &c1, const PreparedCurve &c2, bool &straight)
 }
 
 /** Tries the four end points against the other curve, in order; true when two different pairs are found. */
-bool findPairs(const Cubic &c1, const Cubic &c2, TimePair pairs[2])
+bool findPairs(const PreparedCurve &c1, const PreparedCurve &c2, TimePair pairs[2])
 {
     int count = 0;
     for (int i = 0; i < 4 && count < 2; ++i) {
@@ -58,9 +58,11 @@ bool findPairs(const Cubic &c1, const Cubic &c2, TimePair pairs[2])
         const bool atEnd = i % 2 == 1;
         if (i == 3 && count == 0)
             return false; // one pair at most is left to find
-        const Cubic &own = ofFirst ? c1 : c2;
+        const Cubic &own = ofFirst ? c1.values : c2.values;
+        const PreparedCurve &other = ofFirst ? c2 : c1;
+        const vxPoint end = atEnd ? own.p3() : own.p0();
         const double t = atEnd ? 1 : 0;
-        const double u = timeOf(ofFirst ? c2 : c1, atEnd ? own.p3() : own.p0());
+        const double u = mayComeNear(other, end) ? timeOf(other.values, end) : noTime;
         if (u == noTime)
             continue;
         const TimePair pair = ofFirst ? TimePair{ t, u } : TimePair{ u, t };
@@ -85,7 +87,7 @@ bool sameControlPoints(const Cubic &a, const Cubic &b)
 bool findOverlap(const PreparedCurve &c1, const PreparedCurve &c2, TimePair pairs[2])
 {
     bool straight = false;
-    if (!mayShare(c1, c2, straight) || !findPairs(c1.values, c2.values, pairs))
+    if (!mayShare(c1, c2, straight) || !findPairs(c1, c2, pairs))
         return false;
     return straight || sameControlPoints(part(c1.values, pairs[0].t1, pairs[1].t1),
                                          part(c2.values, pairs[0].t2, pairs[1].t2));

@@ -5,34 +5,76 @@
 #include "vxintersections_p.h"
 #include "vxorderedboxes_p.h"
 
-#include <vector>
+#include <QVarLengthArray>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace {
 
-std::vector<vx::PreparedCurve> prepare(const QList<vxCurve *> &curves)
+/** The curves of most drawings fit on the stack. */
+using PreparedCurves = QVarLengthArray<vx::PreparedCurve, 64>;
+
+PreparedCurves prepare(const QList<vxCurve *> &curves)
 {
-    std::vector<vx::PreparedCurve> prepared;
-    prepared.reserve(size_t(curves.size()));
-    for (const vxCurve *curve : curves)
-        prepared.emplace_back(curve->_cubic());
+    PreparedCurves prepared(curves.size());
+    for (int i = 0; i < curves.size(); ++i)
+        prepared[i] = vx::PreparedCurve(curves.at(i)->_cubic());
     return prepared;
 }
 
-std::vector<vx::Box> boxesOf(const std::vector<vx::PreparedCurve> &curves)
+struct BoxOf {
+    const vx::PreparedCurve *curves;
+    const vx::Box &operator()(size_t i) const { return curves[i].box; }
+};
+
+/** Box of a compound path's vertices, which lies within its bounds; all NaN with a vertex far off or NaN. */
+vx::Box verticesBox(const XPath &path)
 {
-    std::vector<vx::Box> boxes;
-    boxes.reserve(curves.size());
-    for (const vx::PreparedCurve &curve : curves)
-        boxes.push_back(curve.box);
-    return boxes;
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    constexpr double far = 1e6;
+    vx::Box box{ infinite, infinite, -infinite, -infinite };
+    for (const vxPath *child : path.children) {
+        const QList<vxSegment *> segments = child->getSegments();
+        for (const vxSegment *segment : segments) {
+            const vxPoint &p = segment->point;
+            if (!(std::fabs(p.x) <= far && std::fabs(p.y) <= far))
+                return { qQNaN(), qQNaN(), qQNaN(), qQNaN() };
+            box.minX = std::min(box.minX, p.x);
+            box.minY = std::min(box.minY, p.y);
+            box.maxX = std::max(box.maxX, p.x);
+            box.maxY = std::max(box.maxY, p.y);
+        }
+    }
+    return box;
 }
 
 bool boundsTouch(const XPath &a, const XPath &b)
 {
+    // Vertices mostly tell. Bounds are kept as corner and size, which moves their edges by less than 1e-9.
+    constexpr double sure = vxTolerance::closeDistance;
+    const vx::Box ofA = verticesBox(a);
+    const vx::Box ofB = verticesBox(b);
+    if (ofA.maxX - ofB.minX > sure && ofB.maxX - ofA.minX > sure && ofA.maxY - ofB.minY > sure &&
+        ofB.maxY - ofA.minY > sure)
+        return true;
     const vxBoundOpt option = vxBoundOpt::geometric();
     const vxStyle style;
     return a.getBounds(option, style).touches(b.getBounds(option, style));
 }
+
+/** A run of curves in a list that make up one contour. */
+struct ContourRange {
+    int first = 0;
+    int count = 0;
+    bool closed = false;
+
+    int end() const { return first + count; }
+    /** Places of the neighbours of the curve at place i; -1 where there is none. */
+    int before(int i) const { return i > first ? i - 1 : closed ? end() - 1 : -1; }
+    int after(int i) const { return i + 1 < end() ? i + 1 : closed ? first : -1; }
+};
 
 /** One search for all meetings of two compound paths, or of one with itself. */
 class Search
@@ -40,8 +82,8 @@ class Search
 public:
     Search(const QList<vxCurve *> &curves1, const QList<vxCurve *> &curves2, bool self,
            const std::function<bool(vxCurveLocation *)> &include)
-        : m_curves1(curves1), m_curves2(curves2), m_values2(prepare(curves2)), m_boxes2(boxesOf(m_values2)),
-          m_self(self)
+        : m_curves1(curves1), m_curves2(curves2), m_values2(prepare(curves2)),
+          m_boxes2(size_t(m_values2.size()), BoxOf{ m_values2.constData() }), m_self(self)
     {
         m_param.include = include;
         // The application's option: two shapes of six curves are not intersected.
@@ -56,12 +98,12 @@ public:
 
     QList<vxCurveLocation *> run(bool returnFirst)
     {
-        const vxPath *path = nullptr;
         for (int i = 0; i < m_curves1.size(); ++i) {
-            if (i == 0 || m_curves1.at(i)->path() != path) {
+            if (i == m_contour.end()) {
+                const vxPath &path = *m_curves1.at(i)->path();
+                m_contour = { i, path._countCurves(), path.isClosed() };
                 m_found += m_group;
                 m_group.clear();
-                path = m_curves1.at(i)->path();
             }
             if (m_self)
                 meetItself(i);
@@ -70,8 +112,12 @@ public:
                 vxCurveLocation::releaseAll(m_found);
                 return m_group;
             }
-            if (!m_skipPairs)
-                meetOthers(i, first);
+            if (m_skipPairs)
+                continue;
+            if (m_self)
+                meetOthers(i, m_values2[i], first);
+            else
+                meetOthers(i, vx::PreparedCurve(m_curves1.at(i)->_cubic()), first);
         }
         return m_found + m_group;
     }
@@ -84,23 +130,21 @@ private:
         // A closed path of one curve meets itself where it closes, which is no intersection.
         m_param.excludeStart =
             m_curves1.size() == 1 && curve->getPoint1().subtract(curve->getPoint2()).isZero();
-        vx::addSelfIntersection(m_values2[size_t(i)], curve, m_group, m_param);
+        vx::addSelfIntersection(m_values2[i], curve, m_group, m_param);
     }
 
-    void meetOthers(int i, int first)
+    void meetOthers(int i, const vx::PreparedCurve &values1, int first)
     {
         vxCurve *curve1 = m_curves1.at(i);
-        const vx::PreparedCurve values1 = m_self ? m_values2[size_t(i)] : vx::PreparedCurve(curve1->_cubic());
-        vxCurve *previous = m_self ? curve1->getPrevious() : nullptr;
-        vxCurve *following = m_self ? curve1->getNext() : nullptr;
+        const int before = m_self ? m_contour.before(i) : -1;
+        const int after = m_self ? m_contour.after(i) : -1;
         // Twice the reach of boxesMeet, which decides: the comparisons may round differently.
         m_boxes2.query(values1.box, 2 * vxTolerance::closeDistance, first, [&](int j) {
-            const vx::PreparedCurve &values2 = m_values2[size_t(j)];
+            const vx::PreparedCurve &values2 = m_values2[j];
             if (!vx::boxesMeet(values1.box, values2.box))
                 return;
-            vxCurve *curve2 = m_curves2.at(j);
-            setParam(m_self && curve2 == previous, m_self && curve2 == following);
-            vx::CurvePair(values1, values2, curve1, curve2, m_group, m_param).intersect();
+            setParam(j == before, j == after);
+            vx::CurvePair(values1, values2, curve1, m_curves2.at(j), m_group, m_param).intersect();
         });
     }
 
@@ -114,11 +158,12 @@ private:
 
     const QList<vxCurve *> &m_curves1;
     const QList<vxCurve *> &m_curves2;
-    std::vector<vx::PreparedCurve> m_values2;
-    vx::OrderedBoxes m_boxes2;
+    const PreparedCurves m_values2;
+    vx::BoxLookup<BoxOf> m_boxes2;
     bool m_self;
     bool m_skipPairs;
     opParam m_param;
+    ContourRange m_contour;
     QList<vxCurveLocation *> m_found;
     /** What the curves of the current contour have met; merging and sorting stay within it. */
     QList<vxCurveLocation *> m_group;

@@ -67,35 +67,70 @@ QList<vxMono *> piecesOf(const XPath &path)
     return pieces;
 }
 
+/** A place on a stretch where its count may be taken. */
+struct Place {
+    vxCurve *curve;
+    vxPoint point;
+    double rise; ///< sine of the tangent's angle to the level
+
+    Place(const Stretch &stretch, double fraction)
+    {
+        double time = 0;
+        curve = stretch.at(fraction, time);
+        if (!curve)
+            return;
+        point = curve->getPointAtTime(time);
+        rise = std::fabs(curve->getTangentAtTime(time).y);
+    }
+    bool isHorizontal() const { return rise < angleMargin; }
+    bool grazes() const
+    {
+        return (!isHorizontal() && rise < 1e-3) || point.getDistance(curve->getPoint1()) <= 1e-3 ||
+               point.getDistance(curve->getPoint2()) <= 1e-3;
+    }
+};
+
+vxWinding countAt(const Place &place, const XPath &a, const XPath &b, int op)
+{
+    const auto winding = [&](const QList<vxMono *> &pieces) {
+        return XPath::getWinding(place.point, pieces, place.isHorizontal());
+    };
+    const XPath *own = place.curve->path()->parent;
+    if (op == 3 && own == &a && winding(piecesOf(b)).winding != 0)
+        return {};
+    if (op == 3 && own == &b && winding(piecesOf(a)).winding == 0)
+        return {};
+    return winding(piecesOf(a) + piecesOf(b));
+}
+
 /** The sample's count and what it notes, step by step. */
 vxWinding plainCount(vxSegment *start, const XPath &a, const XPath &b, int op, vx::RunNotes &notes)
 {
     const Stretch stretch(start);
     const QList<vxCurve *> all = a.getCurves() + b.getCurves();
-    double fraction = 0.5;
-    for (double other : { 0.5, 0.381966, 0.618034, 0.236068, 0.763932, 0.145898, 0.854102 }) {
-        double time;
-        const vxCurve *curve = stretch.at(other, time);
-        if (curve && !stretch.isOnAnother(curve->getPointAtTime(time), all)) {
-            fraction = other;
-            break;
-        }
-        notes.movedSample = true;
-    }
-    double time;
-    const vxCurve *curve = stretch.at(fraction, time);
-    const vxPoint p = curve->getPointAtTime(time);
-    const double rise = std::fabs(curve->getTangentAtTime(time).y);
-    if (!(time > timeMargin && time < timeUpper) || (rise >= angleMargin && rise < 1e-3))
-        notes.grazedSample = true;
-    const auto winding = [&](const QList<vxMono *> &pieces) {
-        return XPath::getWinding(p, pieces, rise < angleMargin);
+    const std::vector<double> others = { 0.381966, 0.618034, 0.236068, 0.763932, 0.145898, 0.854102 };
+    const auto isFree = [&](const Place &place) {
+        return place.curve && !stretch.isOnAnother(place.point, all);
     };
-    if (op == 3 && curve->path()->parent == &a && winding(piecesOf(b)).winding != 0)
-        return {};
-    if (op == 3 && curve->path()->parent == &b && winding(piecesOf(a)).winding == 0)
-        return {};
-    return winding(piecesOf(a) + piecesOf(b));
+    Place place(stretch, 0.5);
+    if (!isFree(place)) {
+        notes.movedSample = true;
+        const auto better = std::find_if(others.begin(), others.end(),
+                                         [&](double other) { return isFree(Place(stretch, other)); });
+        if (better != others.end())
+            place = Place(stretch, *better);
+    }
+    const vxWinding count = countAt(place, a, b, op);
+    if (place.grazes()) {
+        const auto sound = std::find_if(others.begin(), others.end(), [&](double other) {
+            const Place second(stretch, other);
+            return isFree(second) && !second.grazes();
+        });
+        const vxWinding second =
+            sound == others.end() ? vxWinding{ -1, false } : countAt(Place(stretch, *sound), a, b, op);
+        notes.grazedSample = second.winding != count.winding || second.contour != count.contour;
+    }
+    return count;
 }
 
 } // namespace
@@ -144,5 +179,5 @@ TEST(Samples, count_and_note_what_the_plain_form_does)
     std::printf("%d stretches, %d moved, %d grazed\n", stretches, moved, grazed);
     EXPECT_GT(stretches, 1000);
     EXPECT_GT(moved, 20);
-    EXPECT_GT(grazed, 20);
+    EXPECT_GT(grazed, 5);
 }

@@ -1,0 +1,242 @@
+#include "vxapart_p.h"
+
+#include "vxtolerance.h"
+
+#include <algorithm>
+#include <cmath>
+
+using namespace vxTolerance;
+
+namespace vx {
+
+namespace {
+
+/**
+ * Path units: points farther apart than this do not meet, nor come near, for any part of the search, which
+ * looks no farther than five times closeDistance.
+ */
+constexpr double apartDistance = 10 * closeDistance;
+
+/**
+ * Path units: a curve whose other control points lie this far on one side of a line has left it by more than
+ * 3 timeMargin times this (6e-7) where the joint's time margin ends. That is more than closeDistance for the
+ * meeting itself and another closeDistance by which a straight curve may leave its chord.
+ */
+constexpr double departingDistance = 0.5;
+static_assert(3 * timeMargin * departingDistance > 2.5 * closeDistance,
+              "what is near the joint is in its margin");
+
+/** Cross products of a curve's control points with another's chord: distances times the length of the chord.
+ */
+struct Heights {
+    double h[4];
+
+    Heights(const PreparedCurve &chord, const Cubic &c)
+    {
+        for (int i = 0; i < 4; ++i)
+            h[i] = chord.heightOf(c.v[2 * i], c.v[2 * i + 1]);
+    }
+    double least() const { return std::min(std::min(h[0], h[1]), std::min(h[2], h[3])); }
+    double greatest() const { return std::max(std::max(h[0], h[1]), std::max(h[2], h[3])); }
+};
+
+/** Whether a curve of the given heights lies on one side of the hull of the chord's curve. */
+bool isBeyond(const PreparedCurve &curve, const Heights &heights)
+{
+    const double margin = apartDistance * curve.chordBound;
+    return heights.least() > curve.highest + margin || heights.greatest() < curve.lowest - margin;
+}
+
+/** Whether a point of the given height over the curve's chord may be near the curve. */
+bool mayTouch(const PreparedCurve &curve, double height, const vxPoint &p)
+{
+    const double margin = apartDistance * curve.chordBound;
+    return height <= curve.highest + margin && height >= curve.lowest - margin &&
+           p.x <= curve.box.maxX + apartDistance && p.x >= curve.box.minX - apartDistance &&
+           p.y <= curve.box.maxY + apartDistance && p.y >= curve.box.minY - apartDistance;
+}
+
+} // namespace
+
+bool mayComeNear(const PreparedCurve &curve, const vxPoint &p)
+{
+    return !curve.ordinary || mayTouch(curve, curve.heightOf(p.x, p.y), p);
+}
+
+Contact possibleContact(const PreparedCurve &c1, const PreparedCurve &c2)
+{
+    if (!c1.ordinary || !c2.ordinary)
+        return Contact::Any;
+    const Heights over2(c2, c1.values);
+    // Clipping, too, begins with c1 and the fat line along c2's chord.
+    if (isBeyond(c2, over2))
+        return Contact::None;
+    const Heights over1(c1, c2.values);
+    // Lines meet what lies near them, while clipping sees only that strips cross: it has to look for itself.
+    if (isBeyond(c1, over1))
+        return c1.straight || c2.straight ? Contact::None : Contact::Crossing;
+    const bool endsNear =
+        mayTouch(c2, over2.h[0], c1.values.p0()) || mayTouch(c2, over2.h[3], c1.values.p3()) ||
+        mayTouch(c1, over1.h[0], c2.values.p0()) || mayTouch(c1, over1.h[3], c2.values.p3());
+    return endsNear ? Contact::Any : Contact::Crossing;
+}
+
+namespace {
+
+/** A curve at a joint. */
+struct JoinedCurve {
+    const PreparedCurve &curve;
+    bool atEnd; ///< the joint is its end
+
+    double x() const { return curve.values.v[atEnd ? 6 : 0]; }
+    double y() const { return curve.values.v[atEnd ? 7 : 1]; }
+    /** Number of its control point at the other end. */
+    int far() const { return atEnd ? 0 : 3; }
+    /** Numbers of the other three control points: first() to first() + 2. */
+    int first() const { return atEnd ? 0 : 1; }
+};
+
+/** Least and greatest height of all control points but the joint. */
+struct DepartingHeights {
+    double least, greatest;
+    double ofFar;
+
+    DepartingHeights(const PreparedCurve &chord, const JoinedCurve &joined)
+    {
+        const Heights heights(chord, joined.curve.values);
+        const double *h = heights.h + joined.first();
+        least = std::min(h[0], std::min(h[1], h[2]));
+        greatest = std::max(h[0], std::max(h[1], h[2]));
+        ofFar = heights.h[joined.far()];
+    }
+    /** Distance from the chord's line, times the chord's length, up to which the curve has left it; or less.
+     */
+    double clearance() const { return std::max(least, -greatest); }
+};
+
+/**
+ * Two lines that are clearly not parallel. linePoint() gives the joint to within rounding, and when that is
+ * machineZero, its time on both is that of the end.
+ */
+bool linesPart(const JoinedCurve &j1, const JoinedCurve &j2)
+{
+    const PreparedCurve &c1 = j1.curve;
+    const PreparedCurve &c2 = j2.curve;
+    const double cross = c1.chordX * c2.chordY - c1.chordY * c2.chordX;
+    if (!(std::fabs(cross) > apartDistance * (c1.chordBound + c2.chordBound)))
+        return false;
+    if (!j1.atEnd)
+        return true; // linePoint() counts from the start of the first: it is exact
+    const double errorX = c1.values.v[0] + c1.chordX - c1.values.v[6];
+    const double errorY = c1.values.v[1] + c1.chordY - c1.values.v[7];
+    return std::fabs(errorX) + std::fabs(errorY) <= machineZero / 2;
+}
+
+/** Whether a curve leaves a line sideways: all of it but the joint lies to one side. */
+bool turnsOff(const JoinedCurve &line, const JoinedCurve &curve)
+{
+    const DepartingHeights heights(line.curve, curve);
+    // The second condition keeps the line's far end away from the curve's chord: they may not count as one
+    // line.
+    return heights.clearance() > departingDistance * line.curve.chordBound &&
+           std::fabs(heights.ofFar) > apartDistance * curve.curve.chordBound;
+}
+
+/** Whether a curve goes on from a line: all of it but the joint lies ahead, where the line has ended. */
+bool goesOn(const JoinedCurve &line, const JoinedCurve &curve)
+{
+    const double sign = line.atEnd ? 1 : -1;
+    const double aheadX = sign * line.curve.chordX;
+    const double aheadY = sign * line.curve.chordY;
+    const double *v = curve.curve.values.v + 2 * curve.first();
+    const double least = departingDistance * line.curve.chordBound;
+    for (int i = 0; i < 6; i += 2) {
+        if (!((v[i] - line.x()) * aheadX + (v[i + 1] - line.y()) * aheadY > least))
+            return false;
+    }
+    return true;
+}
+
+/**
+ * A line and a curve that leaves it at once: what curve times remain beyond the joint's margin belong to
+ * points that timeOf() does not take for points of the line. The tangent arcs of rounded corners go on.
+ */
+bool leavesLine(const JoinedCurve &line, const JoinedCurve &curve)
+{
+    return goesOn(line, curve) || turnsOff(line, curve);
+}
+
+/** All of one sign, and at least so far from 0. */
+bool areBeyond(double least, double a, double b, double c)
+{
+    return (a > least && b > least && c > least) || (a < -least && b < -least && c < -least);
+}
+
+/**
+ * Whether clipping a curve to the fat line of the joint, a mere point, ends with times at the joint and no
+ * doubt. A point's fat line is the vertical through it.
+ *
+ * Where all of the curve lies to one side, the first step leaves the joint alone. Where it starts upright
+ * (the handle at the joint is on the vertical, the other two points aside), a step leaves a third, then
+ * halves it: a dozen rounds. Rounding moves a part's points by less than ten last places of x, some 2.2e-15
+ * |x|. Parts that do not touch the joint and end at time u are aside by 0.6 u^2 of the points' distance
+ * aside, so with a distance of 0.03 |x| they are rejected at once down to u = 5e-7. Of what is left there are
+ * at most 511 parts to halve before clipping has converged at 1e-9, four calls each, within the limits of
+ * calls and depth. Parts are given up as doubtful only if their boxes hold the joint: going upwards by 0.01
+ * units keeps those to times below 1e-4.
+ */
+bool shrinksToJoint(const JoinedCurve &joined)
+{
+    double x[3];
+    double y[3];
+    for (int i = 0; i < 3; ++i) {
+        const int point = joined.atEnd ? 2 - i : 1 + i;
+        x[i] = joined.curve.values.v[2 * point] - joined.x();
+        y[i] = joined.curve.values.v[2 * point + 1] - joined.y();
+    }
+    if (areBeyond(0, x[0], x[1], x[2]))
+        return true;
+    const Box &box = joined.curve.box;
+    const double aside = std::max(0.03 * std::fabs(joined.x()), 0.01);
+    const double upwards = 0.01 * (1 + box.maxX - box.minX + box.maxY - box.minY);
+    return x[0] == 0 && areBeyond(aside, x[1], x[1], x[2]) && areBeyond(upwards, y[0], y[1], y[2]);
+}
+
+/**
+ * Two curves on different sides of the second's chord, as at smooth joints of convex outlines. Clipping
+ * begins by cutting the first down to the joint itself, where the second's fat line ends, and goes on with
+ * the second and that point.
+ */
+bool curvesPart(const JoinedCurve &j1, const JoinedCurve &j2)
+{
+    const PreparedCurve &c1 = j1.curve;
+    const PreparedCurve &c2 = j2.curve;
+    const DepartingHeights heights(c2, j1);
+    const double margin = apartDistance * c2.chordBound;
+    const bool partsBelow = heights.greatest < -margin && c2.lowest == 0;
+    const bool partsAbove = heights.least > margin && c2.highest == 0;
+    if (!partsBelow && !partsAbove)
+        return false;
+    // The second's far end lies on the chord's line, so the first may come near it only as near to the joint
+    // as its heights shrink below apartDistance.
+    const double extent = 2 * (c1.box.maxX - c1.box.minX + c1.box.maxY - c1.box.minY);
+    const double reach = std::max(std::fabs(c2.chordX), std::fabs(c2.chordY));
+    return heights.clearance() * (reach - apartDistance) > margin * extent && shrinksToJoint(j2);
+}
+
+} // namespace
+
+bool meetOnlyAtJoint(const PreparedCurve &c1, const PreparedCurve &c2, Joint joint)
+{
+    const JoinedCurve j1{ c1, joint == Joint::EndToStart };
+    const JoinedCurve j2{ c2, joint == Joint::StartToEnd };
+    if (!c1.ordinary || !c2.ordinary || j1.x() != j2.x() || j1.y() != j2.y())
+        return false;
+    if (c1.straight && c2.straight)
+        return linesPart(j1, j2);
+    if (c1.straight)
+        return leavesLine(j1, j2);
+    return c2.straight ? leavesLine(j2, j1) : curvesPart(j1, j2);
+}
+
+} // namespace vx

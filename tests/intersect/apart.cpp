@@ -1,0 +1,240 @@
+#include "support/shapes.h"
+#include "vxapart_p.h"
+#include "vxchorddistance_p.h"
+#include "vxcurvepair_p.h"
+#include "vxline.h"
+#include "vxnearness_p.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+using namespace vxTolerance;
+
+namespace {
+
+/** Everything that the search does with a pair where no proof says otherwise. */
+struct FullSearch {
+    QList<vxCurveLocation *> found;
+    opParam param;
+
+    FullSearch(const vx::PreparedCurve &c1, const vx::PreparedCurve &c2, bool excludeStart, bool excludeEnd)
+    {
+        param.excludeStart = excludeStart;
+        param.excludeEnd = excludeEnd;
+        vx::CurvePair pair(c1, c2, nullptr, nullptr, found, param);
+        if (pair.addOverlap())
+            return;
+        if (c1.straight && c2.straight) {
+            pair.addLines();
+            return;
+        }
+        if (c1.straight || c2.straight)
+            pair.addCurveAndLine();
+        else
+            pair.addCurves(vx::ClipRange(), 0);
+        if (found.isEmpty())
+            pair.addCloseEnds();
+    }
+    FullSearch(const FullSearch &) = delete;
+    FullSearch &operator=(const FullSearch &) = delete;
+    ~FullSearch() { vxCurveLocation::releaseAll(found); }
+
+    bool sawNothing() const { return found.isEmpty() && !param.limitReached; }
+};
+
+/** Whether an end of either curve lies within five times closeDistance of the other. */
+bool endsAreNear(const vx::Cubic &a, const vx::Cubic &b)
+{
+    const auto isNear = [](const vx::Cubic &c, const vxPoint &p) {
+        double distance = 5 * closeDistance;
+        return vx::timeNear(c, p, distance) != noTime;
+    };
+    return isNear(a, b.p0()) || isNear(a, b.p3()) || isNear(b, a.p0()) || isNear(b, a.p3());
+}
+
+/** Curves as drawings have them and worse, of sizes from 1e-4 to 1e5 units, some far from the origin. */
+class Curves
+{
+public:
+    explicit Curves(int seed) : m_random(seed) {}
+
+    bool oneIn(int n) { return int(m_random.between(0, n)) == 0; }
+    double between(double lo, double hi) { return m_random.between(lo, hi); }
+
+    void next()
+    {
+        m_size = std::pow(10.0, between(-4, 5));
+        m_onGrid = oneIn(3);
+        m_origin = oneIn(2) ? vxPoint() : vxPoint(between(-4e5, 4e5), between(-4e5, 4e5));
+        // Sizes at which steps of the grid are what tolerances are about.
+        if (oneIn(6))
+            m_size = closeDistance * between(1, 40);
+    }
+    vxPoint vector()
+    {
+        const vxPoint v(between(-1, 1), between(-1, 1));
+        return (m_onGrid ? vxPoint(std::floor(3 * v.x), std::floor(3 * v.y)) : v).multiply(m_size);
+    }
+    vxPoint point() { return m_origin.add(vector()); }
+    /** A disturbance as small as rounding or tolerances. */
+    vxPoint nudge()
+    {
+        const double d = oneIn(2) ? 0 : std::pow(10.0, between(-13, -4));
+        return vxPoint(between(-d, d), between(-d, d));
+    }
+    vx::Cubic from(const vxPoint &p0, const vxPoint &handle)
+    {
+        const vxPoint p3 = point();
+        if (oneIn(3))
+            return vx::Cubic::fromLine(p0, p3);
+        // Quarters of an ellipse, upright and level handles at the ends.
+        if (oneIn(3))
+            return vx::Cubic::fromPoints(p0, vxPoint(p0.x, p0.y + 0.55 * (p3.y - p0.y)),
+                                         vxPoint(p3.x - 0.45 * (p3.x - p0.x), p3.y), p3);
+        const vxPoint p2 = oneIn(4) ? p3 : oneIn(4) ? p0.add(handle).add(nudge()) : point();
+        return vx::Cubic::fromPoints(p0, p0.add(handle), p2, p3);
+    }
+    vx::Cubic any() { return from(point(), vector()); }
+    /** One that starts where c ends: at a corner, smoothly, straight on, or straight back. */
+    vx::Cubic after(const vx::Cubic &c)
+    {
+        const vxPoint tangent = c.p3().subtract(c.p2());
+        const double along = oneIn(4) ? -1 : between(0, 2);
+        vx::Cubic next = from(c.p3(), oneIn(3) ? vector() : tangent.multiply(along).add(nudge()));
+        if (oneIn(5)) {
+            // Mirrored at the joint: as much curved, and upright or level where c is.
+            next = c.reversed();
+            const int axis = oneIn(2) ? 0 : 1;
+            for (int i = 2 + axis; i < 8; i += 2)
+                next.v[i] = 2 * next.v[axis] - next.v[i];
+        }
+        return next;
+    }
+    /** One that runs near c. */
+    vx::Cubic beside(const vx::Cubic &c)
+    {
+        const vxPoint shift = nudge();
+        vx::Cubic other = oneIn(2) ? c : c.reversed();
+        for (int i = 0; i < 8; i += 2) {
+            const vxPoint d = shift.add(nudge());
+            other.v[i] += d.x;
+            other.v[i + 1] += d.y;
+        }
+        return oneIn(2) ? vx::part(other, between(0, 0.5), between(0.5, 1)) : other;
+    }
+
+private:
+    shapes::Random m_random;
+    double m_size = 1;
+    bool m_onGrid = false;
+    vxPoint m_origin;
+};
+
+std::string text(const vx::PreparedCurve &c)
+{
+    std::string s = c.straight ? "line " : "curve ";
+    for (double v : c.values.v) {
+        char number[32];
+        std::snprintf(number, sizeof number, " %.17g", v);
+        s += number;
+    }
+    return s;
+}
+
+} // namespace
+
+TEST(Apart, pairs_said_to_have_no_contact_are_searched_in_vain)
+{
+    Curves curves(20260501);
+    int none[3] = {};
+    int crossing = 0;
+    for (int i = 0; i < 30000; ++i) {
+        curves.next();
+        const vx::Cubic values = curves.any();
+        const vx::PreparedCurve a(values);
+        const vx::PreparedCurve b(curves.oneIn(2) ? curves.any() : curves.beside(values));
+        const vx::Contact contact = possibleContact(a, b);
+        if (contact == vx::Contact::Any)
+            continue;
+        ASSERT_FALSE(endsAreNear(a.values, b.values)) << text(a) << "\n" << text(b);
+        vx::TimePair overlap[2];
+        ASSERT_FALSE(findOverlap(a, b, overlap)) << text(a) << "\n" << text(b);
+        if (contact == vx::Contact::Crossing) {
+            ++crossing;
+            continue;
+        }
+        ASSERT_TRUE(FullSearch(a, b, false, false).sawNothing()) << text(a) << "\n" << text(b);
+        ++none[a.straight + b.straight];
+    }
+    std::printf("none: %d, %d, %d with 0, 1, 2 lines; crossing at most: %d\n", none[0], none[1], none[2],
+                crossing);
+    EXPECT_GT(std::min({ none[0], none[1], none[2], crossing }), 500);
+}
+
+TEST(Apart, neighbours_said_to_meet_only_at_their_joint_are_searched_in_vain)
+{
+    Curves curves(20260502);
+    int proved[3] = {};
+    int upright = 0;
+    for (int i = 0; i < 60000; ++i) {
+        curves.next();
+        vx::Cubic first = curves.any();
+        vx::Cubic second = curves.after(first);
+        const bool turned = i % 2 == 1; // the first curve of a contour and its last
+        if (turned) {
+            first = first.reversed();
+            second = second.reversed();
+        }
+        const vx::PreparedCurve a(first);
+        const vx::PreparedCurve b(second);
+        if (!meetOnlyAtJoint(a, b, turned ? vx::Joint::StartToEnd : vx::Joint::EndToStart))
+            continue;
+        ASSERT_TRUE(FullSearch(a, b, turned, !turned).sawNothing()) << text(a) << "\n" << text(b);
+        ++proved[a.straight + b.straight];
+        const int handle = turned ? 4 : 2;
+        upright += !a.straight && !b.straight && second.v[handle] == second.v[turned ? 6 : 0];
+    }
+    std::printf("%d, %d, %d with 0, 1, 2 lines; %d curves start upright\n", proved[0], proved[1], proved[2],
+                upright);
+    EXPECT_GT(std::min({ proved[0], proved[1], proved[2] }), 500);
+    EXPECT_GT(upright, 100);
+}
+
+TEST(Apart, rounded_corners_and_circles_are_proved)
+{
+    const auto joined = [](const std::vector<vx::Cubic> &contour) {
+        int proved = 0;
+        for (size_t i = 0; i + 1 < contour.size(); ++i)
+            proved += meetOnlyAtJoint(vx::PreparedCurve(contour[i]), vx::PreparedCurve(contour[i + 1]),
+                                      vx::Joint::EndToStart);
+        return proved + meetOnlyAtJoint(vx::PreparedCurve(contour.front()), vx::PreparedCurve(contour.back()),
+                                        vx::Joint::StartToEnd);
+    };
+    const auto line = [](double x0, double y0, double x1, double y1) {
+        return vx::Cubic::fromLine(vxPoint(x0, y0), vxPoint(x1, y1));
+    };
+    const std::vector<vx::Cubic> circle{ { { 60, 30, 60, 46, 46, 60, 30, 60 } },
+                                         { { 30, 60, 14, 60, 0, 46, 0, 30 } },
+                                         { { 0, 30, 0, 14, 14, 0, 30, 0 } },
+                                         { { 30, 0, 46, 0, 60, 14, 60, 30 } } };
+    EXPECT_EQ(joined(circle), 4);
+    const std::vector<vx::Cubic> tab{ line(0, 50, 0, 10),   { { 0, 10, 0, 5, 5, 0, 10, 0 } },
+                                      line(10, 0, 40, 0),   { { 40, 0, 45, 0, 50, 5, 50, 10 } },
+                                      line(50, 10, 50, 50), line(50, 50, 0, 50) };
+    EXPECT_EQ(joined(tab), 6);
+}
+
+TEST(Apart, chord_distances_are_signed_distances_to_the_bit)
+{
+    Curves curves(3);
+    for (int i = 0; i < 2000; ++i) {
+        curves.next();
+        vx::Cubic c = curves.any();
+        if (curves.oneIn(3))
+            c.v[6 + i % 2] = c.v[i % 2]; // parallel to an axis
+        const vx::ChordDistance distance(c);
+        const vxPoint p = curves.point();
+        ASSERT_EQ(distance(p), vxLine::getSignedDistance(c.v[0], c.v[1], c.v[6], c.v[7], p.x, p.y));
+    }
+}
