@@ -121,7 +121,6 @@ void Arrangement::select(SetOperation operation)
     m_selection = Selection();
     double area = 0;
     double signedArea = 0;
-    double outline = 0;
     for (size_t e = 0; e < m_edges.size(); ++e) {
         const Edge &edge = m_edges[e];
         const bool insideRight = answer(operation, edge.right);
@@ -132,12 +131,10 @@ void Arrangement::select(SetOperation operation)
         area += part;
         const Fill &inside = insideRight ? edge.right : edge.left;
         signedArea += operation == SetOperation::Exclude && !inside.first ? -part : part;
-        outline += vx::length(edge.inFrame);
     }
     m_selection.oddNodes = countOddNodes(m_selection.kept);
     m_selection.area = area / m_frame.scale / m_frame.scale;
     m_selection.signedArea = signedArea / m_frame.scale / m_frame.scale;
-    m_selection.length = outline / m_frame.scale;
 }
 
 namespace {

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
-#include <tuple>
 
 using namespace vxTolerance;
 
@@ -41,12 +40,36 @@ Cubic withEnds(const Cubic &c, const vxPoint &p0, const vxPoint &p3)
     return Cubic::fromPoints(p0, c.p1().add(p0.subtract(c.p0())), c.p2().add(p3.subtract(c.p3())), p3);
 }
 
-bool runTogether(const Cubic &a, const Cubic &b, double snapping)
+/** Bound of |B'(t)|. */
+double greatestSpeed(const Cubic &c)
 {
-    const double reach = std::min(togetherFactor * snapping, togetherFraction * length(a));
-    for (double t : { 0.25, 0.5, 0.75 }) {
+    return 3 *
+           std::max({ c.p0().getDistance(c.p1()), c.p1().getDistance(c.p2()), c.p2().getDistance(c.p3()) });
+}
+
+bool isWithin(const Box &box, const vxPoint &p, double slack)
+{
+    return p.x >= box.minX - slack && p.x <= box.maxX + slack && p.y >= box.minY - slack &&
+           p.y <= box.maxY + slack;
+}
+
+/** Whether two stretches between the same nodes keep within reach of each other. */
+bool runTogether(const Edge &a, const Edge &b, double snapping)
+{
+    // Ends of one chord, farther apart than the snapping distance: the places below would be found on it to
+    // some last places, while reach is a hundredth of that distance at least.
+    if (a.line && b.line && a.node0 != a.node1)
+        return true;
+    constexpr double times[] = { 0.25, 0.5, 0.75 };
+    double reach = togetherFactor * snapping;
+    for (double t : times) {
+        if (!isWithin(hullBox(b.inFrame), placeAt(a.inFrame, t), reach + closeDistance))
+            return false;
+    }
+    reach = std::min(reach, togetherFraction * length(a.inFrame));
+    for (double t : times) {
         double distance = reach;
-        if (timeNear(b, placeAt(a, t), distance) == noTime)
+        if (timeNear(b.inFrame, placeAt(a.inFrame, t), distance) == noTime)
             return false;
     }
     return true;
@@ -63,6 +86,56 @@ bool runsAlong(const Edge &first, const Edge &stretch)
            placeAt(first.inFrame, 0.75).getDistance(quarter);
 }
 
+/**
+ * The first cut for which isPassed no longer holds, sought in growing steps and then by halving: curves that
+ * run together meet in thousands of places, most of them too near to each other to count.
+ */
+template <typename IsPassed>
+const Cut *passWhile(const Cut *begin, const Cut *end, const IsPassed &isPassed)
+{
+    std::ptrdiff_t step = 1;
+    while (step < end - begin && isPassed(begin[step - 1])) {
+        begin += step;
+        step *= 2;
+    }
+    return std::partition_point(begin, begin + std::min(step, end - begin), isPassed);
+}
+
+/** Indexes by a hash of two numbers; those that share a hash come in no useful order. */
+class HashedChains
+{
+public:
+    explicit HashedChains(size_t count) : m_next(count, -1)
+    {
+        int bits = 4;
+        while ((size_t(1) << bits) < 2 * count)
+            ++bits;
+        m_shift = 64 - bits;
+        m_heads.assign(size_t(1) << bits, -1);
+    }
+    void insert(quint64 a, quint64 b, int index)
+    {
+        int &head = m_heads[slot(a, b)];
+        m_next[size_t(index)] = head;
+        head = index;
+    }
+    /** The first index with the hash, -1 for none; next() goes on. */
+    int first(quint64 a, quint64 b) const { return m_heads[slot(a, b)]; }
+    int next(int index) const { return m_next[size_t(index)]; }
+
+private:
+    /** Multiplicative hashing: odd constants near 2^64 divided by the golden ratio, the upper bits count. */
+    size_t slot(quint64 a, quint64 b) const
+    {
+        return size_t(((a * 0x9E3779B97F4A7C15ull) ^ (b + 0x632BE59BD9B4E019ull)) * 0x9E3779B97F4A7C15ull >>
+                      m_shift);
+    }
+
+    int m_shift;
+    std::vector<int> m_heads;
+    std::vector<int> m_next;
+};
+
 /** Groups points that lie within a distance of each other, directly or through others. */
 class Clusters
 {
@@ -71,14 +144,9 @@ public:
         : m_points(points), m_distance(distance), m_parent(points.size())
     {
         std::iota(m_parent.begin(), m_parent.end(), 0);
-        m_cells.reserve(points.size());
-        for (int i = 0; i < int(points.size()); ++i) {
-            const vxPoint &p = points[size_t(i)];
-            m_cells.push_back({ keyOf(std::floor(p.x / distance), std::floor(p.y / distance)), i });
-        }
-        std::sort(m_cells.begin(), m_cells.end());
-        for (size_t i = 0; i < m_cells.size(); ++i)
-            joinNeighbours(i);
+        HashedChains cells(points.size());
+        for (int i = 0; i < int(points.size()); ++i)
+            joinEarlier(i, cells);
     }
 
     /** The least index of the group. */
@@ -90,53 +158,42 @@ public:
     }
 
 private:
-    struct Cell {
-        quint64 key;
-        int point;
-
-        bool operator<(const Cell &other) const
-        {
-            return std::tie(key, point) < std::tie(other.key, other.point);
-        }
+    /** Cells that a point and its surroundings lie in, along one axis. */
+    struct Cells {
+        qint64 first, own, last;
     };
 
-    /** Cells of the frame number some 10^9 a side at the least distance: both indexes fit into one key. */
-    static quint64 keyOf(double x, double y)
+    /** A cell measures eight distances, so that most points have all that is near in their own. */
+    Cells cellsAt(double coordinate) const
     {
+        constexpr double perCell = 1.0 / 8;
+        constexpr double reach = 1.001 * perCell; // not to lose a neighbour to rounding
         // Only a drawing too large for a frame leaves the range; its points may then share cells, no more.
-        const auto index = [](double v) {
-            return quint64(qint64(std::clamp(v, -2e9, 2e9)) + (qint64(1) << 31));
-        };
-        return (index(x) << 32) + index(y);
+        constexpr double greatest = 1e15;
+        const double place = coordinate / m_distance * perCell;
+        if (!(place > -greatest))
+            return { 0, 0, 0 };
+        const qint64 towardsZero = qint64(std::min(place, greatest));
+        const qint64 own = towardsZero - (place < double(towardsZero));
+        const double within = place - double(own);
+        return { own - (within < reach), own, own + (within > 1 - reach) };
     }
 
-    void joinNeighbours(size_t i)
+    /** Joins a point with those before it, which are in their cells, and puts it into its own. */
+    void joinEarlier(int i, HashedChains &cells)
     {
-        const Cell &cell = m_cells[i];
-        joinFrom(i + 1, cell, cell.key);
-        constexpr quint64 right = quint64(1) << 32;
-        // The next cell below is mostly the next in order; those to the right are sought.
-        size_t below = i + 1;
-        while (below < m_cells.size() && m_cells[below].key == cell.key)
-            ++below;
-        joinFrom(below, cell, cell.key + 1);
-        const auto at =
-            std::lower_bound(m_cells.begin() + int(below), m_cells.end(), Cell{ cell.key + right - 1, -1 });
-        const size_t first = size_t(at - m_cells.begin());
-        for (size_t k = first; k < m_cells.size() && m_cells[k].key <= cell.key + right + 1; ++k)
-            joinIfClose(cell, m_cells[k]);
-    }
-
-    void joinFrom(size_t k, const Cell &cell, quint64 key)
-    {
-        for (; k < m_cells.size() && m_cells[k].key == key; ++k)
-            joinIfClose(cell, m_cells[k]);
-    }
-
-    void joinIfClose(const Cell &a, const Cell &b)
-    {
-        if (m_points[size_t(a.point)].isClose(m_points[size_t(b.point)], m_distance))
-            join(a.point, b.point);
+        const vxPoint &p = m_points[size_t(i)];
+        const Cells x = cellsAt(p.x);
+        const Cells y = cellsAt(p.y);
+        for (qint64 column = x.first; column <= x.last; ++column) {
+            for (qint64 row = y.first; row <= y.last; ++row) {
+                for (int k = cells.first(quint64(column), quint64(row)); k != -1; k = cells.next(k)) {
+                    if (p.isClose(m_points[size_t(k)], m_distance))
+                        join(i, k);
+                }
+            }
+        }
+        cells.insert(quint64(x.own), quint64(y.own), i);
     }
 
     void join(int a, int b)
@@ -149,7 +206,6 @@ private:
     const std::vector<vxPoint> &m_points;
     double m_distance;
     std::vector<int> m_parent;
-    std::vector<Cell> m_cells;
 };
 
 } // namespace
@@ -163,75 +219,96 @@ void Arrangement::cut()
 
 std::vector<Edge> Arrangement::stretches()
 {
-    std::sort(m_cuts.begin(), m_cuts.end(), [](const Cut &a, const Cut &b) {
-        return std::tie(a.curve, a.t, a.distance) < std::tie(b.curve, b.t, b.distance);
-    });
+    sortCuts();
     std::vector<Edge> result;
-    result.reserve(m_curves.size() + m_cuts.size());
+    result.reserve(m_curves.size() + std::min(m_cuts.size(), 4 * m_curves.size()));
     const Cut *cut = m_cuts.data();
-    const Cut *end = cut + m_cuts.size();
     for (int curve = 0; curve < int(m_curves.size()); ++curve) {
         const Cut *first = cut;
-        while (cut != end && cut->curve == curve)
-            ++cut;
+        cut += m_cutCounts[size_t(curve)];
         cutCurve(curve, first, cut, result);
     }
     return result;
 }
 
+/** Sorts the cuts by curve and time, once for all snapping distances that are tried with them. */
+void Arrangement::sortCuts()
+{
+    if (m_sortedCuts == m_cuts.size() && !m_cutCounts.empty())
+        return;
+    m_cutCounts.assign(m_curves.size(), 0);
+    for (const Cut &cut : m_cuts)
+        ++m_cutCounts[size_t(cut.curve)];
+    std::vector<Cut> sorted(m_cuts.size());
+    std::vector<Cut *> next;
+    next.reserve(m_curves.size());
+    Cut *at = sorted.data();
+    for (size_t count : m_cutCounts) {
+        next.push_back(at);
+        at += count;
+    }
+    for (const Cut &cut : m_cuts)
+        *next[size_t(cut.curve)]++ = cut;
+    for (size_t curve = 0; curve < m_curves.size(); ++curve) {
+        if (m_cutCounts[curve] > 1)
+            std::sort(next[curve] - m_cutCounts[curve], next[curve],
+                      [](const Cut &a, const Cut &b) { return a.t < b.t; });
+    }
+    m_cuts = std::move(sorted);
+    m_sortedCuts = m_cuts.size();
+}
+
+/** Chooses the places where a curve is cut, its ends among them: those that lie apart along the curve. */
+void Arrangement::choosePlaces(const Cubic &values, const Cut *begin, const Cut *end)
+{
+    m_places.clear();
+    m_places.push_back({ 0, values.p0() });
+    const double near = dropFraction * m_snapping;
+    const double speed = begin == end ? 0 : greatestSpeed(values);
+    const auto isApart = [&](const Place &from, const Place &to) {
+        return !from.point.isClose(to.point, near) || bulges(part(values, from.t, to.t), near);
+    };
+    // In so short a time the curve cannot leave the surroundings; a thousandth is far above rounding.
+    const auto isTooSoon = [&](const Cut &cut) { return (cut.t - m_places.back().t) * speed < 0.999 * near; };
+    for (const Cut *cut = passWhile(begin, end, isTooSoon); cut != end; ++cut) {
+        if (cut->distance > m_snapping)
+            continue;
+        const Place place{ cut->t, pointAt(values, cut->t) };
+        if (isApart(m_places.back(), place)) {
+            m_places.push_back(place);
+            cut = passWhile(cut + 1, end, isTooSoon) - 1;
+        }
+    }
+    const Place last{ 1, values.p3() };
+    while (m_places.size() > 1 && !isApart(m_places.back(), last))
+        m_places.pop_back();
+    m_places.push_back(last);
+}
+
 /** Appends the stretches of one curve between its cuts, which are sorted. */
-void Arrangement::cutCurve(int curve, const Cut *begin, const Cut *end, std::vector<Edge> &result)
+void Arrangement::cutCurve(int curve, const Cut *firstCut, const Cut *endCut, std::vector<Edge> &result)
 {
     const ArrangedCurve &source = m_curves[size_t(curve)];
     const Cubic &values = source.inFrame.values;
-    const double near = dropFraction * m_snapping;
-    std::vector<double> times{ 0 };
-    const auto isApart = [&](double from, double to) {
-        return !pointAt(values, from).isClose(pointAt(values, to), near) ||
-               bulges(part(values, from, to), near);
-    };
-    for (const Cut *cut = begin; cut != end; ++cut) {
-        if (cut->distance <= m_snapping && isApart(times.back(), cut->t))
-            times.push_back(cut->t);
-    }
-    while (times.size() > 1 && !isApart(times.back(), 1))
-        times.pop_back();
-    times.push_back(1);
-
-    Edge stretch{};
-    stretch.curve = curve;
-    stretch.line = !hasHandles(source.original);
-    for (size_t i = 1; i < times.size(); ++i) {
-        stretch.t0 = times[i - 1];
-        stretch.t1 = times[i];
+    choosePlaces(values, firstCut, endCut);
+    const bool line = !hasHandles(source.original);
+    for (size_t i = 1; i < m_places.size(); ++i) {
         // Both stretches at a cut take the same computed point for their end.
-        const vxPoint p0 = pointAt(values, stretch.t0);
-        const vxPoint p3 = pointAt(values, stretch.t1);
-        stretch.inFrame =
-            stretch.line ? Cubic::fromLine(p0, p3) : withEnds(part(values, stretch.t0, stretch.t1), p0, p3);
-        result.push_back(stretch);
+        const Place &start = m_places[i - 1];
+        const Place &end = m_places[i];
+        Edge &stretch = result.emplace_back();
+        stretch.curve = curve;
+        stretch.line = line;
+        stretch.t0 = start.t;
+        stretch.t1 = end.t;
+        stretch.inFrame = line ? Cubic::fromLine(start.point, end.point)
+                               : withEnds(part(values, start.t, end.t), start.point, end.point);
     }
-}
-
-/** The stretch after each in its contour: where that starts is where this one ends. */
-std::vector<int> Arrangement::followers(const std::vector<Edge> &all) const
-{
-    std::vector<int> next(all.size());
-    size_t first = 0;
-    for (size_t i = 0; i < all.size(); ++i) {
-        const auto contour = [&](size_t k) { return m_curves[size_t(all[k].curve)].contour; };
-        const bool ends = i + 1 == all.size() || contour(i + 1) != contour(i);
-        next[i] = int(ends ? first : i + 1);
-        if (ends)
-            first = i + 1;
-    }
-    return next;
 }
 
 /** Makes nodes of end points within the snapping distance and moves the stretches' ends onto them. */
 void Arrangement::joinEnds(std::vector<Edge> &all)
 {
-    const std::vector<int> next = followers(all);
     std::vector<vxPoint> starts;
     starts.reserve(all.size());
     for (const Edge &stretch : all)
@@ -246,6 +323,7 @@ void Arrangement::joinEnds(std::vector<Edge> &all)
             at = i;
     }
     m_nodes.clear();
+    m_nodes.reserve(all.size());
     std::vector<int> nodeOf(all.size(), -1);
     for (int i = 0; i < int(all.size()); ++i) {
         const int group = clusters.find(i);
@@ -261,9 +339,15 @@ void Arrangement::joinEnds(std::vector<Edge> &all)
             m_nodes[size_t(node)].exact = false;
         all[size_t(i)].node0 = node;
     }
+    // A stretch ends where the next of its contour starts; the last one's next is the first.
+    const auto contourOf = [&](size_t i) { return m_curves[size_t(all[i].curve)].contour; };
+    size_t first = 0;
     for (size_t i = 0; i < all.size(); ++i) {
         Edge &stretch = all[i];
-        stretch.node1 = all[size_t(next[i])].node0;
+        const bool isLast = i + 1 == all.size() || contourOf(i + 1) != contourOf(i);
+        stretch.node1 = all[isLast ? first : i + 1].node0;
+        if (isLast)
+            first = i + 1;
         stretch.inFrame = withEnds(stretch.inFrame, m_nodes[size_t(stretch.node0)].inFrame,
                                    m_nodes[size_t(stretch.node1)].inFrame);
     }
@@ -277,7 +361,7 @@ void Arrangement::addShares(int first, const std::vector<int> &nextInGroup, cons
 {
     const auto begin = std::ptrdiff_t(m_shares.size());
     for (int i = first; i != -1; i = nextInGroup[size_t(i)]) {
-        const int operand = m_contours[size_t(m_curves[size_t(all[size_t(i)].curve)].contour)].operand;
+        const int operand = operandOf(all[size_t(i)]);
         auto at = std::find_if(m_shares.begin() + begin, m_shares.end(),
                                [operand](const Share &s) { return s.operand == operand; });
         if (at == m_shares.end())
@@ -294,67 +378,88 @@ void Arrangement::addShares(int first, const std::vector<int> &nextInGroup, cons
  * Makes one edge of stretches that run together between the same nodes; drops what shrank to a point or
  * cancels.
  */
-void Arrangement::joinStretches(const std::vector<Edge> &all)
+void Arrangement::joinStretches(std::vector<Edge> &all)
 {
-    std::vector<int> order;
-    order.reserve(all.size());
+    // Per stretch: the first of those that it runs with, -1 where it shrank to a point; the next of these.
+    std::vector<int> firstOf(all.size(), -1);
+    std::vector<int> nextInGroup(all.size(), -1);
+    std::vector<int> lastInGroup(all.size(), -1);
+    HashedChains firsts(all.size());
     for (int i = 0; i < int(all.size()); ++i) {
         const Edge &stretch = all[size_t(i)];
-        if (stretch.node0 != stretch.node1 || bulges(stretch.inFrame, m_snapping))
-            order.push_back(i);
-    }
-    const auto ends = [&all](int i) -> std::pair<int, int> {
-        return std::minmax(all[size_t(i)].node0, all[size_t(i)].node1);
-    };
-    std::sort(order.begin(), order.end(), [&](int a, int b) {
-        const auto endsA = ends(a);
-        const auto endsB = ends(b);
-        return endsA != endsB ? endsA < endsB : a < b;
-    });
-
-    std::vector<int> firsts;
-    std::vector<int> nextInGroup(all.size(), -1);
-    for (size_t i = 0; i < order.size();) {
-        const size_t begin = firsts.size();
-        const auto between = ends(order[i]);
-        for (; i < order.size() && ends(order[i]) == between; ++i)
-            joinGroup(order[i], begin, all, firsts, nextInGroup);
-    }
-    std::sort(firsts.begin(), firsts.end());
-
-    m_edges.clear();
-    m_edges.reserve(firsts.size());
-    m_shares.clear();
-    for (int first : firsts) {
-        const size_t begin = m_shares.size();
-        addShares(first, nextInGroup, all);
-        if (m_shares.size() == begin)
+        if (stretch.node0 == stretch.node1 && !bulges(stretch.inFrame, m_snapping))
             continue;
-        m_edges.push_back(all[size_t(first)]);
-        m_edges.back().firstShare = int(begin);
-        m_edges.back().shareCount = int(m_shares.size() - begin);
+        const auto ends = std::minmax(stretch.node0, stretch.node1);
+        int group = -1;
+        for (int k = firsts.first(quint64(ends.first), quint64(ends.second)); k != -1; k = firsts.next(k)) {
+            const Edge &first = all[size_t(k)];
+            if (std::minmax(first.node0, first.node1) == ends && (group == -1 || k < group) &&
+                runTogether(stretch, first, m_snapping))
+                group = k;
+        }
+        if (group == -1) {
+            firsts.insert(quint64(ends.first), quint64(ends.second), i);
+            group = i;
+        } else {
+            nextInGroup[size_t(lastInGroup[size_t(group)])] = i;
+        }
+        firstOf[size_t(i)] = group;
+        lastInGroup[size_t(group)] = i;
     }
+    linkStretches(all, firstOf);
+    makeEdges(all, firstOf, nextInGroup);
 }
 
-/**
- * Puts a stretch into the group that it runs with, among those that start at firsts[begin], or makes one for
- * it.
+/** Makes a link of every stretch that did not shrink to a point, with the box of the one that stands for it.
  */
-void Arrangement::joinGroup(int stretch, size_t begin, const std::vector<Edge> &all, std::vector<int> &firsts,
-                            std::vector<int> &nextInGroup) const
+void Arrangement::linkStretches(const std::vector<Edge> &all, const std::vector<int> &firstOf)
 {
-    const auto runsWith = [&](int first) {
-        return runTogether(all[size_t(stretch)].inFrame, all[size_t(first)].inFrame, m_snapping);
-    };
-    const auto group = std::find_if(firsts.begin() + std::ptrdiff_t(begin), firsts.end(), runsWith);
-    if (group == firsts.end()) {
-        firsts.push_back(stretch);
-        return;
+    m_links.clear();
+    m_links.reserve(all.size());
+    m_linkBoxes.clear();
+    m_linkBoxes.reserve(all.size());
+    m_linkStarts.assign(1, 0);
+    int contour = 0;
+    for (size_t i = 0; i < all.size(); ++i) {
+        for (; contour < m_curves[size_t(all[i].curve)].contour; ++contour)
+            m_linkStarts.push_back(int(m_links.size()));
+        if (firstOf[i] == -1)
+            continue;
+        m_links.push_back({ contour, all[i].node0, all[i].node1, -1 });
+        m_linkBoxes.push_back(hullBox(all[size_t(firstOf[i])].inFrame));
     }
-    int last = *group;
-    while (nextInGroup[size_t(last)] != -1)
-        last = nextInGroup[size_t(last)];
-    nextInGroup[size_t(last)] = stretch;
+    m_linkStarts.push_back(int(m_links.size()));
+}
+
+/** Moves the first stretch of each group that does not cancel to the edges, and numbers links by edges. */
+void Arrangement::makeEdges(std::vector<Edge> &all, const std::vector<int> &firstOf,
+                            const std::vector<int> &nextInGroup)
+{
+    m_shares.clear();
+    m_shares.reserve(all.size());
+    size_t count = 0;
+    auto link = m_links.begin();
+    for (int i = 0; i < int(all.size()); ++i) {
+        if (firstOf[size_t(i)] == -1)
+            continue;
+        int &edge = (link++)->edge;
+        if (firstOf[size_t(i)] != i)
+            continue;
+        const size_t begin = m_shares.size();
+        if (nextInGroup[size_t(i)] == -1)
+            m_shares.push_back({ operandOf(all[size_t(i)]), 1 });
+        else
+            addShares(i, nextInGroup, all);
+        if (m_shares.size() == begin)
+            continue;
+        edge = int(count);
+        // Into its own vector: what is overwritten was looked at, a group's others come after its first.
+        Edge &made = all[count++] = all[size_t(i)];
+        made.firstShare = int(begin);
+        made.shareCount = int(m_shares.size() - begin);
+    }
+    all.resize(count);
+    m_edges = std::move(all);
 }
 
 } // namespace vx

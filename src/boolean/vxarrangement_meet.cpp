@@ -1,9 +1,11 @@
 #include "vxarrangement_p.h"
 
 #include "vxboxtree_p.h"
-#include "vxcurve.h"
+#include "vxcurvevalues_p.h"
+#include "vxline.h"
 #include "vxnumeric_p.h"
 #include "vxpath.h"
+#include "vxruntree_p.h"
 #include "vxtolerance.h"
 #include "xpath.h"
 
@@ -34,18 +36,18 @@ ClipRange wideRange()
 /**
  * Curves of a contour as it is filled: an open one is closed by a line; curves without extent are left out.
  */
-std::vector<Cubic> filledOutline(const vxPath &path)
+void filledOutline(const vxPath &path, std::vector<Cubic> &outline)
 {
-    std::vector<Cubic> outline;
-    const QList<vxCurve *> curves = path.getCurves();
-    for (const vxCurve *curve : curves) {
-        const Cubic c = curve->_cubic();
+    outline.clear();
+    const QList<vxSegment *> segments = path.getSegments();
+    const int count = path.isClosed() ? segments.size() : segments.size() - 1;
+    for (int i = 0; i < count; ++i) {
+        const Cubic c = cubicBetween(*segments.at(i), *segments.at((i + 1) % segments.size()));
         if (c.p0() != c.p3() || c.p0() != c.p1() || c.p3() != c.p2())
             outline.push_back(c);
     }
     if (!path.isClosed() && !outline.empty() && outline.back().p3() != outline.front().p0())
         outline.push_back(Cubic::fromLine(outline.back().p3(), outline.front().p0()));
-    return outline;
 }
 
 /**
@@ -75,11 +77,36 @@ bool partAtSharedEnd(const Cubic &a, const Cubic &b)
            leaves(second.p1(), 1) && within(side(second.p2())) && within(side(second.p3()));
 }
 
+/**
+ * Whether a straight curve and another surely lie apart: the other's control points on one side of the line,
+ * or the line's ends on one side of the other's hull as seen across its chord. The margin is several times
+ * what a straight curve may leave its chord by, and far above rounding.
+ */
+bool lieApart(const Cubic &line, const Cubic &curve)
+{
+    constexpr double margin = 5 * closeDistance;
+    const auto distance = [](const Cubic &from, int i, const Cubic &to) {
+        return vxLine::getSignedDistance(to.v[0], to.v[1], to.v[6], to.v[7], from.v[i], from.v[i + 1]);
+    };
+    if (line.p0() == line.p3() || curve.p0() == curve.p3())
+        return false;
+    const auto offLine = std::minmax({ distance(curve, 0, line), distance(curve, 2, line),
+                                       distance(curve, 4, line), distance(curve, 6, line) });
+    if (offLine.first > margin || offLine.second < -margin)
+        return true;
+    const auto hull = std::minmax({ 0.0, distance(curve, 2, curve), distance(curve, 4, curve) });
+    const auto ends = std::minmax({ distance(line, 0, curve), distance(line, 6, curve) });
+    return ends.first > hull.second + margin || ends.second < hull.first - margin;
+}
+
 bool isFinite(const std::vector<Cubic> &outline)
 {
-    return std::all_of(outline.begin(), outline.end(), [](const Cubic &c) {
-        return std::all_of(c.v, c.v + 8, [](double v) { return std::isfinite(v); });
-    });
+    double zero = 0; // NaN once a value is not finite
+    for (const Cubic &c : outline) {
+        for (double v : c.v)
+            zero += 0 * v;
+    }
+    return zero == 0;
 }
 
 void include(Box &box, const Cubic &c)
@@ -99,13 +126,20 @@ void Arrangement::collect(const QVector<const XPath *> &operands)
     constexpr double infinite = std::numeric_limits<double>::infinity();
     Box box{ infinite, infinite, -infinite, -infinite };
     m_operandCount = operands.size();
+    size_t segments = 0;
+    for (const XPath *operand : operands) {
+        for (int k = 0; operand && k < operand->children.size(); ++k)
+            segments += size_t(operand->children.at(k)->getSegments().size());
+    }
+    m_curves.reserve(segments);
+    std::vector<Cubic> outline;
     for (int o = 0; o < operands.size(); ++o) {
         const XPath *operand = operands.at(o);
         m_evenOdd.push_back(!operand || operand->evenOdd);
         if (!operand)
             continue;
         for (const vxPath *child : operand->children) {
-            const std::vector<Cubic> outline = filledOutline(*child);
+            filledOutline(*child, outline);
             if (outline.empty() || !isFinite(outline))
                 continue;
             m_contours.push_back({ child, o, int(m_curves.size()), int(outline.size()) });
@@ -129,19 +163,19 @@ void Arrangement::meet()
     boxes.reserve(m_curves.size());
     for (const ArrangedCurve &curve : m_curves)
         boxes.push_back(curve.inFrame.box);
-    const BoxTree tree(boxes);
-    std::vector<int> partners;
+    std::vector<int> starts;
+    starts.reserve(m_contours.size() + 1);
+    for (const ArrangedContour &contour : m_contours)
+        starts.push_back(contour.firstCurve);
+    starts.push_back(int(m_curves.size()));
+    const RunTree tree(boxes, starts);
     for (int i = 0; i < int(m_curves.size()); ++i) {
         meetItself(i);
-        partners.clear();
-        tree.query(boxes[size_t(i)], farthestSnapping, partners);
-        std::sort(partners.begin(), partners.end());
-        for (int j : partners) {
-            if (j > i)
-                meetPair(i, j);
-            if (j != i)
-                meetEnds(i, j);
-        }
+        tree.queryAfter(i, farthestSnapping, [this, i](int j) {
+            meetPair(i, j);
+            meetEnds(i, j);
+            meetEnds(j, i);
+        });
     }
 }
 
@@ -165,6 +199,9 @@ void Arrangement::meetPair(int i, int j)
     const PreparedCurve &a = m_curves[size_t(i)].inFrame;
     const PreparedCurve &b = m_curves[size_t(j)].inFrame;
     if (!boxesMeet(a.box, b.box) || partAtSharedEnd(a.values, b.values))
+        return;
+    if (a.straight != b.straight &&
+        lieApart(a.straight ? a.values : b.values, a.straight ? b.values : a.values))
         return;
     TimePair overlap[2];
     if (findOverlap(a, b, overlap)) {

@@ -71,6 +71,12 @@ struct Cut {
     double distance;
 };
 
+/** A place on a curve. */
+struct Place {
+    double t;
+    vxPoint point;
+};
+
 /** A point where stretches end. */
 struct Node {
     vxPoint inFrame;
@@ -104,11 +110,24 @@ struct Edge {
     bool isWhole() const { return t0 == 0 && t1 == 1; }
 };
 
+/**
+ * A stretch as its contour walks it. edge: the edge that it is the first of; -1 where it lies along another
+ * stretch's, or where the stretches along it cancel.
+ */
+struct Link {
+    int contour;
+    int node0, node1;
+    int edge;
+};
+
 /** An edge as a result walks it. */
 struct Step {
     int edge;
     bool reversed;
 };
+
+/** A contour of a result as it is walked. */
+using Contour = std::vector<Step>;
 
 /** What is known of an operation's result before it is traced. */
 struct Selection {
@@ -116,7 +135,6 @@ struct Selection {
     int oddNodes = 0;
     double area = 0;       ///< in the operands' units
     double signedArea = 0; ///< the same, but the second operand's part of an exclusion negative
-    double length = 0;
 };
 
 enum class SetOperation { Intersect = 1, Unite = 2, Subtract = 3, Exclude = 4 };
@@ -141,8 +159,13 @@ public:
     double snapping() const { return m_snapping / m_frame.scale; }
     /** Longer side of the operands' common box, in their units. */
     double extent() const { return m_extent; }
-    /** The result's contours (count 0, the caller's), outer ones clockwise, holes not, flagged so. */
-    QVector<vxPath *> trace() const;
+    /** The result's contours, simple ones that touch at nodes at most. */
+    std::vector<Contour> contours() const;
+    /** Paths of these (count 0, the caller's), outer ones clockwise, holes not, flagged so. */
+    QVector<vxPath *> makePaths(const std::vector<Contour> &contours) const;
+    QVector<vxPath *> trace() const { return makePaths(contours()); }
+    /** The curves of the path that is made of a contour, to the bit; none where it is left out. */
+    std::vector<Cubic> curvesOf(const Contour &contour) const;
 
     // What drawing and tests look at.
     const std::vector<Edge> &edges() const { return m_edges; }
@@ -167,12 +190,18 @@ private:
     // vxarrangement_cut.cpp
     void cut();
     std::vector<Edge> stretches();
-    void cutCurve(int curve, const Cut *begin, const Cut *end, std::vector<Edge> &result);
-    std::vector<int> followers(const std::vector<Edge> &stretches) const;
+    void sortCuts();
+    void choosePlaces(const Cubic &values, const Cut *begin, const Cut *end);
+    void cutCurve(int curve, const Cut *firstCut, const Cut *endCut, std::vector<Edge> &result);
     void joinEnds(std::vector<Edge> &stretches);
-    void joinStretches(const std::vector<Edge> &stretches);
-    void joinGroup(int stretch, size_t begin, const std::vector<Edge> &all, std::vector<int> &firsts,
-                   std::vector<int> &nextInGroup) const;
+    void joinStretches(std::vector<Edge> &stretches);
+    void linkStretches(const std::vector<Edge> &stretches, const std::vector<int> &firstOf);
+    void makeEdges(std::vector<Edge> &stretches, const std::vector<int> &firstOf,
+                   const std::vector<int> &nextInGroup);
+    int operandOf(const Edge &stretch) const
+    {
+        return m_contours[size_t(m_curves[size_t(stretch.curve)].contour)].operand;
+    }
     void addShares(int first, const std::vector<int> &nextInGroup, const std::vector<Edge> &all);
 
     // vxarrangement_sides.cpp
@@ -197,11 +226,16 @@ private:
     double m_extent = 0;
 
     std::vector<Cut> m_cuts;
-    std::vector<double> m_times; ///< scratch of cutCurve
+    size_t m_sortedCuts = 0;         ///< so many were there when they were sorted
+    std::vector<size_t> m_cutCounts; ///< per curve
+    std::vector<Place> m_places;     ///< scratch of cutCurve
     double m_snapping = 0;
     std::vector<Node> m_nodes;
     std::vector<Edge> m_edges;
     std::vector<Share> m_shares;
+    std::vector<Link> m_links;
+    std::vector<Box> m_linkBoxes; ///< per link: box around the control points of the curve that stands for it
+    std::vector<int> m_linkStarts; ///< per contour, and one past the last
     Selection m_selection;
 };
 

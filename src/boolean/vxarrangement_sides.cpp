@@ -1,7 +1,7 @@
 #include "vxarrangement_p.h"
 
-#include "vxintervalindex_p.h"
 #include "vxnumeric_p.h"
+#include "vxruntree_p.h"
 #include "vxtolerance.h"
 
 #include <algorithm>
@@ -13,6 +13,12 @@ namespace {
 
 /** In units of the frame: a curve met this near to the ray's start leaves open on which side it lies. */
 constexpr double undecidedDistance = 1e-9;
+
+/**
+ * In units of the frame: boxes are widened by this, so that what is taken for off the ray, or for in front of
+ * its start, is so for the exact test too. Far above rounding and the distance that leaves a side open.
+ */
+constexpr double boxMargin = 1e-8;
 
 /** Places along an edge that a ray may start from, in the order in which they are tried. */
 constexpr double startTimes[] = { 0.5, 0.381966, 0.618034, 0.236068, 0.763932, 0.145898, 0.854102 };
@@ -27,78 +33,105 @@ struct Piece {
 };
 
 /**
- * Pieces of all edges for rays along one axis. axis is the coordinate that a ray keeps (its level): 1 for
- * rays towards -x, 0 for rays towards -y.
+ * Rays from edges along one axis, towards smaller values. Axis is the coordinate that a ray keeps (its
+ * level): 1 for rays towards -x, 0 for rays towards -y.
+ *
+ * Stretches of a contour that follow each other and lie in front of the ray's start with all their control
+ * points count as much as the chord from the first one's start to the last one's end: each counts +1 or -1
+ * for the ends that it has on two sides of the level, and what is between cancels. A closed contour in front
+ * of the start counts nothing. So only stretches whose boxes hold the start are looked at one by one.
  */
-class RayIndex
+template <int Axis>
+class Rays
 {
 public:
-    RayIndex(const std::vector<Edge> &edges, int axis) : m_edges(edges), m_axis(axis)
+    Rays(const std::vector<Edge> &edges, const std::vector<Node> &nodes, const std::vector<Link> &links,
+         const std::vector<Box> &boxes, const RunTree &tree)
+        : m_edges(edges), m_nodes(nodes), m_links(links), m_boxes(boxes), m_tree(tree)
     {
-        for (int e = 0; e < int(edges.size()); ++e)
-            addPieces(e);
-        std::vector<IntervalIndex::Interval> intervals;
-        intervals.reserve(m_pieces.size());
-        for (const Piece &piece : m_pieces)
-            intervals.push_back(
-                { std::min(piece.value0, piece.value1), std::max(piece.value0, piece.value1) });
-        m_index = IntervalIndex(intervals);
     }
 
     /**
-     * Calls met(edge, rising) for every piece between infinity and the point of edge at time t. False when a
-     * piece passes so near to that point that its side is left open.
+     * Counts what lies between infinity and the point start of an edge at time t: calls
+     * metEdge(edge, rising), and metRow(contour, rising) for stretches in a row that were not looked at.
+     * False when a piece passes so near to that point that its side is left open.
      */
-    template <typename Met>
-    bool cast(int fromEdge, double t, Met &&met) const
+    template <typename MetEdge, typename MetRow>
+    bool cast(int fromEdge, double t, const vxPoint &start, MetEdge &&metEdge, MetRow &&metRow) const
     {
-        const vxPoint start = placeAt(m_edges[size_t(fromEdge)].inFrame, t);
-        const double level = m_axis == 1 ? start.y : start.x;
-        const double limit = m_axis == 1 ? start.x : start.y;
+        const double level = along(start);
+        const double limit = across(start);
+        const double levelLow = level - boxMargin, levelHigh = level + boxMargin;
+        const double limitLow = limit - boxMargin, limitHigh = limit + boxMargin;
+        // Whether a box holds the start; if it lies in front of it, its stretches are counted here.
+        const auto holdsStart = [&](const Box &box, int first, int last) {
+            if (levelHigh < lowest(box) || levelLow > highest(box) || limitHigh < nearest(box))
+                return false;
+            if (limitLow <= farthest(box))
+                return true;
+            const bool startsBeyond = along(m_nodes[size_t(m_links[size_t(first)].node0)].inFrame) > level;
+            const bool endsBeyond = along(m_nodes[size_t(m_links[size_t(last)].node1)].inFrame) > level;
+            if (startsBeyond != endsBeyond)
+                metRow(m_links[size_t(first)].contour, endsBeyond);
+            return false;
+        };
         bool decided = true;
-        m_index.query(level, [&](int index) {
-            const Piece &piece = m_pieces[size_t(index)];
-            // Half-open, so that a vertex on the level counts once, or twice where the outline turns back.
-            if (level == std::max(piece.value0, piece.value1))
-                return;
-            if (piece.edge == fromEdge && piece.t0 < t && t < piece.t1)
-                return;
-            const double off = limit - crossing(piece, level, limit);
-            if (std::fabs(off) < undecidedDistance)
-                decided = false;
-            if (off > 0)
-                met(piece.edge, piece.value1 > piece.value0);
-        });
+        m_tree.walk(
+            { start.x, start.y, start.x, start.y }, 2 * boxMargin,
+            [&](const RunTree::Run &run) { return holdsStart(run.box, run.first, run.last); },
+            [&](int link) {
+                const int edge = m_links[size_t(link)].edge;
+                if (holdsStart(m_boxes[size_t(link)], link, link) && edge != -1)
+                    decided &= lookAt(edge, fromEdge, t, level, limit, metEdge);
+            });
         return decided;
     }
 
 private:
+    static double along(const vxPoint &p) { return Axis == 1 ? p.y : p.x; }
+    static double across(const vxPoint &p) { return Axis == 1 ? p.x : p.y; }
+    static double lowest(const Box &box) { return Axis == 1 ? box.minY : box.minX; }
+    static double highest(const Box &box) { return Axis == 1 ? box.maxY : box.maxX; }
+    static double nearest(const Box &box) { return Axis == 1 ? box.minX : box.minY; }
+    static double farthest(const Box &box) { return Axis == 1 ? box.maxX : box.maxY; }
+
+    /** Counts the pieces of one edge between infinity and the ray's start; false as cast() gives it. */
+    template <typename MetEdge>
+    bool lookAt(int e, int fromEdge, double t, double level, double limit, MetEdge &metEdge) const
+    {
+        const Edge &edge = m_edges[size_t(e)];
+        if (e == fromEdge && (edge.line || isMonotone(edge.inFrame)))
+            return true; // its one piece is where the ray starts
+        double times[4];
+        const int count = edge.line ? wholeCurve(times) : monotoneTimes(edge.inFrame, times);
+        const Box box = hullBox(edge.inFrame);
+        bool decided = true;
+        double end = value(edge.inFrame, times[0]);
+        for (int i = 0; i < count; ++i) {
+            const Piece piece{
+                e, times[i], times[i + 1], end, value(edge.inFrame, times[i + 1]), nearest(box), farthest(box)
+            };
+            end = piece.value1;
+            // Half-open, so that a vertex on the level counts once, or twice where the outline turns back.
+            if (level < std::min(piece.value0, piece.value1) || level >= std::max(piece.value0, piece.value1))
+                continue;
+            if (e == fromEdge && piece.t0 < t && t < piece.t1)
+                continue;
+            const double off = limit - crossing(piece, level, limit);
+            if (std::fabs(off) < undecidedDistance)
+                decided = false;
+            if (off > 0)
+                metEdge(e, piece.value1 > piece.value0);
+        }
+        return decided;
+    }
+
     /** Exact at the ends, so that neighbouring edges meet on one level. */
     double value(const Cubic &c, double t) const
     {
         if (t == 0 || t == 1)
-            return c.v[t == 0 ? m_axis : 6 + m_axis];
-        const vxPoint p = placeAt(c, t);
-        return m_axis == 1 ? p.y : p.x;
-    }
-
-    void addPieces(int e)
-    {
-        const Edge &edge = m_edges[size_t(e)];
-        double times[4];
-        const int count = edge.line ? wholeCurve(times) : monotoneTimes(edge.inFrame, times);
-        const Box box = hullBox(edge.inFrame);
-        for (int i = 0; i < count; ++i) {
-            const Piece piece{ e,
-                               times[i],
-                               times[i + 1],
-                               value(edge.inFrame, times[i]),
-                               value(edge.inFrame, times[i + 1]),
-                               m_axis == 1 ? box.minX : box.minY,
-                               m_axis == 1 ? box.maxX : box.maxY };
-            if (piece.value0 != piece.value1)
-                m_pieces.push_back(piece);
-        }
+            return c.v[t == 0 ? Axis : 6 + Axis];
+        return along(placeAt(c, t));
     }
 
     static int wholeCurve(double times[4])
@@ -109,11 +142,25 @@ private:
     }
 
     /**
+     * Whether a curve is surely one piece, for its control values rise or fall by a good part each. The
+     * derivative's double root that rounding may take for a real one is then well outside [0, 1].
+     */
+    static bool isMonotone(const Cubic &c)
+    {
+        const double q0 = c.v[Axis], q1 = c.v[2 + Axis], q2 = c.v[4 + Axis], q3 = c.v[6 + Axis];
+        const auto steps = std::minmax({ q1 - q0, q2 - q1, q3 - q2 });
+        constexpr double least = 1e-3;
+        constexpr double leastPart = 1e-3;
+        return steps.first > 0 ? steps.first > least && steps.first > leastPart * steps.second
+                               : steps.second < -least && steps.second < leastPart * steps.first;
+    }
+
+    /**
      * Times between which the level coordinate is monotone, 0 and 1 among them; returns the number of pieces.
      */
     int monotoneTimes(const Cubic &c, double times[4]) const
     {
-        const double q0 = c.v[m_axis], q1 = c.v[2 + m_axis], q2 = c.v[4 + m_axis], q3 = c.v[6 + m_axis];
+        const double q0 = c.v[Axis], q1 = c.v[2 + Axis], q2 = c.v[4 + Axis], q3 = c.v[6 + Axis];
         double roots[2];
         const int found =
             solveQuadratic(3 * (q1 - q2) - q0 + q3, 2 * (q0 + q2) - 4 * q1, q1 - q0, roots, 0, 1);
@@ -134,17 +181,15 @@ private:
     {
         const Edge &edge = m_edges[size_t(piece.edge)];
         const Cubic &c = edge.inFrame;
-        const int across = 1 - m_axis;
         if (piece.greatest < limit - undecidedDistance)
             return piece.greatest;
         if (piece.least > limit + undecidedDistance)
             return piece.least;
         if (edge.line)
-            return c.v[across] +
-                   (c.v[6 + across] - c.v[across]) * (level - piece.value0) / (piece.value1 - piece.value0);
+            return across(c.p0()) +
+                   (across(c.p3()) - across(c.p0())) * (level - piece.value0) / (piece.value1 - piece.value0);
         const double t = timeAtLevel(c, piece, level);
-        const vxPoint p = placeAt(c, t);
-        return m_axis == 1 ? p.x : p.y;
+        return across(placeAt(c, t));
     }
 
     /** Bisection with Newton steps: the piece is monotone, so the bracket always holds the one root. */
@@ -159,8 +204,7 @@ private:
             if (off == 0)
                 break;
             ((off > 0) == rising ? hi : lo) = t;
-            const vxPoint d = velocityAt(c, t);
-            double next = t - off / (m_axis == 1 ? d.y : d.x);
+            double next = t - off / along(velocityAt(c, t));
             if (!(next > lo && next < hi))
                 next = (lo + hi) / 2;
             if (std::fabs(next - t) < 1e-16)
@@ -171,9 +215,10 @@ private:
     }
 
     const std::vector<Edge> &m_edges;
-    int m_axis;
-    std::vector<Piece> m_pieces;
-    IntervalIndex m_index;
+    const std::vector<Node> &m_nodes;
+    const std::vector<Link> &m_links;
+    const std::vector<Box> &m_boxes; ///< per link
+    const RunTree &m_tree;
 };
 
 /**
@@ -220,8 +265,9 @@ private:
 
 void Arrangement::findSides()
 {
-    const RayIndex towardsLeft(m_edges, 1);
-    const RayIndex towardsTop(m_edges, 0);
+    const RunTree tree(m_linkBoxes, m_linkStarts);
+    const Rays<1> towardsLeft(m_edges, m_nodes, m_links, m_linkBoxes, tree);
+    const Rays<0> towardsTop(m_edges, m_nodes, m_links, m_linkBoxes, tree);
     Windings windings(m_evenOdd);
     const auto addShares = [&](const Edge &edge, int factor) {
         for (int i = 0; i < edge.shareCount; ++i) {
@@ -240,10 +286,15 @@ void Arrangement::findSides()
             tangent = velocityAt(edge.inFrame, t);
             sideways = std::fabs(tangent.y) >= std::fabs(tangent.x);
             windings.clear();
-            const RayIndex &rays = sideways ? towardsLeft : towardsTop;
-            const bool decided = rays.cast(e, t, [&](int met, bool rising) {
+            const auto metEdge = [&](int met, bool rising) {
                 addShares(m_edges[size_t(met)], rising == sideways ? -1 : 1);
-            });
+            };
+            const auto metRow = [&](int contour, bool rising) {
+                windings.add(m_contours[size_t(contour)].operand, rising == sideways ? -1 : 1);
+            };
+            const vxPoint start = placeAt(edge.inFrame, t);
+            const bool decided = sideways ? towardsLeft.cast(e, t, start, metEdge, metRow)
+                                          : towardsTop.cast(e, t, start, metEdge, metRow);
             if (decided && (tangent.x != 0 || tangent.y != 0))
                 break;
         }

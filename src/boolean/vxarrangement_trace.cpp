@@ -1,5 +1,6 @@
 #include "vxarrangement_p.h"
 
+#include "vxcurvevalues_p.h"
 #include "vxpath.h"
 #include "vxtolerance.h"
 
@@ -27,7 +28,7 @@ public:
             m_leaving[size_t(next[size_t(startOf(kept()[size_t(i)]))]++)] = i;
     }
 
-    std::vector<std::vector<Step>> trace()
+    std::vector<Contour> trace()
     {
         for (int i = 0; i < int(kept().size()); ++i) {
             if (!m_used[size_t(i)])
@@ -93,16 +94,35 @@ private:
         double radius = reach(arriving, true);
         for (int i : m_choices)
             radius = std::min(radius, reach(kept()[size_t(i)], false));
-        const double back = angleAt(arriving, true, radius);
+        // Roughly first: only turns that come out nearly alike, or nearly none, need the last digits.
+        const int choice = tightest(arriving, radius, 16);
+        return choice != -1 ? choice : tightest(arriving, radius, finest);
+    }
+
+    /**
+     * The choice with the least turn, from directions found with so many halvings; -1 where fewer than the
+     * finest leave it open.
+     */
+    int tightest(const Step &arriving, double radius, int halvings) const
+    {
+        const Direction back = directionAt(arriving, true, radius, halvings);
         int best = -1;
         double leastTurn = 0;
+        double leastMargin = 0;
         for (int i : m_choices) {
-            double turn = back - angleAt(kept()[size_t(i)], false, radius);
+            const Direction out = directionAt(kept()[size_t(i)], false, radius, halvings);
+            double turn = back.angle - out.angle;
             while (turn <= 0)
                 turn += 2 * M_PI;
+            const double margin = back.margin + out.margin;
+            const bool isOpen = turn < margin || turn > 2 * M_PI - margin ||
+                                (best != -1 && std::fabs(turn - leastTurn) < margin + leastMargin);
+            if (halvings < finest && (isOpen || !(margin < 1)))
+                return -1;
             if (best == -1 || turn < leastTurn) {
                 best = i;
                 leastTurn = turn;
+                leastMargin = margin;
             }
         }
         return best;
@@ -121,21 +141,31 @@ private:
         return placeAt(c, 0.25).getDistance(c.p0());
     }
 
+    /** margin: bound of how far more halvings can still turn it. */
+    struct Direction {
+        double angle, margin;
+    };
+    static constexpr int finest = 50;
+
     /**
      * Direction in which the curve passes the circle around the node: at a distance curves that start alike
      * part.
      */
-    double angleAt(const Step &step, bool atEnd, double radius) const
+    Direction directionAt(const Step &step, bool atEnd, double radius, int halvings) const
     {
         const Cubic c = seenFrom(step, atEnd);
         double lo = 0;
         double hi = 0.25;
-        for (int i = 0; i < 50; ++i) {
+        for (int i = 0; i < halvings; ++i) {
             const double middle = (lo + hi) / 2;
             (placeAt(c, middle).getDistance(c.p0()) < radius ? lo : hi) = middle;
         }
         const vxPoint d = placeAt(c, hi).subtract(c.p0());
-        return std::atan2(d.y, d.x);
+        // The place moves by (hi - lo) |B'| at most. Seen from the node that turns it by less than twice that
+        // over its distance while the quotient is small; the rest of the factor is for rounding.
+        const double speed = 3 * std::max({ c.p0().getDistance(c.p1()), c.p1().getDistance(c.p2()),
+                                            c.p2().getDistance(c.p3()) });
+        return { std::atan2(d.y, d.x), 4 * (hi - lo) * speed / d.getLength() };
     }
 
     const Arrangement &m_a;
@@ -145,7 +175,7 @@ private:
     std::vector<char> m_used;
     /** Per node: place in the walk of the step that leaves it, -1 for none. */
     std::vector<int> m_position;
-    std::vector<std::vector<Step>> m_contours;
+    std::vector<Contour> m_contours;
 };
 
 /**
@@ -154,7 +184,7 @@ private:
 class ContourBuilder
 {
 public:
-    ContourBuilder(const Arrangement &a, const std::vector<Step> &steps) : m_a(a) { joinParts(steps); }
+    ContourBuilder(const Arrangement &a, const Contour &steps) : m_a(a) { joinParts(steps); }
 
     vxPath *build() const
     {
@@ -164,6 +194,29 @@ public:
         path->addFlags(path->getArea(false, true) >= 0 ? vxPath::madeClockwise
                                                        : vxPath::madeCounterClockwise);
         return path;
+    }
+
+    /** The curves that build() would make, without making it where nothing of them would be tidied away. */
+    std::vector<Cubic> curves() const
+    {
+        std::vector<Cubic> result;
+        if (isUntouched()) {
+            const QList<vxSegment *> segments = contourOf(m_parts.front()).path->getSegments();
+            for (int i = 0; i < segments.size(); ++i)
+                result.push_back(cubicBetween(*segments.at(i), *segments.at((i + 1) % segments.size())));
+            return result;
+        }
+        const std::vector<vxSegment> segments = vertices();
+        for (size_t i = 0; i < segments.size(); ++i)
+            result.push_back(cubicBetween(segments[i], segments[(i + 1) % segments.size()]));
+        if (!mayBeReduced(result))
+            return result;
+        result.clear();
+        vxPath *path = build();
+        for (const vxCurve *curve : path->getCurves())
+            result.push_back(curve->_cubic());
+        path->release();
+        return result;
     }
 
 private:
@@ -202,7 +255,7 @@ private:
         a.endNode = b.endNode;
     }
 
-    void joinParts(const std::vector<Step> &steps)
+    void joinParts(const Contour &steps)
     {
         for (const Step &step : steps) {
             const Part part = partOf(step);
@@ -236,23 +289,55 @@ private:
         return p.reversed ? c.reversed() : c;
     }
 
+    std::vector<vxSegment> vertices() const
+    {
+        std::vector<vxSegment> segments;
+        segments.reserve(m_parts.size());
+        for (const Part &p : m_parts)
+            segments.emplace_back(m_a.m_nodes[size_t(p.startNode)].original, vxPoint(), vxPoint());
+        for (size_t i = 0; i < m_parts.size(); ++i) {
+            const Part &p = m_parts[i];
+            if (!hasHandles(m_a.m_curves[size_t(p.curve)].original))
+                continue;
+            const Cubic c = valuesOf(p);
+            segments[i].handleOut = c.p1().subtract(c.p0());
+            segments[(i + 1) % segments.size()].handleIn = c.p2().subtract(c.p3());
+        }
+        return segments;
+    }
+
+    /** Whether vxPath::reduce() may find curves without length, or corners on straight runs. Errs to yes. */
+    static bool mayBeReduced(const std::vector<Cubic> &curves)
+    {
+        if (curves.size() < 3)
+            return true;
+        const Cubic *before = &curves.back();
+        for (const Cubic &c : curves) {
+            const vxPoint in = before->p3().subtract(before->p0());
+            const vxPoint out = c.p3().subtract(c.p0());
+            const double least = 2 * vxTolerance::closeDistance;
+            const double greatestSine = 2 * vxTolerance::angleMargin;
+            const double square = out.dot(out);
+            const double cross = in.cross(out);
+            if (!(square > least * least))
+                return true;
+            if (!(cross * cross > greatestSine * greatestSine * in.dot(in) * square) && isStraight(*before) &&
+                isStraight(c))
+                return true;
+            before = &c;
+        }
+        return false;
+    }
+
     vxPath *assemble() const
     {
         auto *path = new vxPath(nullptr, true);
         QList<vxSegment *> segments;
-        for (const Part &p : m_parts)
-            segments.append(new vxSegment(m_a.m_nodes[size_t(p.startNode)].original, vxPoint(), vxPoint()));
-        const int count = segments.size();
-        for (int i = 0; i < count; ++i) {
-            const Part &p = m_parts[size_t(i)];
-            if (!hasHandles(m_a.m_curves[size_t(p.curve)].original))
-                continue;
-            const Cubic c = valuesOf(p);
-            segments[i]->handleOut = c.p1().subtract(c.p0());
-            segments[(i + 1) % count]->handleIn = c.p2().subtract(c.p3());
-        }
+        for (const vxSegment &vertex : vertices())
+            segments.append(vertex.clone());
         path->addSegments(segments);
-        if (count == 1) // a loop from a point to itself: two segments are what readers of outlines expect
+        if (segments.size() ==
+            1) // a loop from a point to itself: two segments are what readers of outlines expect
             path->getFirstCurve()->divideAtTime(0.5, true);
         path->reduce(true);
         return path;
@@ -262,11 +347,21 @@ private:
     std::vector<Part> m_parts;
 };
 
-QVector<vxPath *> Arrangement::trace() const
+std::vector<Contour> Arrangement::contours() const
+{
+    return ContourTracer(*this).trace();
+}
+
+std::vector<Cubic> Arrangement::curvesOf(const Contour &contour) const
+{
+    return ContourBuilder(*this, contour).curves();
+}
+
+QVector<vxPath *> Arrangement::makePaths(const std::vector<Contour> &contours) const
 {
     QVector<vxPath *> paths;
-    for (const std::vector<Step> &steps : ContourTracer(*this).trace()) {
-        vxPath *path = ContourBuilder(*this, steps).build();
+    for (const Contour &contour : contours) {
+        vxPath *path = ContourBuilder(*this, contour).build();
         if (path->isEmpty())
             path->release();
         else

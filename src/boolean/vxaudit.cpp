@@ -1,6 +1,7 @@
 #include "vxaudit_p.h"
 
 #include "vxarrangement_p.h"
+#include "vxcurvevalues_p.h"
 #include "vxpath.h"
 #include "xpath.h"
 
@@ -44,48 +45,168 @@ bool isOutOfScale(const QVector<const XPath *> &operands)
     return width < leastExtent || least < -greatestCoordinate || greatest > greatestCoordinate;
 }
 
-/** Sums over a set of contours, in the working frame: about a near origin no digits are lost far off. */
-struct Outline {
+/** Curves of a contour in the working frame: about a near origin no digits are lost far off. */
+struct FramedContour {
+    std::vector<Cubic> curves;
     double signedArea = 0;
-    double length = 0;
-    /** Areas of the contours without sign, ascending. */
-    std::vector<double> areas;
 
-    Outline(const QVector<vxPath *> &paths, const Frame &frame)
+    FramedContour(const std::vector<Cubic> &originals, const Frame &frame)
     {
-        for (const vxPath *path : paths) {
-            double area = 0;
-            const QList<vxCurve *> curves = path->getCurves();
-            for (const vxCurve *curve : curves) {
-                const Cubic c = frame.toFrame(curve->_cubic());
-                area += vx::signedArea(c);
-                length += vx::length(c);
-            }
-            signedArea += area;
-            areas.push_back(std::fabs(area));
+        curves.reserve(originals.size());
+        for (const Cubic &original : originals) {
+            curves.push_back(frame.toFrame(original));
+            signedArea += vx::signedArea(curves.back());
         }
-        std::sort(areas.begin(), areas.end());
     }
 };
+
+/** A set of contours. */
+struct Outline {
+    std::vector<FramedContour> contours;
+
+    double signedArea() const
+    {
+        double area = 0;
+        for (const FramedContour &contour : contours)
+            area += contour.signedArea;
+        return area;
+    }
+
+    double length() const
+    {
+        double length = 0;
+        for (const FramedContour &contour : contours) {
+            for (const Cubic &c : contour.curves)
+                length += vx::length(c);
+        }
+        return length;
+    }
+
+    /** By area without sign, ascending. */
+    std::vector<const FramedContour *> bySize() const
+    {
+        std::vector<const FramedContour *> result;
+        result.reserve(contours.size());
+        for (const FramedContour &contour : contours)
+            result.push_back(&contour);
+        std::sort(result.begin(), result.end(), [](const FramedContour *a, const FramedContour *b) {
+            return std::fabs(a->signedArea) < std::fabs(b->signedArea);
+        });
+        return result;
+    }
+};
+
+/**
+ * Bound of the difference of two curves' lengths as vx::length() computes them: its quadrature has positive
+ * weights that sum to 1, so it changes by no more than |B'| does anywhere, which is six times what control
+ * points move by. Infinite where one is straight and measured by its chord.
+ */
+double lengthDifference(const Cubic &a, const Cubic &b)
+{
+    if (isStraight(a) != isStraight(b))
+        return std::numeric_limits<double>::infinity();
+    double square = 0;
+    for (int i = 0; i < 8; i += 2) {
+        const double dx = a.v[i] - b.v[i];
+        const double dy = a.v[i + 1] - b.v[i + 1];
+        square = std::max(square, dx * dx + dy * dy);
+    }
+    return 6 * std::sqrt(square);
+}
+
+/**
+ * Whether two contours are the same curves but for small moves; then difference grows by a bound of the
+ * difference of their lengths, and chords by the lengths of a's chords.
+ */
+bool runAlike(const FramedContour &a, const FramedContour &b, double &difference, double &chords)
+{
+    const size_t count = a.curves.size();
+    if (count == 0 || count != b.curves.size())
+        return false;
+    const vxPoint start = a.curves.front().p0();
+    const bool reversed = (a.signedArea < 0) != (b.signedArea < 0);
+    const auto curveOfB = [&](size_t i) { return reversed ? b.curves[i].reversed() : b.curves[i]; };
+    size_t k = 0;
+    double nearest = std::numeric_limits<double>::infinity();
+    for (size_t i = 0; i < count; ++i) {
+        const double square = start.getDistance(reversed ? b.curves[i].p3() : b.curves[i].p0(), true);
+        if (square < nearest) {
+            nearest = square;
+            k = i;
+        }
+    }
+    for (const Cubic &c : a.curves) {
+        difference += lengthDifference(c, curveOfB(k));
+        chords += c.p0().getDistance(c.p3());
+        k = reversed ? (k == 0 ? count - 1 : k - 1) : (k + 1 == count ? 0 : k + 1);
+    }
+    return true;
+}
+
+Outline outlineOf(const QVector<vxPath *> &paths, const Frame &frame)
+{
+    Outline outline;
+    std::vector<Cubic> curves;
+    for (const vxPath *path : paths) {
+        const QList<vxSegment *> segments = path->getSegments();
+        const int count = path->isClosed() ? segments.size() : segments.size() - 1;
+        curves.clear();
+        for (int i = 0; i < count; ++i)
+            curves.push_back(cubicBetween(*segments.at(i), *segments.at((i + 1) % segments.size())));
+        outline.contours.emplace_back(curves, frame);
+    }
+    return outline;
+}
+
+Outline outlineOf(const std::vector<Contour> &contours, const Arrangement &arrangement)
+{
+    Outline outline;
+    for (const Contour &contour : contours) {
+        const std::vector<Cubic> curves = arrangement.curvesOf(contour);
+        if (!curves.empty())
+            outline.contours.emplace_back(curves, arrangement.frame());
+    }
+    return outline;
+}
+
+/** Whether the lengths agree; contours that were paired by their size are mostly the same curves. */
+bool lengthsAgree(const Outline &traced, const std::vector<const FramedContour *> &tracedBySize,
+                  const Outline &expected, const std::vector<const FramedContour *> &expectedBySize)
+{
+    double difference = 0;
+    double chords = 0;
+    size_t alike = 0;
+    while (alike < tracedBySize.size() &&
+           runAlike(*tracedBySize[alike], *expectedBySize[alike], difference, chords))
+        ++alike;
+    // A tenth of the margin covers rounding, and that a quadrature may fall a little short of the chord.
+    if (alike == tracedBySize.size() && difference <= lengthMargin / 10 * chords)
+        return true;
+    const double length = expected.length();
+    return std::fabs(traced.length() - length) <= lengthMargin * length;
+}
 
 /**
  * Whether the engine traced what the arrangement did: the same area and length in all, in as many contours of
  * the same size (lobes that hang together at a point are contours of their own).
  */
-bool agrees(const QVector<vxPath *> &tracedPaths, const QVector<vxPath *> &expectedPaths,
-            const Arrangement &arrangement, const RunNotes &notes)
+bool agrees(const Outline &traced, const Outline &expected, const Arrangement &arrangement,
+            const RunNotes &notes)
 {
-    const Frame &frame = arrangement.frame();
-    const Outline traced(tracedPaths, frame);
-    const Outline expected(expectedPaths, frame);
-    const double extent = arrangement.extent() * frame.scale;
+    const double scale = arrangement.frame().scale;
+    const double extent = arrangement.extent() * scale;
     const double margin = areaMargin * extent * extent;
-    const double signedArea = arrangement.selection().signedArea * frame.scale * frame.scale;
-    return traced.areas.size() == expected.areas.size() &&
-           std::fabs(traced.signedArea - (notes.counterClockwise ? -signedArea : signedArea)) <= margin &&
-           std::fabs(traced.length - expected.length) <= lengthMargin * expected.length &&
-           std::equal(traced.areas.begin(), traced.areas.end(), expected.areas.begin(),
-                      [margin](double a, double b) { return std::fabs(a - b) <= margin; });
+    const double signedArea = arrangement.selection().signedArea * scale * scale;
+    if (traced.contours.size() != expected.contours.size() ||
+        !(std::fabs(traced.signedArea() - (notes.counterClockwise ? -signedArea : signedArea)) <= margin))
+        return false;
+    const std::vector<const FramedContour *> tracedBySize = traced.bySize();
+    const std::vector<const FramedContour *> expectedBySize = expected.bySize();
+    const auto isAsLarge = [margin](const FramedContour *a, const FramedContour *b) {
+        return std::fabs(std::fabs(a->signedArea) - std::fabs(b->signedArea)) <= margin;
+    };
+    return std::equal(tracedBySize.begin(), tracedBySize.end(), expectedBySize.begin(), isAsLarge) &&
+           lengthsAgree(traced, tracedBySize, expected, expectedBySize);
 }
 
 void releaseAll(const QVector<vxPath *> &paths)
@@ -116,19 +237,24 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, SetOperation ope
         report.verdict = vxBooleanReport::Doubtful;
         return traced;
     }
-    QVector<vxPath *> expected = arrangement.trace();
-    bool same = agrees(traced, expected, arrangement, notes);
+    const Outline outline = outlineOf(traced, arrangement.frame());
+    const auto isTraced = [&](const std::vector<Contour> &contours) {
+        return agrees(outline, outlineOf(contours, arrangement), arrangement, notes);
+    };
+    std::vector<Contour> expected = arrangement.contours();
+    bool same = isTraced(expected);
     if (!same) {
-        releaseAll(expected);
         arrangement.refine(operation);
         report.predictedArea = arrangement.selection().area;
         report.snapping = arrangement.snapping();
-        expected = arrangement.trace();
-        same = agrees(traced, expected, arrangement, notes);
+        expected = arrangement.contours();
+        same = isTraced(expected);
     }
     report.verdict = same ? vxBooleanReport::Audited : vxBooleanReport::Replaced;
-    releaseAll(same ? expected : traced);
-    return same ? traced : expected;
+    if (same)
+        return traced;
+    releaseAll(traced);
+    return arrangement.makePaths(expected);
 }
 
 } // namespace vx

@@ -21,8 +21,27 @@ bool isFarFromChord(const Cubic &c, const vxPoint &p, double slack)
     return d < std::min({ d1, d2, 0.0 }) - slack || d > std::max({ d1, d2, 0.0 }) + slack;
 }
 
+namespace {
+
+/** Whether a point lies farther than distance off the box of the control points; the margin covers rounding.
+ */
+bool isFarFromHull(const Cubic &c, const vxPoint &p, double distance)
+{
+    const double reach = distance * (1 + 1e-9) + closeDistance + 1e-12 * (std::fabs(p.x) + std::fabs(p.y));
+    const double *v = c.v;
+    const double left = p.x - reach, right = p.x + reach, top = p.y - reach, bottom = p.y + reach;
+    return (v[0] < left && v[2] < left && v[4] < left && v[6] < left) ||
+           (v[0] > right && v[2] > right && v[4] > right && v[6] > right) ||
+           (v[1] < top && v[3] < top && v[5] < top && v[7] < top) ||
+           (v[1] > bottom && v[3] > bottom && v[5] > bottom && v[7] > bottom);
+}
+
+} // namespace
+
 double timeNear(const Cubic &c, const vxPoint &point, double &distance)
 {
+    if (isFarFromHull(c, point, distance))
+        return noTime;
     double best = noTime;
     const auto offer = [&](double t) {
         // Newton on (B(t) - p) . B'(t) = 0, with B'' left out: converges wherever the curve is no sharp bend.

@@ -103,8 +103,9 @@ vxWinding countAt(const Place &place, const XPath &a, const XPath &b, int op)
     return winding(piecesOf(a) + piecesOf(b));
 }
 
-/** The sample's count and what it notes, step by step. */
-vxWinding plainCount(vxSegment *start, const XPath &a, const XPath &b, int op, vx::RunNotes &notes)
+/** The sample's count and what it notes, step by step; asked counts the counts that a second one checked. */
+vxWinding plainCount(vxSegment *start, const XPath &a, const XPath &b, int op, vx::RunNotes &notes,
+                     int &asked)
 {
     const Stretch stretch(start);
     const QList<vxCurve *> all = a.getCurves() + b.getCurves();
@@ -122,6 +123,7 @@ vxWinding plainCount(vxSegment *start, const XPath &a, const XPath &b, int op, v
     }
     const vxWinding count = countAt(place, a, b, op);
     if (place.grazes()) {
+        ++asked;
         const auto sound = std::find_if(others.begin(), others.end(), [&](double other) {
             const Place second(stretch, other);
             return isFree(second) && !second.grazes();
@@ -155,7 +157,7 @@ TEST(Samples, count_and_note_what_the_plain_form_does)
                         if (!segment->intersection() && segment->index != 0)
                             continue;
                         vx::RunNotes plainNotes;
-                        const vxWinding plain = plainCount(segment, *a, *b, op, plainNotes);
+                        const vxWinding plain = plainCount(segment, *a, *b, op, plainNotes, grazed);
                         notes = vx::RunNotes();
                         sampler.propagate(segment);
                         ASSERT_EQ(segment->winding, plain.winding) << c.id;
@@ -164,7 +166,6 @@ TEST(Samples, count_and_note_what_the_plain_form_does)
                         ASSERT_EQ(notes.grazedSample, plainNotes.grazedSample) << c.id;
                         ++stretches;
                         moved += notes.movedSample;
-                        grazed += notes.grazedSample;
                     }
                 }
             }
@@ -179,5 +180,5 @@ TEST(Samples, count_and_note_what_the_plain_form_does)
     std::printf("%d stretches, %d moved, %d grazed\n", stretches, moved, grazed);
     EXPECT_GT(stretches, 1000);
     EXPECT_GT(moved, 20);
-    EXPECT_GT(grazed, 5);
+    EXPECT_GT(grazed, 20);
 }

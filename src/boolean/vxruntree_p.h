@@ -1,0 +1,159 @@
+#pragma once
+
+#include "vxboxtree_p.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <vector>
+
+namespace vx {
+
+/**
+ * A tree over pieces that follow each other along contours. Neighbours along a contour lie near each other in
+ * the plane, so runs of consecutive pieces make tight boxes: nothing is sorted, and building costs O(n).
+ * Contours themselves may come in any order; where there are many, a tree of boxes finds those in question.
+ */
+class RunTree
+{
+public:
+    /** Consecutive pieces first to last of one contour. */
+    struct Run {
+        Box box;
+        int first, last;
+        /** Parts of it, one after another; none where the pieces themselves are the parts. */
+        int child, childCount;
+    };
+
+    /** Contour k has the pieces from starts[k] up to starts[k + 1]. */
+    RunTree(const std::vector<Box> &boxes, const std::vector<int> &starts) : m_boxes(boxes)
+    {
+        m_runs.reserve(boxes.size() / 2 + starts.size());
+        for (size_t k = 0; k + 1 < starts.size(); ++k) {
+            if (starts[k] < starts[k + 1])
+                m_runs.push_back({ {}, starts[k], starts[k + 1] - 1, 0, 0 });
+        }
+        m_rootCount = int(m_runs.size());
+        for (int i = 0; i < m_rootCount; ++i)
+            split(i);
+        if (m_rootCount <= scanned)
+            return;
+        m_rootBoxes.reserve(size_t(m_rootCount));
+        for (int i = 0; i < m_rootCount; ++i)
+            m_rootBoxes.push_back(m_runs[size_t(i)].box);
+        m_roots = std::make_unique<BoxTree>(m_rootBoxes);
+    }
+    RunTree(const RunTree &) = delete;
+    RunTree &operator=(const RunTree &) = delete;
+
+    /**
+     * Asks enters(run) about contours that touch box widened by slack, and about the parts of every run that
+     * it says yes to; calls visit(piece) for all pieces of the smallest of these. No particular order.
+     */
+    template <typename Enters, typename Visit>
+    void walk(const Box &box, double slack, Enters &&enters, Visit &&visit) const
+    {
+        const auto walkRoot = [&](int i) {
+            if (enters(m_runs[size_t(i)]))
+                walkRun(m_runs[size_t(i)], enters, visit);
+        };
+        if (!m_roots) {
+            for (int i = 0; i < m_rootCount; ++i)
+                walkRoot(i);
+            return;
+        }
+        m_found.clear();
+        m_roots->query(box, slack, m_found);
+        for (int i : m_found)
+            walkRoot(i);
+    }
+
+    /**
+     * Calls visit(other) for all pieces after piece whose boxes come within slack of its own; those with NaN
+     * come near all.
+     */
+    template <typename Visit>
+    void queryAfter(int piece, double slack, Visit &&visit) const
+    {
+        const Box &box = m_boxes[size_t(piece)];
+        const auto comesNear = [&box, slack](const Box &b) {
+            return !(b.maxX + slack < box.minX || box.maxX + slack < b.minX || b.maxY + slack < box.minY ||
+                     box.maxY + slack < b.minY);
+        };
+        walk(
+            box, slack, [&](const Run &run) { return run.last > piece && comesNear(run.box); },
+            [&](int other) {
+                if (other > piece && comesNear(m_boxes[size_t(other)]))
+                    visit(other);
+            });
+    }
+
+private:
+    /** Up to here looking at all contours costs less than asking a tree. */
+    static constexpr int scanned = 64;
+    /** Parts that a run is split into, and pieces of a run that is not split. */
+    static constexpr int fanOut = 4;
+
+    template <typename Enters, typename Visit>
+    void walkRun(const Run &run, Enters &enters, Visit &visit) const
+    {
+        if (run.childCount == 0) {
+            for (int i = run.first; i <= run.last; ++i)
+                visit(i);
+            return;
+        }
+        for (const Run *part = &m_runs[size_t(run.child)], *end = part + run.childCount; part != end;
+             ++part) {
+            if (enters(*part))
+                walkRun(*part, enters, visit);
+        }
+    }
+
+    void split(int index)
+    {
+        constexpr double infinite = std::numeric_limits<double>::infinity();
+        const Run run = m_runs[size_t(index)];
+        Box box{ infinite, infinite, -infinite, -infinite };
+        if (run.last - run.first < fanOut) {
+            for (int i = run.first; i <= run.last; ++i)
+                include(box, m_boxes[size_t(i)]);
+            m_runs[size_t(index)].box = box;
+            return;
+        }
+        int size = fanOut; // of a part
+        while (size * fanOut <= run.last - run.first)
+            size *= fanOut;
+        const int child = int(m_runs.size());
+        for (int first = run.first; first <= run.last; first += size)
+            m_runs.push_back({ {}, first, std::min(first + size - 1, run.last), 0, 0 });
+        const int childCount = int(m_runs.size()) - child;
+        for (int i = child; i < child + childCount; ++i) {
+            split(i);
+            include(box, m_runs[size_t(i)].box);
+        }
+        m_runs[size_t(index)] = { box, run.first, run.last, child, childCount };
+    }
+
+    static void include(Box &box, const Box &other)
+    {
+        constexpr double infinite = std::numeric_limits<double>::infinity();
+        if (std::isnan(other.minX + other.minY + other.maxX + other.maxY)) {
+            box = { -infinite, -infinite, infinite, infinite };
+            return;
+        }
+        box.minX = std::min(box.minX, other.minX);
+        box.minY = std::min(box.minY, other.minY);
+        box.maxX = std::max(box.maxX, other.maxX);
+        box.maxY = std::max(box.maxY, other.maxY);
+    }
+
+    const std::vector<Box> &m_boxes;
+    std::vector<Run> m_runs; ///< whole contours first
+    int m_rootCount = 0;
+    std::vector<Box> m_rootBoxes;
+    std::unique_ptr<BoxTree> m_roots;
+    mutable std::vector<int> m_found; ///< scratch of walk
+};
+
+} // namespace vx
