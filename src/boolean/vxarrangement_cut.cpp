@@ -53,9 +53,13 @@ bool isWithin(const Box &box, const vxPoint &p, double slack)
            p.y <= box.maxY + slack;
 }
 
-/** Whether two stretches between the same nodes keep within reach of each other. */
-bool runTogether(const Edge &a, const Edge &b, double snapping)
+/**
+ * Whether two stretches between the same nodes keep within reach of each other; areaBetween is set to about
+ * the area between them then.
+ */
+bool runTogether(const Edge &a, const Edge &b, double snapping, double &areaBetween)
 {
+    areaBetween = 0;
     // Ends of one chord, farther apart than the snapping distance: the places below would be found on it to
     // some last places, while reach is a hundredth of that distance at least.
     if (a.line && b.line && a.node0 != a.node1)
@@ -66,12 +70,16 @@ bool runTogether(const Edge &a, const Edge &b, double snapping)
         if (!isWithin(hullBox(b.inFrame), placeAt(a.inFrame, t), reach + closeDistance))
             return false;
     }
-    reach = std::min(reach, togetherFraction * length(a.inFrame));
+    const double total = length(a.inFrame);
+    reach = std::min(reach, togetherFraction * total);
+    double farthest = 0;
     for (double t : times) {
         double distance = reach;
         if (timeNear(b.inFrame, placeAt(a.inFrame, t), distance) == noTime)
             return false;
+        farthest = std::max(farthest, distance);
     }
+    areaBetween = farthest * total;
     return true;
 }
 
@@ -342,14 +350,20 @@ void Arrangement::joinEnds(std::vector<Edge> &all)
     // A stretch ends where the next of its contour starts; the last one's next is the first.
     const auto contourOf = [&](size_t i) { return m_curves[size_t(all[i].curve)].contour; };
     size_t first = 0;
+    m_movedArea = 0;
     for (size_t i = 0; i < all.size(); ++i) {
         Edge &stretch = all[i];
         const bool isLast = i + 1 == all.size() || contourOf(i + 1) != contourOf(i);
         stretch.node1 = all[isLast ? first : i + 1].node0;
         if (isLast)
             first = i + 1;
-        stretch.inFrame = withEnds(stretch.inFrame, m_nodes[size_t(stretch.node0)].inFrame,
-                                   m_nodes[size_t(stretch.node1)].inFrame);
+        const vxPoint &to0 = m_nodes[size_t(stretch.node0)].inFrame;
+        const vxPoint &to1 = m_nodes[size_t(stretch.node1)].inFrame;
+        const vxPoint p0 = stretch.inFrame.p0();
+        const vxPoint p3 = stretch.inFrame.p3();
+        if (p0 != to0 || p3 != to1)
+            m_movedArea += p0.getDistance(p3) * (p0.getDistance(to0) + p3.getDistance(to1)) / 2;
+        stretch.inFrame = withEnds(stretch.inFrame, to0, to1);
     }
 }
 
@@ -391,12 +405,17 @@ void Arrangement::joinStretches(std::vector<Edge> &all)
             continue;
         const auto ends = std::minmax(stretch.node0, stretch.node1);
         int group = -1;
+        double areaBetween = 0;
         for (int k = firsts.first(quint64(ends.first), quint64(ends.second)); k != -1; k = firsts.next(k)) {
             const Edge &first = all[size_t(k)];
+            double area;
             if (std::minmax(first.node0, first.node1) == ends && (group == -1 || k < group) &&
-                runTogether(stretch, first, m_snapping))
+                runTogether(stretch, first, m_snapping, area)) {
                 group = k;
+                areaBetween = area;
+            }
         }
+        m_movedArea += areaBetween;
         if (group == -1) {
             firsts.insert(quint64(ends.first), quint64(ends.second), i);
             group = i;

@@ -157,6 +157,11 @@ public:
     const Selection &selection() const { return m_selection; }
     /** Snapping distance of the solution in the operands' units. */
     double snapping() const { return m_snapping / m_frame.scale; }
+    /**
+     * At least the area, in the operands' square units, by which joining ends and stretches moved the
+     * outlines.
+     */
+    double movedArea() const;
     /** Longer side of the operands' common box, in their units. */
     double extent() const { return m_extent; }
     /** The result's contours, simple ones that touch at nodes at most. */
@@ -178,6 +183,7 @@ private:
     void collect(const QVector<const XPath *> &operands);
     void meet();
     void meetPair(int i, int j);
+    void cutAtPlaces(int i, int j, const TimePairs &found);
     void meetItself(int i);
     void meetEnds(int i, int j);
     void meetThoroughly(const std::vector<char> &accused);
@@ -230,6 +236,7 @@ private:
     std::vector<size_t> m_cutCounts; ///< per curve
     std::vector<Place> m_places;     ///< scratch of cutCurve
     double m_snapping = 0;
+    double m_movedArea = 0; ///< in units of the frame
     std::vector<Node> m_nodes;
     std::vector<Edge> m_edges;
     std::vector<Share> m_shares;

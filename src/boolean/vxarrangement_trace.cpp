@@ -10,6 +10,13 @@
 
 namespace vx {
 
+namespace {
+
+/** Of the square on the drawing's longer side: a vertex that moves the area by more stays. */
+constexpr double straightFraction = 1e-12;
+
+} // namespace
+
 /** Walks the kept edges of a solved arrangement into closed contours that touch at nodes at most. */
 class ContourTracer
 {
@@ -196,7 +203,7 @@ public:
         return path;
     }
 
-    /** The curves that build() would make, without making it where nothing of them would be tidied away. */
+    /** The curves of what build() makes, without making it. */
     std::vector<Cubic> curves() const
     {
         std::vector<Cubic> result;
@@ -209,13 +216,10 @@ public:
         const std::vector<vxSegment> segments = vertices();
         for (size_t i = 0; i < segments.size(); ++i)
             result.push_back(cubicBetween(segments[i], segments[(i + 1) % segments.size()]));
-        if (!mayBeReduced(result))
-            return result;
-        result.clear();
-        vxPath *path = build();
-        for (const vxCurve *curve : path->getCurves())
-            result.push_back(curve->_cubic());
-        path->release();
+        if (result.size() == 1) {
+            result.emplace_back();
+            subdivide(result[0], 0.5, result[0], result[1]);
+        }
         return result;
     }
 
@@ -273,7 +277,8 @@ private:
     bool isUntouched() const
     {
         const ArrangedContour &contour = contourOf(m_parts.front());
-        if (int(m_parts.size()) != contour.curveCount)
+        if (int(m_parts.size()) != contour.curveCount ||
+            contour.path->getSegments().size() != contour.curveCount) // curves without extent were left out
             return false;
         return std::all_of(m_parts.begin(), m_parts.end(), [&](const Part &part) {
             return &contourOf(part) == &contour && part.t0 == 0 && part.t1 == 1 &&
@@ -289,15 +294,50 @@ private:
         return p.reversed ? c.reversed() : c;
     }
 
+    bool isLine(const Part &p) const { return !hasHandles(m_a.m_curves[size_t(p.curve)].original); }
+    vxPoint chordOf(const Part &p) const
+    {
+        return m_a.m_nodes[size_t(p.endNode)].original.subtract(m_a.m_nodes[size_t(p.startNode)].original);
+    }
+
+    /** Whether two parts make one line: the angle alone would let long ones move the area. */
+    bool makeLine(const Part &a, const Part &b) const
+    {
+        if (!isLine(a) || !isLine(b))
+            return false;
+        const vxPoint in = chordOf(a);
+        const vxPoint out = chordOf(b);
+        return in.isCollinear(out) && in.dot(out) > 0 &&
+               std::fabs(in.cross(out)) <= straightFraction * m_a.m_extent * m_a.m_extent;
+    }
+
+    /** The parts with those that make one line joined. */
+    std::vector<Part> straightened() const
+    {
+        std::vector<Part> parts;
+        for (const Part &p : m_parts) {
+            if (!parts.empty() && makeLine(parts.back(), p))
+                parts.back().endNode = p.endNode;
+            else
+                parts.push_back(p);
+        }
+        if (parts.size() > 1 && makeLine(parts.back(), parts.front())) {
+            parts.front().startNode = parts.back().startNode;
+            parts.pop_back();
+        }
+        return parts;
+    }
+
     std::vector<vxSegment> vertices() const
     {
+        const std::vector<Part> parts = straightened();
         std::vector<vxSegment> segments;
-        segments.reserve(m_parts.size());
-        for (const Part &p : m_parts)
+        segments.reserve(parts.size());
+        for (const Part &p : parts)
             segments.emplace_back(m_a.m_nodes[size_t(p.startNode)].original, vxPoint(), vxPoint());
-        for (size_t i = 0; i < m_parts.size(); ++i) {
-            const Part &p = m_parts[i];
-            if (!hasHandles(m_a.m_curves[size_t(p.curve)].original))
+        for (size_t i = 0; i < parts.size(); ++i) {
+            const Part &p = parts[i];
+            if (isLine(p))
                 continue;
             const Cubic c = valuesOf(p);
             segments[i].handleOut = c.p1().subtract(c.p0());
@@ -306,40 +346,13 @@ private:
         return segments;
     }
 
-    /** Whether vxPath::reduce() may find curves without length, or corners on straight runs. Errs to yes. */
-    static bool mayBeReduced(const std::vector<Cubic> &curves)
-    {
-        if (curves.size() < 3)
-            return true;
-        const Cubic *before = &curves.back();
-        for (const Cubic &c : curves) {
-            const vxPoint in = before->p3().subtract(before->p0());
-            const vxPoint out = c.p3().subtract(c.p0());
-            const double least = 2 * vxTolerance::closeDistance;
-            const double greatestSine = 2 * vxTolerance::angleMargin;
-            const double square = out.dot(out);
-            const double cross = in.cross(out);
-            if (!(square > least * least))
-                return true;
-            if (!(cross * cross > greatestSine * greatestSine * in.dot(in) * square) && isStraight(*before) &&
-                isStraight(c))
-                return true;
-            before = &c;
-        }
-        return false;
-    }
-
     vxPath *assemble() const
     {
         auto *path = new vxPath(nullptr, true);
-        QList<vxSegment *> segments;
-        for (const vxSegment &vertex : vertices())
-            segments.append(vertex.clone());
-        path->addSegments(segments);
-        if (segments.size() ==
-            1) // a loop from a point to itself: two segments are what readers of outlines expect
+        path->_setOutline(vertices());
+        // A loop from a point to itself: two segments are what readers of outlines expect.
+        if (path->_segments().size() == 1)
             path->getFirstCurve()->divideAtTime(0.5, true);
-        path->reduce(true);
         return path;
     }
 

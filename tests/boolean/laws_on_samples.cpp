@@ -1,6 +1,7 @@
 #include "support/shapes.h"
 
 #include "area.h"
+#include "vxbooleanreport.h"
 #include "vxmatrix.h"
 
 #include <gtest/gtest.h>
@@ -20,6 +21,7 @@ namespace {
 /** All four results for one case, by operation code: 1 intersect, 2 unite, 3 subtract, 4 exclude. */
 struct Results {
     XPathPtr a, b, of[5];
+    vxBooleanReport reports[5];
 
     Results(
         const std::string &dataA, const std::string &dataB,
@@ -29,7 +31,7 @@ struct Results {
         change(*a);
         change(*b);
         for (int op = 1; op <= 4; ++op)
-            of[op].reset(XPath::computeBoolean(a.get(), b.get(), op));
+            of[op].reset(XPath::computeBoolean(a.get(), b.get(), op, reports[op]));
     }
 };
 
@@ -61,7 +63,7 @@ std::string pathsOf(const Case &c)
 
 TEST(LawsOnSamples, operands_stay_untouched_and_the_same_call_gives_the_same_bits)
 {
-    for (const Case &c : shapes::cases()) {
+    for (const Case &c : shapes::corpusCases()) {
         const XPathPtr a = read(c.a);
         const XPathPtr b = read(c.b);
         for (int op = 1; op <= 4; ++op) {
@@ -88,18 +90,21 @@ TEST(LawsOnSamples, areas_do_not_depend_on_place_scale_start_direction_or_order)
         { "redrawn", redraw, 1, false },
         { "swapped", [](XPath &) {}, 1, true },
     };
-    for (const Case &c : shapes::cases()) {
+    for (const Case &c : shapes::corpusCases()) {
         const Results plain(c.a, c.b);
         const Outline whole(*plain.of[2]);
-        const double box = (whole.high.x - whole.low.x) * (whole.high.y - whole.low.y);
+        const double side = std::max(whole.high.x - whole.low.x, whole.high.y - whole.low.y);
+        // Bundles of curves that only close when ends further apart than this are joined are known no better.
+        const auto isCoarse = [side](const vxBooleanReport &report) { return report.snapping > 1e-7 * side; };
         for (const auto &row : rows) {
             const Results changed(row.swapped ? c.b : c.a, row.swapped ? c.a : c.b, row.change);
             const double factor = row.scale * row.scale;
             for (int op = 1; op <= 4; ++op) {
                 if (row.swapped && op == 3)
                     continue;
+                const double part = isCoarse(plain.reports[op]) ? 2e-7 : 1e-9;
                 EXPECT_NEAR(filledArea(*changed.of[op]), factor * filledArea(*plain.of[op]),
-                            1e-9 * factor * box)
+                            part * factor * side * side)
                     << row.name << ", operation " << op << ", " << pathsOf(c);
             }
         }
@@ -112,7 +117,7 @@ TEST(LawsOnSamples, points_are_in_the_result_when_the_operands_say_so)
     const double offTheOutline = 1e-3;
     int tested = 0;
     int results = 0;
-    for (const Case &c : shapes::cases()) {
+    for (const Case &c : shapes::corpusCases()) {
         const Results found(c.a, c.b);
         const Outline a(*found.a);
         const Outline b(*found.b);

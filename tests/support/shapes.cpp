@@ -3,10 +3,13 @@
 #include "corpus.h"
 #include "pathdata.h"
 
+#include <QDir>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <sstream>
 
 namespace shapes {
@@ -212,24 +215,52 @@ double Outline::area() const
     return sum;
 }
 
+namespace {
+
+void appendCases(const QString &file, std::vector<Case> &result)
+{
+    const auto truth = readTruth(file + ".truth.tsv");
+    for (const CorpusCase &entry : readCorpus(file + ".tsv")) {
+        EXPECT_TRUE(truth.contains(entry.id)) << entry.id.toStdString();
+        const CorpusTruth known = truth.value(entry.id);
+        const auto &areas = known.results; // the union before the intersection
+        result.push_back({ entry.id.toStdString(),
+                           entry.a.toStdString(),
+                           entry.b.toStdString(),
+                           entry.tags.contains("simple"),
+                           { 0, areas[1], areas[0], areas[2], areas[3] } });
+    }
+}
+
+} // namespace
+
 std::vector<Case> cases(const std::vector<std::string> &families)
 {
     std::vector<Case> result;
-    for (const std::string &family : families) {
-        const QString file = QStringLiteral(PZ_TEST_DATA "/") + QString::fromStdString(family);
-        const auto truth = readTruth(file + ".truth.tsv");
-        for (const CorpusCase &entry : readCorpus(file + ".tsv")) {
-            EXPECT_TRUE(truth.contains(entry.id)) << entry.id.toStdString();
-            const CorpusTruth known = truth.value(entry.id);
-            const auto &areas = known.results; // the union before the intersection
-            result.push_back({ entry.id.toStdString(),
-                               entry.a.toStdString(),
-                               entry.b.toStdString(),
-                               entry.tags.contains("simple"),
-                               { 0, areas[1], areas[0], areas[2], areas[3] } });
-        }
-    }
+    for (const std::string &family : families)
+        appendCases(QStringLiteral(PZ_TEST_DATA "/") + QString::fromStdString(family), result);
     return result;
+}
+
+std::vector<Case> corpusCases()
+{
+    const QString folder = qEnvironmentVariable("PZ_CORPUS");
+    if (folder.isEmpty())
+        return cases();
+    std::vector<Case> result;
+    for (const QFileInfo &file : QDir(folder).entryInfoList({ "*.truth.tsv" }, QDir::Files, QDir::Name)) {
+        if (!file.fileName().startsWith("scale-"))
+            appendCases(file.path() + '/' + file.fileName().chopped(int(strlen(".truth.tsv"))), result);
+    }
+    EXPECT_FALSE(result.empty()) << "no NAME.truth.tsv in " << folder.toStdString();
+    return result;
+}
+
+int countFrom(const char *variable, int fallback)
+{
+    bool isNumber = false;
+    const int count = qEnvironmentVariableIntValue(variable, &isNumber);
+    return isNumber ? count : fallback;
 }
 
 } // namespace shapes

@@ -91,4 +91,12 @@ struct Case {
 std::vector<Case> cases(const std::vector<std::string> &families = { "icons", "glyphs", "overlap",
                                                                      "degenerate", "maps" });
 
+/**
+ * The cases of every family in the folder that the environment variable PZ_CORPUS names (NAME.tsv with
+ * NAME.truth.tsv, growing series left out), cases() where it names none. A failure where the folder has none.
+ */
+std::vector<Case> corpusCases();
+/** The number that an environment variable holds, fallback where it holds none. */
+int countFrom(const char *variable, int fallback);
+
 } // namespace shapes
