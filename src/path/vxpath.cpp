@@ -35,12 +35,8 @@ void vxPath::assign(const vxPath &other)
         return;
     closed = other.closed;
     flags = other.flags;
-    QList<vxSegment *> copies;
-    copies.reserve(other.m_segments.size());
-    vxBatch<vxSegment> batch(size_t(other.m_segments.size()));
-    for (const vxSegment *segment : other.m_segments)
-        copies.append(batch.make(*segment));
-    setSegments(copies);
+    setSegments({});
+    appendCopiesOf(other.m_segments);
 }
 
 void vxPath::release()

@@ -287,6 +287,10 @@ public:
 
 private:
     void renumber(int from);
+    /** Appends to a path without curves; originals must not be the path's own list. */
+    void appendCopiesOf(const QList<vxSegment *> &originals);
+    template <typename Original>
+    void appendCopies(size_t count, const Original &original);
     void releaseCurves();
     void insertCurves(int start, int count);
     void removeCurves(int start, int count);

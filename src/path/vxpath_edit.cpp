@@ -85,6 +85,8 @@ QList<vxSegment *> vxPath::addSegments(const QList<vxSegment *> &list, int index
 
 void vxPath::setSegments(const QList<vxSegment *> &list)
 {
+    if (m_segments.isEmpty() && list.isEmpty())
+        return;
     releaseCurves();
     // Freed of this path, segments of the list are taken as they are; the old references end only afterwards.
     QList<vxSegment *> old;
@@ -104,12 +106,29 @@ void vxPath::setSegments(const QList<vxSegment *> &list)
 
 void vxPath::_setOutline(const std::vector<vxSegment> &outline)
 {
-    QList<vxSegment *> segments;
-    segments.reserve(int(outline.size()));
-    vxBatch<vxSegment> batch(outline.size());
-    for (const vxSegment &segment : outline)
-        segments.append(batch.make(segment));
-    setSegments(segments);
+    setSegments({});
+    appendCopies(outline.size(), [&outline](size_t i) -> const vxSegment & { return outline[i]; });
+}
+
+void vxPath::appendCopiesOf(const QList<vxSegment *> &originals)
+{
+    appendCopies(size_t(originals.size()),
+                 [&originals](size_t i) -> const vxSegment & { return *originals.at(int(i)); });
+}
+
+template <typename Original>
+void vxPath::appendCopies(size_t count, const Original &original)
+{
+    m_segments.reserve(m_segments.size() + int(count));
+    vxBatch<vxSegment> batch(count);
+    for (size_t i = 0; i < count; ++i) {
+        vxSegment *copy = batch.make(original(i));
+        copy->addRef();
+        copy->path = this;
+        copy->index = m_segments.size();
+        m_segments.append(copy);
+    }
+    _changed();
 }
 
 // --- removing ---
@@ -236,8 +255,9 @@ void vxPath::_insertDivisions()
     // Of one curve's divisions the last made lies first: each stands directly behind the curve it was cut
     // from.
     std::reverse(m_divisions.begin(), m_divisions.end());
-    std::stable_sort(m_divisions.begin(), m_divisions.end(),
-                     [](const auto &a, const auto &b) { return a.first < b.first; });
+    const auto liesBefore = [](const auto &a, const auto &b) { return a.first < b.first; };
+    if (!std::is_sorted(m_divisions.begin(), m_divisions.end(), liesBefore))
+        std::stable_sort(m_divisions.begin(), m_divisions.end(), liesBefore);
     QList<vxSegment *> segments;
     QList<vxCurve *> curves;
     segments.reserve(m_segments.size() + int(m_divisions.size()));
