@@ -1,6 +1,7 @@
 #include "xpath.h"
 
 #include "vxcurvelocation.h"
+#include "vxintersect_p.h"
 #include "vxintersections_p.h"
 #include "vxlocationowner_p.h"
 #include "vxorderedboxes_p.h"
@@ -46,16 +47,45 @@ bool isOverlapEnd(const vxSegment *segment)
     return segment && segment->intersection() && segment->intersection()->overlap;
 }
 
-/** Whether the middle of a curve lies on another curve of the same shape. */
-bool runsAlongAnother(const vxCurve *curve, const QList<vxCurve *> &curves)
+/** The curves of a shape, to be asked which of them pass through a point. */
+class CurvesByPlace
 {
-    if (!curve)
-        return false;
-    const vxPoint middle = curve->getPointAtTime(0.5);
-    return std::any_of(curves.begin(), curves.end(), [&](const vxCurve *other) {
-        return other != curve && other->getTimeOf(middle) != vxTolerance::noTime;
-    });
-}
+public:
+    explicit CurvesByPlace(const XPath &shape) : m_curves(shape.getCurves()), m_boxes(boxesOf(m_curves)) {}
+
+    /** Whether the middle of a curve lies on another curve of the shape. */
+    bool runsAlongAnother(const vxCurve *curve)
+    {
+        if (!curve)
+            return false;
+        const vxPoint middle = curve->getPointAtTime(0.5);
+        bool runs = false;
+        m_boxes.query({ middle.x, middle.y, middle.x, middle.y }, 0, 0, [&](int i) {
+            const vxCurve *other = m_curves.at(i);
+            runs = runs || (other != curve && vx::timeOf(other->_cubic(), middle) != vxTolerance::noTime);
+        });
+        return runs;
+    }
+
+private:
+    /** So wide that a point outside is farther than closeDistance from the curve, as computed. */
+    static std::vector<vx::Box> boxesOf(const QList<vxCurve *> &curves)
+    {
+        std::vector<vx::Box> boxes;
+        boxes.reserve(size_t(curves.size()));
+        for (const vxCurve *curve : curves) {
+            const vx::Box box = vx::hullBox(curve->_cubic());
+            const double largest = std::max(
+                { std::fabs(box.minX), std::fabs(box.maxX), std::fabs(box.minY), std::fabs(box.maxY) });
+            const double reach = 2 * vxTolerance::closeDistance + 1e-12 * largest;
+            boxes.push_back({ box.minX - reach, box.minY - reach, box.maxX + reach, box.maxY + reach });
+        }
+        return boxes;
+    }
+
+    const QList<vxCurve *> m_curves;
+    vx::OrderedBoxes m_boxes;
+};
 
 /**
  * The segments of divided overlaps that lie inside a stretch that runs along another one. A corner between
@@ -63,14 +93,14 @@ bool runsAlongAnother(const vxCurve *curve, const QList<vxCurve *> &curves)
  */
 std::vector<vxRef<vxSegment>> insideOverlaps(const XPath &shape, const QList<vxCurveLocation *> &divided)
 {
-    const QList<vxCurve *> curves = shape.getCurves();
+    CurvesByPlace curves(shape);
     std::vector<vxRef<vxSegment>> inside;
     for (int i = divided.size() - 1; i >= 0; --i) {
         vxSegment *segment = divided.at(i)->getSegment();
         const vxSegment *previous = segment ? segment->getPrevious() : nullptr;
         if (!isOverlapEnd(previous) || !isOverlapEnd(segment->getNext()))
             continue;
-        if (runsAlongAnother(previous->getCurve(), curves) && runsAlongAnother(segment->getCurve(), curves))
+        if (curves.runsAlongAnother(previous->getCurve()) && curves.runsAlongAnother(segment->getCurve()))
             inside.emplace_back(segment);
     }
     return inside;
