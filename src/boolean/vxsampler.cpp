@@ -218,7 +218,9 @@ bool Sampler::isConfirmed(const vxWinding &winding)
         if (!sample.curve || grazes(sample) || liesOnAnother(sample.point))
             continue;
         const vxWinding other = count(sample);
-        return other.winding == winding.winding && other.contour == winding.contour;
+        // The tracer looks at the contour flag of a union only, where the count alone does not decide.
+        const bool flagMatters = m_op == 2 && winding.winding != 1;
+        return other.winding == winding.winding && (!flagMatters || other.contour == winding.contour);
     }
     return false;
 }

@@ -130,7 +130,8 @@ vxWinding plainCount(vxSegment *start, const XPath &a, const XPath &b, int op, v
         });
         const vxWinding second =
             sound == others.end() ? vxWinding{ -1, false } : countAt(Place(stretch, *sound), a, b, op);
-        notes.grazedSample = second.winding != count.winding || second.contour != count.contour;
+        notes.grazedSample = second.winding != count.winding ||
+                             (op == 2 && count.winding != 1 && second.contour != count.contour);
     }
     return count;
 }
