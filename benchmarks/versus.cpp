@@ -15,7 +15,8 @@ const char usage[] =
     "       pzversus --growth FILE... [--truth FILE...]   time by size over series, growing sizes in order\n"
     "       pzversus --memory FILE...                     peak memory beyond the operands\n"
     "       pzversus --about                              compiler and Qt that it runs with\n"
-    "options: --reps N (7), --limit SECONDS (20), --tags (by tag instead of family), --faults (list them)\n";
+    "options: --reps N (7), --limit SECONDS (20), --tags (by tag instead of family), --faults (list them),\n"
+    "         --fresh (operands that no boolean has seen, instead of standing ones)\n";
 
 struct Arguments {
     QStringList files, truth;
@@ -48,6 +49,8 @@ Arguments parse(const QStringList &words)
             in.byTag = true;
         else if (word == QLatin1String("--faults"))
             in.faults = true;
+        else if (word == QLatin1String("--fresh"))
+            in.options.fresh = true;
         else if (word == QLatin1String("--reps"))
             in.options.reps = positive(word, words.value(++i));
         else if (word == QLatin1String("--limit"))

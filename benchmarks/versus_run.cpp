@@ -102,7 +102,7 @@ private:
     {
         Progress &progress = m_progress[job];
         const VersusOperands operands(caseOf(job).entry);
-        VersusRunner runners[] = { { operands, Ours, operationOf(job) },
+        VersusRunner runners[] = { { operands, Ours, operationOf(job), m_options.fresh },
                                    { operands, Painter, operationOf(job) } };
         for (int rep = 0; rep < std::min(m_options.reps, maxReps); ++rep) {
             for (const Side side : sides) {

@@ -55,6 +55,8 @@ struct VersusOptions {
     int limit = 20; ///< whole seconds for one run of one side
     /** A side that was over the limit is not run on later cases of its series. For series by growing size. */
     bool skipLarger = false;
+    /** New copies of our operands for every run, so that nothing that they keep from the last one serves. */
+    bool fresh = false;
 };
 
 /**

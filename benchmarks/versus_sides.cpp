@@ -38,8 +38,8 @@ VersusOperands::VersusOperands(const CorpusCase &entry)
 {
 }
 
-VersusRunner::VersusRunner(const VersusOperands &operands, Side side, int operation)
-    : m_operands(operands), m_side(side), m_operation(operation)
+VersusRunner::VersusRunner(const VersusOperands &operands, Side side, int operation, bool fresh)
+    : m_operands(operands), m_side(side), m_operation(operation), m_fresh(fresh)
 {
 }
 
@@ -51,9 +51,15 @@ double VersusRunner::run()
     // The last result dies outside the time.
     m_path.reset();
     m_painterPath = QPainterPath();
+    if (m_fresh && m_side == Ours) {
+        m_a.reset(m_operands.ours.a->clone());
+        m_b.reset(m_operands.ours.b->clone());
+    }
+    XPath &a = m_a ? *m_a : *m_operands.ours.a;
+    XPath &b = m_b ? *m_b : *m_operands.ours.b;
     const auto start = Clock::now();
     if (m_side == Ours)
-        m_path = compute(operations[size_t(m_operation)], *m_operands.ours.a, *m_operands.ours.b);
+        m_path = compute(operations[size_t(m_operation)], a, b);
     else
         m_painterPath = painterBoolean(m_operation, m_operands.a, m_operands.b);
     return std::chrono::duration<double, std::micro>(Clock::now() - start).count();

@@ -18,7 +18,8 @@ struct VersusOperands {
 class VersusRunner
 {
 public:
-    VersusRunner(const VersusOperands &operands, Side side, int operation);
+    /** fresh: see VersusOptions. */
+    VersusRunner(const VersusOperands &operands, Side side, int operation, bool fresh = false);
     ~VersusRunner();
 
     /** The operation alone, in microseconds. */
@@ -30,6 +31,9 @@ private:
     const VersusOperands &m_operands;
     const Side m_side;
     const int m_operation;
+    const bool m_fresh;
+    /** Copies of the operands for one run; null where they stand. */
+    std::unique_ptr<XPath> m_a, m_b;
     std::unique_ptr<XPath> m_path;
     QPainterPath m_painterPath;
 };

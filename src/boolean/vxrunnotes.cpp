@@ -26,6 +26,23 @@ bool isNearEnd(const vxCurveLocation &location)
 
 } // namespace
 
+void RunNotes::add(const RunNotes &part)
+{
+    overlap |= part.overlap;
+    touch |= part.touch;
+    shallow |= part.shallow;
+    atVertex |= part.atVertex;
+    selfCrossing |= part.selfCrossing;
+    simplified |= part.simplified;
+    chained |= part.chained;
+    movedSample |= part.movedSample;
+    grazedSample |= part.grazedSample;
+    discardedContour |= part.discardedContour;
+    search.limitReached |= part.search.limitReached;
+    search.nearMiss |= part.search.nearMiss;
+    counterClockwise |= part.counterClockwise;
+}
+
 bool acceptMeeting(vxCurveLocation *location, RunNotes &notes)
 {
     if (isNearEnd(*location) || (location->intersection && isNearEnd(*location->intersection)))

@@ -5,6 +5,9 @@
 #include <QList>
 #include <QVector>
 
+#include <optional>
+#include <vector>
+
 class XPath;
 class vxCurveLocation;
 class vxPath;
@@ -48,6 +51,8 @@ struct RunNotes {
      */
     bool counterClockwise = false;
 
+    /** Takes over what another run, of a part, has met. */
+    void add(const RunNotes &part);
     bool any() const
     {
         return overlap || touch || shallow || atVertex || selfCrossing || simplified || chained ||
@@ -67,8 +72,20 @@ void noteChains(const QList<vxCurveLocation *> &locations, RunNotes &notes);
  */
 void dropRepeated(XPath &path);
 
+/** Where cleaning puts a contour, by its number among those that there were, and which way round it runs. */
+struct ContourPlacement {
+    int contour;
+    bool clockwise;
+};
+
 // The steps of the engine that XPath offers without notes.
-void resolveCrossings(XPath &path, RunNotes &notes);
+/**
+ * If path has no crossings and overlaps of its own, what was done to its contours; none if they stayed as
+ * they were.
+ */
+std::optional<std::vector<ContourPlacement>> resolveCrossings(XPath &path, RunNotes &notes);
+/** Does the same to contours of which it is known; none: nothing. */
+void placeContours(XPath &path, const std::vector<ContourPlacement> &placements);
 QVector<vxPath *> tracePaths(const QList<vxSegment *> &segments, int op, RunNotes &notes);
 
 } // namespace vx

@@ -1,5 +1,5 @@
 // The boolean engine. computeBoolean runs these steps:
-//  1. copy both operands and clean each of its own crossings (preparePath, resolveCrossings);
+//  1. copy both operands and clean each of its own crossings (cleanCopy);
 //  2. turn the second so that both wind alike (unite, intersect) or against each other (subtract, exclude);
 //  3. find the crossings of the two and divide the curves there (getCrossings, divideLocations);
 //  4. give every stretch between crossings the winding count of its middle (Sampler);
@@ -11,6 +11,7 @@
 
 #include "vxarrangement_p.h"
 #include "vxaudit_p.h"
+#include "vxcleancopy_p.h"
 #include "vxcurvelocation.h"
 #include "vxintersections_p.h"
 #include "vxlocationowner_p.h"
@@ -23,67 +24,9 @@ namespace {
 
 enum Operation { Intersect = 1, Unite = 2, Subtract = 3, Exclude = 4 };
 
-constexpr quint32 overlapsOnly = 4;
-constexpr quint32 validOverlapsOnly = 8;
-
 bool isEmpty(const XPath *path)
 {
     return !path || path->children.isEmpty();
-}
-
-/**
- * Square path units, as part of the area around: leaving out vertices moved the outline if the area moved by
- * more.
- */
-constexpr double simplifiedFraction = 1e-12;
-
-int countSegments(const XPath &path)
-{
-    int count = 0;
-    for (const vxPath *child : path.children)
-        count += child->_segments().size();
-    return count;
-}
-
-/** Whether areas are numbers: sums of products of coordinates that neither overflow nor are NaN. */
-bool hasFiniteArea(const XPath &path)
-{
-    constexpr double largest = 1e100;
-    const auto isModerate = [](const vxPoint &p) {
-        return std::fabs(p.x) <= largest && std::fabs(p.y) <= largest;
-    };
-    for (const vxPath *child : path.children) {
-        for (const vxSegment *s : child->_segments()) {
-            if (!isModerate(s->point) || !isModerate(s->handleIn) || !isModerate(s->handleOut))
-                return false;
-        }
-    }
-    return true;
-}
-
-/** Whether a reduced copy fills another area than its original. */
-bool movedArea(const XPath &original, const XPath &copy)
-{
-    // Reducing changes nothing but where it drops a segment.
-    if (countSegments(original) == countSegments(copy) && hasFiniteArea(copy))
-        return false;
-    const auto areaOf = [](const XPath &path) {
-        double sum = 0;
-        for (const vxPath *child : path.children)
-            sum += std::fabs(child->getArea(false, true));
-        return sum;
-    };
-    const vxRect box = original.getBounds(vxBoundOpt::geometric(), vxStyle());
-    return !(std::fabs(areaOf(original) - areaOf(copy)) <= simplifiedFraction * box.getArea());
-}
-
-XPath *prepare(const XPath *path, vx::RunNotes &notes)
-{
-    XPath *copy = XPath::preparePath(path, false);
-    notes.simplified = notes.simplified || (path && movedArea(*path, *copy));
-    vx::dropRepeated(*copy);
-    vx::resolveCrossings(*copy, notes);
-    return copy;
 }
 
 /** The children of a working copy, which lets go of them: count 0, the caller's. */
@@ -109,7 +52,7 @@ QVector<vxPath *> contoursWithEmpty(XPath *path1, XPath *path2, int op, vx::RunN
         kept = path1;
     else if (op == Unite || op == Exclude)
         kept = isEmpty(path1) ? path2 : path1;
-    const std::unique_ptr<XPath> copy(prepare(kept, notes));
+    const std::unique_ptr<XPath> copy(vx::cleanCopy(kept, notes));
     return takeChildren(*copy);
 }
 
@@ -119,9 +62,9 @@ class BooleanRun
 public:
     BooleanRun(XPath *path1, XPath *path2, int op, vx::RunNotes &notes) : m_op(op), m_notes(notes)
     {
-        m_path1.reset(prepare(path1, notes));
+        m_path1.reset(vx::cleanCopy(path1, notes));
         if (path2 && path2 != path1)
-            m_path2.reset(prepare(path2, notes));
+            m_path2.reset(vx::cleanCopy(path2, notes));
         orient();
         divide();
     }
@@ -161,7 +104,7 @@ private:
                 continue;
             for (vxPath *child : qAsConst(path->children)) {
                 m_segments += child->_segments();
-                child->addFlags(overlapsOnly | validOverlapsOnly);
+                child->addFlags(vx::overlapsOnly | vx::validOverlapsOnly);
             }
         }
     }
@@ -184,11 +127,11 @@ private:
     {
         if (segment->intersection() && segment->intersection()->overlap)
             return;
-        segment->path->removeFlags(overlapsOnly);
+        segment->path->removeFlags(vx::overlapsOnly);
         const bool inResult =
             m_op == Intersect ? segment->winding == 2 : m_op >= Unite && segment->winding == 1;
         if (inResult)
-            segment->path->removeFlags(validOverlapsOnly);
+            segment->path->removeFlags(vx::validOverlapsOnly);
     }
 
     int m_op;
@@ -288,17 +231,6 @@ void XPath::propagateWinding(vxSegment *start, XPath *path1, XPath *path2, const
     vx::RunNotes notes;
     if (start && path1)
         vx::Sampler(path1, path2, monos, op, notes).propagate(start);
-}
-
-XPath *XPath::preparePath(const XPath *path, bool resolve)
-{
-    XPath *copy = path ? path->clone() : new XPath;
-    for (vxPath *child : qAsConst(copy->children))
-        child->removeFlags(overlapsOnly | validOverlapsOnly);
-    copy->reduce(true);
-    if (resolve)
-        copy->resolveCrossings();
-    return copy;
 }
 
 XPath *XPath::createResult(const QVector<vxPath *> &paths, bool simplify, XPath *, XPath *)

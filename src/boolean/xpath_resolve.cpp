@@ -130,32 +130,29 @@ class Nesting
 {
 public:
     Nesting(const QVector<vxPath *> &paths, bool evenOdd)
-        : m_evenOdd(evenOdd), m_paths(largestFirst(paths)), m_boxes(boxesOf(m_paths))
+        : m_evenOdd(evenOdd), m_order(largestFirst(paths)), m_paths(inOrder(paths, m_order)),
+          m_boxes(boxesOf(m_paths))
     {
         for (const vxPath *path : qAsConst(m_paths))
             m_windings.append(path->isClockwise() ? 1 : -1);
         m_excluded.fill(false, paths.size());
     }
 
-    /** The contours that stay, largest bounds first. */
-    QVector<vxPath *> orient()
+    /** The contours that stay, largest bounds first; orients them as it finds what they lie in. */
+    std::vector<vx::ContourPlacement> orient()
     {
         // The container keeps its first child clockwise; turning it only later would part it from the others.
-        m_paths.first()->setClockwise(true);
-        QVector<vxPath *> items{ m_paths.first() };
+        place(0, true);
         for (int i = 1; i < m_paths.size(); ++i) {
             const vxPath *container = findContainer(i);
-            if (m_excluded.at(i))
-                continue;
-            m_paths.at(i)->setClockwise(container ? !container->isClockwise()
-                                                  : m_paths.first()->isClockwise());
-            items.append(m_paths.at(i));
+            if (!m_excluded.at(i))
+                place(i, container ? !container->isClockwise() : m_paths.first()->isClockwise());
         }
-        return items;
+        return m_placements;
     }
 
 private:
-    static QVector<vxPath *> largestFirst(const QVector<vxPath *> &paths)
+    static std::vector<int> largestFirst(const QVector<vxPath *> &paths)
     {
         std::vector<double> areas;
         for (const vxPath *path : paths)
@@ -164,11 +161,22 @@ private:
         std::iota(order.begin(), order.end(), 0);
         std::stable_sort(order.begin(), order.end(),
                          [&areas](int a, int b) { return areas[size_t(a)] > areas[size_t(b)]; });
+        return order;
+    }
+
+    static QVector<vxPath *> inOrder(const QVector<vxPath *> &paths, const std::vector<int> &order)
+    {
         QVector<vxPath *> sorted;
         sorted.reserve(paths.size());
         for (int i : order)
             sorted.append(paths.at(i));
         return sorted;
+    }
+
+    void place(int i, bool clockwise)
+    {
+        m_paths.at(i)->setClockwise(clockwise);
+        m_placements.push_back({ m_order[size_t(i)], clockwise });
     }
 
     /** The contours before i whose boxes hold a point, from the smallest: no other can contain it. */
@@ -206,11 +214,23 @@ private:
     }
 
     const bool m_evenOdd;
+    const std::vector<int> m_order;
     const QVector<vxPath *> m_paths;
     vx::OrderedBoxes m_boxes;
     QVector<qint32> m_windings;
     QVector<bool> m_excluded;
+    std::vector<vx::ContourPlacement> m_placements;
 };
+
+/** The contours that placements name, in their order. */
+QVector<vxPath *> placed(const QVector<vxPath *> &paths, const std::vector<vx::ContourPlacement> &placements)
+{
+    QVector<vxPath *> kept;
+    kept.reserve(int(placements.size()));
+    for (const vx::ContourPlacement &placement : placements)
+        kept.append(paths.at(placement.contour));
+    return kept;
+}
 
 /** One clean-up of a compound path. */
 class Resolver
@@ -241,12 +261,18 @@ public:
             for (vxPath *path : qAsConst(paths))
                 traced.emplace_back(path);
         }
-        if (paths.size() > 1)
-            m_path.setChildren(Nesting(paths, m_path.evenOdd).orient());
-        else if (m_hasCrossings)
+        if (paths.size() > 1) {
+            m_placements = Nesting(paths, m_path.evenOdd).orient();
+            m_path.setChildren(placed(paths, m_placements));
+        } else if (m_hasCrossings) {
             m_path.setChildren(paths);
+        }
         clearLinks();
     }
+
+    bool metNothing() const { return !m_hasOverlaps && !m_hasCrossings; }
+    /** How the contours were nested; empty where there were not several. */
+    const std::vector<vx::ContourPlacement> &placements() const { return m_placements; }
 
 private:
     bool accept(vxCurveLocation *location)
@@ -282,6 +308,7 @@ private:
     XPath &m_path;
     vx::RunNotes &m_notes;
     std::vector<vxRef<vxSegment>> m_held;
+    std::vector<vx::ContourPlacement> m_placements;
     bool m_hasOverlaps = false;
     bool m_hasCrossings = false;
 };
@@ -293,10 +320,24 @@ bool PathSort(const vxPath *a, const vxPath *b)
     return a && b && boundsArea(*a) > boundsArea(*b);
 }
 
-void vx::resolveCrossings(XPath &path, RunNotes &notes)
+std::optional<std::vector<vx::ContourPlacement>> vx::resolveCrossings(XPath &path, RunNotes &notes)
 {
-    if (!path.children.isEmpty())
-        Resolver(path, notes).run();
+    if (path.children.isEmpty())
+        return std::vector<ContourPlacement>();
+    Resolver resolver(path, notes);
+    resolver.run();
+    if (!resolver.metNothing())
+        return std::nullopt;
+    return resolver.placements();
+}
+
+void vx::placeContours(XPath &path, const std::vector<ContourPlacement> &placements)
+{
+    if (placements.empty())
+        return;
+    for (const ContourPlacement &placement : placements)
+        path.children.at(placement.contour)->setClockwise(placement.clockwise);
+    path.setChildren(placed(path.children, placements));
 }
 
 XPath *XPath::resolveCrossings()

@@ -1,5 +1,6 @@
 #include "xpath.h"
 
+#include "vxcleancopy_p.h"
 #include "vxcurvelocation.h"
 #include "vxref_p.h"
 #include "vxrunnotes_p.h"
@@ -13,8 +14,6 @@ using namespace vxTolerance;
 
 namespace {
 
-constexpr quint32 overlapsOnly = 4;
-constexpr quint32 validOverlapsOnly = 8;
 /** Contours of at most this many segments and no area are leftovers of numerical noise. */
 constexpr int maxDegenerateSegments = 8;
 
@@ -103,13 +102,13 @@ private:
         if (!isValid(segment, true))
             return false;
         const vxCurveLocation *inter = segment->intersection();
-        return segment->path->isFlags(validOverlapsOnly) || !inter || !inter->overlap;
+        return segment->path->isFlags(vx::validOverlapsOnly) || !inter || !inter->overlap;
     }
 
     /** Two contours that are the same outline everywhere: the result is one of them, or nothing. */
     void takeIdenticalContours(const vxSegment *segment)
     {
-        if (segment->visited || !segment->path->isFlags(overlapsOnly) || !segment->intersection())
+        if (segment->visited || !segment->path->isFlags(vx::overlapsOnly) || !segment->intersection())
             return;
         const vxPath *path = segment->path;
         const vxSegment *partner = segmentOf(segment->intersection());
@@ -186,7 +185,7 @@ private:
                 segment->visited = true;
                 break;
             }
-            if (segment->path->isFlags(validOverlapsOnly) && !isValid(segment))
+            if (segment->path->isFlags(vx::validOverlapsOnly) && !isValid(segment))
                 break;
             if (m_outline.empty()) {
                 m_start = segment;

@@ -13,7 +13,11 @@
 #include <QVector>
 
 #include <functional>
+#include <memory>
 
+namespace vx {
+class CleanUp;
+}
 class vxCurve;
 class vxCurveLocation;
 
@@ -165,6 +169,12 @@ public:
     /** A new compound path (the caller's) of the given paths, reduced when simplify is set. */
     static XPath *createResult(const QVector<vxPath *> &paths, bool simplify, XPath *path1, XPath *path2);
 
+    // --- internal ---
+
+    /** What cleaning a copy for a boolean came to; null unless one asked. It tells itself whether it holds.
+     */
+    std::shared_ptr<const vx::CleanUp> &_cleanUp() const { return m_cleanUp; }
+
     // --- data ---
 
     /** Fill rule: even-odd (as painter paths unless told otherwise) or nonzero. */
@@ -175,6 +185,8 @@ private:
     void renumber(int from);
     void orientAdded(const QVector<vxPath *> &added);
     void orientRemaining();
+
+    mutable std::shared_ptr<const vx::CleanUp> m_cleanUp;
 };
 
 /**

@@ -1,0 +1,174 @@
+#include "vxcleancopy_p.h"
+
+#include "vxrunnotes_p.h"
+#include "xpath.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+namespace vx {
+
+namespace {
+
+/** All that cleaning asks of a contour: a version stands for its geometry. */
+struct ContourState {
+    explicit ContourState(const vxPath &path)
+        : id(path.id), version(path.version), flags(path.flags), closed(path.isClosed())
+    {
+    }
+    bool operator==(const ContourState &other) const
+    {
+        return id == other.id && version == other.version && flags == other.flags && closed == other.closed;
+    }
+
+    quint32 id;
+    quint32 version;
+    decltype(vxPath::flags) flags;
+    bool closed;
+};
+
+} // namespace
+
+/** What cleaning came to for an operand that has no crossings of its own. */
+class CleanUp
+{
+public:
+    CleanUp(const XPath &original, bool isReduced, const RunNotes &notes,
+            std::vector<ContourPlacement> placements)
+        : m_evenOdd(original.evenOdd), m_isReduced(isReduced), m_notes(notes),
+          m_skipsSixes(vxPath::m_isClloutOpt), m_placements(std::move(placements))
+    {
+        m_states.reserve(size_t(original.children.size()));
+        for (const vxPath *child : original.children)
+            m_states.emplace_back(*child);
+    }
+
+    /** Whether nothing has changed since. */
+    bool holdsFor(const XPath &original) const
+    {
+        return m_evenOdd == original.evenOdd && m_skipsSixes == vxPath::m_isClloutOpt &&
+               m_states.size() == size_t(original.children.size()) &&
+               std::equal(m_states.begin(), m_states.end(), original.children.begin(),
+                          [](const ContourState &state, const vxPath *child) {
+                              return state == ContourState(*child);
+                          });
+    }
+    /** Whether the original is as reducing leaves it. */
+    bool isReduced() const { return m_isReduced; }
+    const RunNotes &notes() const { return m_notes; }
+    const std::vector<ContourPlacement> &placements() const { return m_placements; }
+
+private:
+    bool m_evenOdd;
+    bool m_isReduced;
+    RunNotes m_notes;
+    /** The application's switch, on which the search for crossings depended. */
+    bool m_skipsSixes;
+    std::vector<ContourPlacement> m_placements;
+    std::vector<ContourState> m_states;
+};
+
+namespace {
+
+/**
+ * Square path units, as part of the area around: leaving out vertices moved the outline if the area moved by
+ * more.
+ */
+constexpr double simplifiedFraction = 1e-12;
+
+bool haveSameCount(const XPath &a, const XPath &b)
+{
+    const auto countSegments = [](const XPath &path) {
+        int count = 0;
+        for (const vxPath *child : path.children)
+            count += child->_segments().size();
+        return count;
+    };
+    return a.children.size() == b.children.size() && countSegments(a) == countSegments(b);
+}
+
+/** Whether areas are numbers: sums of products of coordinates that neither overflow nor are NaN. */
+bool hasFiniteArea(const XPath &path)
+{
+    constexpr double largest = 1e100;
+    const auto isModerate = [](const vxPoint &p) {
+        return std::fabs(p.x) <= largest && std::fabs(p.y) <= largest;
+    };
+    for (const vxPath *child : path.children) {
+        for (const vxSegment *s : child->_segments()) {
+            if (!isModerate(s->point) || !isModerate(s->handleIn) || !isModerate(s->handleOut))
+                return false;
+        }
+    }
+    return true;
+}
+
+/** Whether a reduced copy fills another area than its original. */
+bool movedArea(const XPath &original, const XPath &copy, bool isSame)
+{
+    if (isSame && hasFiniteArea(copy))
+        return false;
+    const auto areaOf = [](const XPath &path) {
+        double sum = 0;
+        for (const vxPath *child : path.children)
+            sum += std::fabs(child->getArea(false, true));
+        return sum;
+    };
+    const vxRect box = original.getBounds(vxBoundOpt::geometric(), vxStyle());
+    return !(std::fabs(areaOf(original) - areaOf(copy)) <= simplifiedFraction * box.getArea());
+}
+
+XPath *workingCopy(const XPath &path)
+{
+    XPath *copy = path.clone();
+    for (vxPath *child : qAsConst(copy->children))
+        child->removeFlags(overlapsOnly | validOverlapsOnly);
+    return copy;
+}
+
+XPath *repeat(const CleanUp &known, const XPath &path)
+{
+    XPath *copy = workingCopy(path);
+    if (!known.isReduced()) {
+        copy->reduce(true);
+        dropRepeated(*copy);
+    }
+    placeContours(*copy, known.placements());
+    return copy;
+}
+
+} // namespace
+
+XPath *cleanCopy(const XPath *path, RunNotes &notes)
+{
+    if (!path)
+        return new XPath;
+    std::shared_ptr<const CleanUp> &known = path->_cleanUp();
+    if (known && known->holdsFor(*path)) {
+        notes.add(known->notes());
+        return repeat(*known, *path);
+    }
+    XPath *copy = workingCopy(*path);
+    copy->reduce(true);
+    RunNotes own;
+    // Reducing changes nothing but where it drops a segment.
+    const bool isReduced = haveSameCount(*path, *copy);
+    own.simplified = movedArea(*path, *copy, isReduced);
+    dropRepeated(*copy);
+    const auto placements = resolveCrossings(*copy, own);
+    known = placements ? std::make_shared<CleanUp>(*path, isReduced, own, *placements) : nullptr;
+    notes.add(own);
+    return copy;
+}
+
+} // namespace vx
+
+XPath *XPath::preparePath(const XPath *path, bool resolve)
+{
+    XPath *copy = path ? vx::workingCopy(*path) : new XPath;
+    copy->reduce(true);
+    if (resolve)
+        copy->resolveCrossings();
+    return copy;
+}

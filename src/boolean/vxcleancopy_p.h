@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QtGlobal>
+
+class XPath;
+
+namespace vx {
+
+struct RunNotes;
+
+/** Flags of a contour while a boolean runs: all its stretches are overlaps; and none is in the result. */
+constexpr quint32 overlapsOnly = 4;
+constexpr quint32 validOverlapsOnly = 8;
+
+/**
+ * A working copy of an operand (null: an empty one), reduced and cleaned of its own crossings; the caller's.
+ *
+ * Shape tools ask again and again with an operand that stands while another one moves. So one that has no
+ * crossings of its own keeps what cleaning came to (XPath::_cleanUp), and as long as none of its contours
+ * changes the next copy is made by that alone: the same copy to the last bit, and the same notes.
+ */
+XPath *cleanCopy(const XPath *path, RunNotes &notes);
+
+} // namespace vx
