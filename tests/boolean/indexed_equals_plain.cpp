@@ -82,7 +82,7 @@ bool operator==(const vxWinding &a, const vxWinding &b)
 TEST(IndexedEqualsPlain, winding_counts)
 {
     std::vector<XPathPtr> paths;
-    for (const char *family : { "icons", "glyphs", "overlap", "degenerate", "maps" })
+    for (const char *family : { "icons", "glyphs", "overlap", "degenerate", "maps", "hard" })
         paths.push_back(heap(family));
     paths.push_back(field(20));
     for (const shapes::Case &c : shapes::cases())

@@ -2,6 +2,7 @@
 
 #include "area.h"
 #include "vxbooleanreport.h"
+#include "vxcurvelocation.h"
 #include "vxmatrix.h"
 
 #include <gtest/gtest.h>
@@ -107,6 +108,18 @@ TEST(LawsOnSamples, areas_do_not_depend_on_place_scale_start_direction_or_order)
                             part * factor * side * side)
                     << row.name << ", operation " << op << ", " << pathsOf(c);
             }
+        }
+    }
+}
+
+TEST(LawsOnSamples, outlines_do_not_cross_themselves_or_each_other)
+{
+    for (const Case &c : shapes::cases()) {
+        const Results found(c.a, c.b);
+        for (int op = 1; op <= 4; ++op) {
+            const QList<vxCurveLocation *> crossings = found.of[op]->getCrossings(nullptr);
+            EXPECT_TRUE(crossings.isEmpty()) << "operation " << op << ", " << pathsOf(c);
+            vxCurveLocation::releaseAll(crossings);
         }
     }
 }

@@ -89,7 +89,7 @@ struct Case {
 
 /** The cases of some families; a failure where one has no areas. */
 std::vector<Case> cases(const std::vector<std::string> &families = { "icons", "glyphs", "overlap",
-                                                                     "degenerate", "maps" });
+                                                                     "degenerate", "maps", "hard" });
 
 /**
  * The cases of every family in the folder that the environment variable PZ_CORPUS names (NAME.tsv with
