@@ -14,6 +14,8 @@ namespace {
 
 /** Of the square on the drawing's longer side: a vertex that moves the area by more stays. */
 constexpr double straightFraction = 1e-12;
+/** Of the same square: a hair of more area stays. */
+constexpr double hairFraction = 1e-10;
 
 } // namespace
 
@@ -73,10 +75,30 @@ private:
 
     void closeLoop(std::vector<Step> &walk, int first)
     {
-        m_contours.emplace_back(walk.begin() + first, walk.end());
-        for (const Step &step : m_contours.back())
+        Contour loop(walk.begin() + first, walk.end());
+        for (const Step &step : loop)
             m_position[size_t(startOf(step))] = -1;
         walk.resize(size_t(first));
+        if (!isHair(loop))
+            m_contours.push_back(std::move(loop));
+    }
+
+    /**
+     * Whether a loop encloses nothing but what snapping left between two stretches that run along each other:
+     * cut at different places, they were not made one.
+     */
+    bool isHair(const Contour &loop) const
+    {
+        double area = 0;
+        double length = 0;
+        for (const Step &step : loop) {
+            const Cubic &c = edgeOf(step).inFrame;
+            area += step.reversed ? -vx::signedArea(c) : vx::signedArea(c);
+            length += c.p0().getDistance(c.p1()) + c.p1().getDistance(c.p2()) + c.p2().getDistance(c.p3());
+        }
+        const double square = std::pow(m_a.m_extent * m_a.m_frame.scale, 2);
+        const double rounding = 1e-15 * square * double(loop.size());
+        return std::fabs(area) <= std::min(m_a.m_snapping * length + rounding, hairFraction * square);
     }
 
     /**
