@@ -77,6 +77,12 @@ public:
             left = m_onLeft;
             right = m_onRight;
         }
+        return combine(left, right);
+    }
+
+    /** What the sums of windings on both sides of a point make of it. */
+    static vxWinding combine(int left, int right)
+    {
         return { std::max(std::abs(left), std::abs(right)), (left == 0) != (right == 0) };
     }
 

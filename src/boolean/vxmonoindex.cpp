@@ -42,10 +42,15 @@ public:
      */
     const std::vector<int> &outlinesThatCount(const vxPoint &point, double slack)
     {
+        return outlinesThatCount({ point.x, point.y, point.x, point.y }, slack);
+    }
+    /** The same of any point in a box. */
+    const std::vector<int> &outlinesThatCount(const Box &around, double slack)
+    {
         m_found.clear();
         const auto take = [this](int outline) { m_found.push_back(outline); };
-        m_boxes.query({ point.x, point.y, point.x, point.y }, std::max(slack, 2 * closeDistance), 0, take);
-        m_unsure.query(point.y, [&](int i) { take(m_unsureOutlines[size_t(i)]); });
+        m_boxes.query(around, std::max(slack, 2 * closeDistance), 0, take);
+        m_unsure.query(around.minY, around.maxY, [&](int i) { take(m_unsureOutlines[size_t(i)]); });
         std::sort(m_found.begin(), m_found.end());
         m_found.erase(std::unique(m_found.begin(), m_found.end()), m_found.end());
         return m_found;
@@ -278,6 +283,21 @@ void MonoIndex::findNearLevel(const vxPoint &point, double slack, std::vector<in
 {
     found.clear();
     visitNearLevel(point, slack, 0, size(), [&found](int i) { found.push_back(i); });
+}
+
+void MonoIndex::countClearly(const vxCurve *own, const std::vector<vxCurve *> &curves, int second,
+                             ClearCount &count) const
+{
+    const Box &box = count.box();
+    const auto meets = [&box](const Box &other) { return other.minY <= box.maxY && box.minY <= other.maxY; };
+    const auto visit = [&](int i) {
+        const Piece &piece = m_pieces[size_t(i)];
+        count.visit(piece.mono, piece.passage, m_reaches[i], curves[size_t(piece.curve)] == own, i >= second);
+    };
+    if (Spread *many = spread())
+        visitOutlines(many->outlinesThatCount(box, 0), 0, size(), meets, visit);
+    else
+        m_reaches.query(0, size(), meets, visit);
 }
 
 void MonoIndex::visitLevel(const vxPoint &point, int first, int last, LevelCount &count) const

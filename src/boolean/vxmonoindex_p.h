@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vxboxruns_p.h"
+#include "vxclearcount_p.h"
 #include "vxintervalindex_p.h"
 #include "vxlevelcount_p.h"
 #include "vxmono.h"
@@ -12,6 +13,7 @@
 #include <memory>
 #include <vector>
 
+class vxCurve;
 class vxPath;
 
 namespace vx {
@@ -50,6 +52,12 @@ public:
      * left out.
      */
     void findNearLevel(const vxPoint &point, double slack, std::vector<int> &found) const;
+    /**
+     * Counts for a place on one of the appended curves, which are listed; pieces from second on are the
+     * second operand's.
+     */
+    void countClearly(const vxCurve *own, const std::vector<vxCurve *> &curves, int second,
+                      ClearCount &count) const;
     /** winding(), not horizontal, of a point whose pieces findNearLevel() found. */
     vxWinding winding(const vxPoint &point, const std::vector<int> &nearLevel, int first, int last) const;
     /** Reach of a piece: its levels from end to end, and the width of its control points. */

@@ -41,6 +41,37 @@ double guessRoot(const PowerForm &f, double t, double accuracy)
 
 } // namespace
 
+Side sideAcrossChord(Cubic piece, const Box &box)
+{
+    const vxPoint center((box.minX + box.maxX) / 2, (box.minY + box.maxY) / 2);
+    const double halfWidth = (box.maxX - box.minX) / 2;
+    const double halfHeight = (box.maxY - box.minY) / 2;
+    constexpr int halvings = 4;
+    for (int i = 0;; ++i) {
+        const double *v = piece.v;
+        const double dx = v[6] - v[0];
+        const double dy = v[7] - v[1];
+        // Distances to the right of the chord, all scaled by its length.
+        const auto off = [&](double x, double y) { return dy * (x - v[0]) - dx * (y - v[1]); };
+        const double off1 = off(v[2], v[3]);
+        const double off2 = off(v[4], v[5]);
+        const double boxOff = off(center.x, center.y);
+        const double boxWidth = halfWidth * std::fabs(dy) + halfHeight * std::fabs(dx);
+        if (boxOff + boxWidth < std::min({ off1, off2, 0.0 }))
+            return dy > 0 ? Side::Right : Side::Left;
+        if (boxOff - boxWidth > std::max({ off1, off2, 0.0 }))
+            return dy > 0 ? Side::Left : Side::Right;
+        if (i == halvings)
+            return Side::Unsure;
+        Cubic first, second;
+        subdivide(piece, 0.5, first, second);
+        const double middle = second.v[1];
+        if (!(box.maxY < middle || box.minY > middle))
+            return Side::Unsure;
+        piece = (box.maxY < middle) == (v[1] < middle) ? first : second;
+    }
+}
+
 // On a passage the height rises or falls all the way, and the solver's root was never seen farther off the
 // level than 2e-15 of the largest coordinate. So when the curve is clearly below the level at one time and
 // clearly above at another, the root lies between; the two are chosen so near each other that x changes by

@@ -62,6 +62,12 @@ enum class Side { Left, On, Right, Unsure };
 /** Of the one crossing where the level of a point passes a piece, if its bounds do not say it. */
 Side sideByBracket(const vxMono &piece, const Box &reach, const vxPoint &point);
 
+/**
+ * Where a monotone piece lies from a box, at all of the box's levels, each of which passes it. Told by lines
+ * along chords that leave the piece on one side and the box on the other.
+ */
+Side sideAcrossChord(Cubic piece, const Box &box);
+
 /** Of the crossing of a piece with the level through a point; Unsure: it has to be solved for. */
 inline Side sideOfCrossing(const vxMono &piece, const Passage &passage, const Box &reach,
                            const vxPoint &point)

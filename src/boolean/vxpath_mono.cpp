@@ -48,7 +48,7 @@ int vx::monotonePieces(const Cubic &c, vxMono pieces[3])
     const double y0 = c.v[1], y1 = c.v[3], y2 = c.v[5], y3 = c.v[7];
     double roots[2];
     int count = 0;
-    if (!isMonotone(y0, y1, y2, y3) && !isStraight(c))
+    if (!isMonotone(y0, y1, y2, y3) && !surelyHasNoExtremum(y0, y1, y2, y3) && !isStraight(c))
         count = solveQuadratic(3 * (y1 - y2) - y0 + y3, 2 * (y0 + y2) - 4 * y1, y1 - y0, roots, timeMargin,
                                timeUpper);
     if (count <= 0) {

@@ -4,6 +4,7 @@
 #include "vxcurvelocation.h"
 #include "vxintersect_p.h"
 #include "vxnearness_p.h"
+#include "vxsharedborder_p.h"
 #include "vxtolerance.h"
 
 #include <algorithm>
@@ -66,13 +67,15 @@ void Sampler::Chain::follow(vxSegment *start)
 {
     links.clear();
     length = 0;
+    if (!start->path)
+        return;
+    const QList<vxCurve *> &curves = start->path->_curves();
     vxSegment *segment = start;
     do {
-        vxCurve *curve = segment->getCurve();
-        if (curve) {
-            const double curveLength = curve->getLength();
-            links.push_back({ segment, curve, curveLength });
-            length += curveLength;
+        const int i = segment->index;
+        if (vxCurve *curve = i >= 0 && i < curves.size() ? curves.at(i) : segment->getCurve()) {
+            links.push_back({ segment, curve, curve->getLength() });
+            length += links.back().length;
         }
         segment = segment->getNext();
     } while (segment && !segment->intersection() && segment != start);
@@ -152,11 +155,19 @@ bool Sampler::isCurveThrough(int curve, const vxPoint &point) const
            passesThrough(candidate->_cubic(), point, m_pieces.largestCoordinate());
 }
 
+/**
+ * How far off the reach of its pieces a curve may still pass through a point: it leaves that reach by
+ * closeDistance where it counts as straight, and by a millionth of a millionth of its size where an extremum
+ * counts as its end; passesThrough() adds closeDistance.
+ */
+double Sampler::reachOfCurves() const
+{
+    return 4 * closeDistance + 1e-11 * m_pieces.largestCoordinate();
+}
+
 bool Sampler::liesOnAnother(const vxPoint &point)
 {
-    // A curve leaves the reach of its pieces by closeDistance where it counts as straight, and by a millionth
-    // of a millionth of its size where an extremum counts as its end; passesThrough() adds closeDistance.
-    const double slack = 4 * closeDistance + 1e-11 * m_pieces.largestCoordinate();
+    const double slack = reachOfCurves();
     m_pieces.findNearLevel(point, slack, m_nearLevel);
     const bool nearPieces = std::any_of(m_nearLevel.begin(), m_nearLevel.end(), [&](int i) {
         const Box &reach = m_pieces.reach(i);
@@ -168,30 +179,8 @@ bool Sampler::liesOnAnother(const vxPoint &point)
            std::any_of(others.begin(), others.end(), [&](int i) { return isCurveThrough(i, point); });
 }
 
-/**
- * The middle of the stretch; where that lies on another contour (a circle inscribed in its square, a corner
- * on an edge) a winding would say nothing, so the first other place that lies on none. A stretch that runs
- * along another has no such place and keeps its middle.
- */
-Sampler::Sample Sampler::chooseSample()
-{
-    const Sample middle = sampleAt(m_chain.length / 2);
-    if (!middle.curve || !liesOnAnother(middle.point))
-        return middle;
-    m_notes.movedSample = true;
-    for (double fraction : otherFractions) {
-        const Sample sample = sampleAt(m_chain.length * fraction);
-        if (sample.curve && !liesOnAnother(sample.point))
-            return sample;
-    }
-    m_pieces.findNearLevel(middle.point, 0, m_nearLevel);
-    return middle;
-}
-
 vxWinding Sampler::count(const Sample &sample)
 {
-    if (!sample.curve)
-        return {};
     const auto windingOf = [&](int first, int last) {
         return sample.horizontal ? m_pieces.winding(sample.point, true, first, last)
                                  : m_pieces.winding(sample.point, m_nearLevel, first, last);
@@ -208,6 +197,74 @@ vxWinding Sampler::count(const Sample &sample)
 }
 
 /**
+ * The count at a sample that is no doubtful place, where every other outline passes it clearly on one side:
+ * what liesOnAnother() denies and count() then gives, by looking once at the pieces on its level. False where
+ * it is not that clear.
+ */
+bool Sampler::countClearly(const Sample &sample, vxWinding &winding) const
+{
+    // Up to here, rounding moves a crossing of an outline that is not nearly level by far less than
+    // closeDistance; see ClearCount.
+    constexpr double largest = 1e4;
+    if (m_listedPieces || !m_pieces.curvesWithoutReach().empty() ||
+        !(m_pieces.largestCoordinate() <= largest) || sample.horizontal || grazes(sample))
+        return false;
+    const double slack = reachOfCurves();
+    const vxPoint &p = sample.point;
+    ClearCount count({ p.x - slack, p.y - slack, p.x + slack, p.y + slack });
+    m_pieces.countClearly(sample.curve, m_curves, m_secondPiece, count);
+    if (!count.isClear())
+        return false;
+    if (asksForSides() && belongsTo(sample.curve, m_path1) && count.windingIn(true) != 0)
+        winding = {};
+    else if (asksForSides() && belongsTo(sample.curve, m_path2) && count.windingIn(false) == 0)
+        winding = {};
+    else
+        winding = count.result();
+    return true;
+}
+
+/** The count at a sample; false where that lies on another outline, so that a count would say nothing. */
+bool Sampler::countIfFree(const Sample &sample, vxWinding &winding)
+{
+    if (countClearly(sample, winding))
+        return true;
+    if (liesOnAnother(sample.point))
+        return false;
+    winding = count(sample);
+    return true;
+}
+
+/**
+ * Whether the stretch is one curve that surely runs along another from end to end, so that no place of it is
+ * free of others. The two meet where the stretch starts.
+ */
+bool Sampler::isShared() const
+{
+    if (m_chain.links.size() != 1)
+        return false;
+    const vxCurve *own = m_chain.links.front().curve;
+    const vxPoint end = own->getPoint2();
+    const auto endsWith = [&](const vxSegment *vertex) {
+        return vertex && vertex->point.isClose(end, closeDistance);
+    };
+    const auto isAlong = [&](const vxCurve *other) {
+        return other && other != own && (belongsTo(other, m_path1) || belongsTo(other, m_path2)) &&
+               runsAlong(own->_cubic(), other->_cubic());
+    };
+    for (const vxCurveLocation *met = own->segment1()->intersection(); met; met = met->next) {
+        const vxSegment *vertex = met->segment;
+        if (!vertex || !vertex->path)
+            continue;
+        const vxSegment *before = vertex->getPrevious();
+        if ((endsWith(vertex->getNext()) && isAlong(vertex->getCurve())) ||
+            (endsWith(before) && isAlong(before->getCurve())))
+            return true;
+    }
+    return false;
+}
+
+/**
  * Whether another place of the stretch, where no ray grazes anything, has the same count. A stretch has one
  * count from end to end, so that this settles one that was taken at a vertex or an extremum.
  */
@@ -215,9 +272,9 @@ bool Sampler::isConfirmed(const vxWinding &winding)
 {
     for (double fraction : otherFractions) {
         const Sample sample = sampleAt(m_chain.length * fraction);
-        if (!sample.curve || grazes(sample) || liesOnAnother(sample.point))
+        vxWinding other;
+        if (!sample.curve || grazes(sample) || !countIfFree(sample, other))
             continue;
-        const vxWinding other = count(sample);
         // The tracer looks at the contour flag of a union only, where the count alone does not decide.
         const bool flagMatters = m_op == 2 && winding.winding != 1;
         return other.winding == winding.winding && (!flagMatters || other.contour == winding.contour);
@@ -225,13 +282,47 @@ bool Sampler::isConfirmed(const vxWinding &winding)
     return false;
 }
 
+/** The first place off the middle that lies on no other outline, and its count; false where there is none. */
+bool Sampler::countElsewhere(Sample &sample, vxWinding &winding)
+{
+    for (double fraction : otherFractions) {
+        sample = sampleAt(m_chain.length * fraction);
+        if (sample.curve && countIfFree(sample, winding))
+            return true;
+    }
+    return false;
+}
+
+/**
+ * The count at the middle of the stretch; where that lies on another contour (a circle inscribed in its
+ * square, a corner on an edge) a winding would say nothing, so at the first other place that lies on none. A
+ * stretch that runs along another has no such place and keeps its middle. Notes what makes the count
+ * doubtful.
+ */
+vxWinding Sampler::countStretch()
+{
+    const Sample middle = sampleAt(m_chain.length / 2);
+    const bool shared = isShared();
+    Sample sample = middle;
+    vxWinding winding;
+    if (middle.curve && (shared || !countIfFree(middle, winding))) {
+        m_notes.movedSample = true;
+        if (shared || !countElsewhere(sample, winding)) {
+            sample = middle;
+            if (!middle.horizontal)
+                m_pieces.findNearLevel(middle.point, 0, m_nearLevel);
+            winding = count(middle);
+        }
+    }
+    if (grazes(sample) && (shared || !isConfirmed(winding)))
+        m_notes.grazedSample = true;
+    return winding;
+}
+
 void Sampler::propagate(vxSegment *start)
 {
     m_chain.follow(start);
-    const Sample sample = chooseSample();
-    const vxWinding winding = count(sample);
-    if (grazes(sample) && !isConfirmed(winding))
-        m_notes.grazedSample = true;
+    const vxWinding winding = countStretch();
     for (auto link = m_chain.links.rbegin(); link != m_chain.links.rend(); ++link) {
         link->segment->winding = winding.winding;
         link->segment->contour = winding.contour;

@@ -54,12 +54,18 @@ private:
     void reserve();
     void appendCurves(const XPath &path);
     Sample sampleAt(double distance) const;
-    Sample chooseSample();
-    bool isConfirmed(const vxWinding &winding);
+    bool isShared() const;
+    double reachOfCurves() const;
     bool liesOnAnother(const vxPoint &point);
     bool isCurveThrough(int curve, const vxPoint &point) const;
     bool asksForSides() const { return m_op == 3 && m_path2; }
+    /** At a sample for which m_nearLevel was found, unless it is horizontal. */
     vxWinding count(const Sample &sample);
+    bool countClearly(const Sample &sample, vxWinding &winding) const;
+    bool countIfFree(const Sample &sample, vxWinding &winding);
+    bool countElsewhere(Sample &sample, vxWinding &winding);
+    bool isConfirmed(const vxWinding &winding);
+    vxWinding countStretch();
 
     const XPath *m_path1;
     const XPath *m_path2;

@@ -112,9 +112,12 @@ private:
     void sample()
     {
         vx::Sampler sampler(m_path1.get(), m_path2.get(), m_op, m_notes);
+        const vxSegment *previous = nullptr; // several places at one vertex follow each other
         for (vxCurveLocation *location : qAsConst(m_locations)) {
-            if (vxSegment *segment = location->segmentM())
+            vxSegment *segment = location->segmentM();
+            if (segment && segment != previous)
                 sampler.propagate(segment);
+            previous = segment;
         }
         for (vxSegment *segment : qAsConst(m_segments)) {
             if (segment->winding == -1)

@@ -71,11 +71,6 @@ double integrateSpeed(const Speed &speed, double a, double b)
     return order == 16 ? integrate16(speed, a, b) : vx::integrate(speed, a, b, order);
 }
 
-bool isChord(const vx::Cubic &c)
-{
-    return c.v[2] == c.v[0] && c.v[3] == c.v[1] && c.v[4] == c.v[6] && c.v[5] == c.v[7];
-}
-
 /** Length of a straight curve between two times; its speed is uneven, so the part is cut out. */
 double straightLength(vx::Cubic c, double a, double b)
 {

@@ -84,8 +84,18 @@ bool isLinear(const Cubic &c);
 bool isLinear(const vxLine &line, const vxPoint &h1, const vxPoint &h2);
 /** A control point differs from its end point by more than machineZero in a coordinate. */
 bool hasHandles(const Cubic &c);
+/** The control points sit on the ends, number for number. */
+inline bool isChord(const Cubic &c)
+{
+    return c.v[2] == c.v[0] && c.v[3] == c.v[1] && c.v[4] == c.v[6] && c.v[5] == c.v[7];
+}
 bool isFlatEnough(const Cubic &c, double flatness);
 
+/**
+ * Whether control values rise or fall all the way, so steeply that solving for an extremum between timeMargin
+ * and timeUpper finds none. Quick; false where it is not sure.
+ */
+bool surelyHasNoExtremum(double q0, double q1, double q2, double q3);
 /** Extends min and max by the values that coordinate q takes on the curve; see vxCurve::addBounds. */
 void addBounds(double q0, double q1, double q2, double q3, double padding, double &min, double &max);
 /** Tight bounds. */

@@ -37,7 +37,13 @@ public:
     template <typename Visit>
     void query(double value, Visit &&visit) const
     {
-        descend(0, int(m_sorted.size()), value, visit);
+        query(value, value, visit);
+    }
+    /** The same for every interval that shares a value with [from, to]. */
+    template <typename Visit>
+    void query(double from, double to, Visit &&visit) const
+    {
+        descend(0, int(m_sorted.size()), from, to, visit);
     }
 
 private:
@@ -54,16 +60,16 @@ private:
     }
 
     template <typename Visit>
-    void descend(int first, int last, double value, Visit &visit) const
+    void descend(int first, int last, double from, double to, Visit &visit) const
     {
         while (first < last) {
             const int middle = (first + last) / 2;
-            if (m_greatest[size_t(middle)] < value)
+            if (m_greatest[size_t(middle)] < from)
                 return;
-            descend(first, middle, value, visit);
-            if (m_sorted[size_t(middle)].lo > value)
+            descend(first, middle, from, to, visit);
+            if (m_sorted[size_t(middle)].lo > to)
                 return;
-            if (m_sorted[size_t(middle)].hi >= value)
+            if (m_sorted[size_t(middle)].hi >= from)
                 visit(m_items[size_t(middle)]);
             first = middle + 1;
         }

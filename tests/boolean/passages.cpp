@@ -81,6 +81,37 @@ TEST(Passages, count_as_the_solved_crossing)
     EXPECT_GT(decided, count / 3);
 }
 
+TEST(Passages, lie_beside_a_box_on_the_side_of_their_crossings)
+{
+    shapes::Random random(12);
+    int told = 0;
+    constexpr int pieces = 30000;
+    for (int i = 0; i < pieces; ++i) {
+        const vxMono piece = randomPiece(random);
+        const vx::Cubic c = vx::cubicOf(piece);
+        const vx::Passage passage = vx::passageOf(piece, vx::reachOf(piece));
+        const vxPoint on = vx::pointAt(c, random.between(0, 1));
+        const double size = 8e-7 * std::pow(10, random.between(0, 4));
+        const double x = on.x + size * random.between(-4, 4);
+        const vx::Box box{ x - size, on.y - size, x + size, on.y + size };
+        if (!(passage.low < box.minY && box.maxY < passage.high))
+            continue;
+        const vx::Side side = vx::sideAcrossChord(c, box);
+        if (side == vx::Side::Unsure)
+            continue;
+        ++told;
+        for (double y : { box.minY, on.y, box.maxY }) {
+            double roots[3];
+            ASSERT_EQ(vx::timesAtCoordinate(c, 1, y, roots, 0, 1), 1) << i;
+            const double crossing = vx::pointAt(c, roots[0]).x;
+            ASSERT_EQ(side, crossing < x ? vx::Side::Left : vx::Side::Right) << i;
+            ASSERT_TRUE(crossing < box.minX || crossing > box.maxX) << i;
+        }
+    }
+    std::printf("%d of %d told by chords\n", told, pieces);
+    EXPECT_GT(told, pieces / 10);
+}
+
 TEST(Passages, leave_doubtful_pieces_to_the_solver)
 {
     const auto hasPassage = [](const std::string &values) {

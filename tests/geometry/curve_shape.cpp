@@ -1,10 +1,40 @@
 #include "vxcubic_p.h"
+#include "vxnumeric_p.h"
+#include "vxtolerance.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 
 namespace {
+
+TEST(CurveShape, values_that_surely_rise_or_fall_have_no_extremum)
+{
+    std::mt19937 engine(4);
+    const auto between = [&engine](double low, double high) {
+        return low + (high - low) * (engine() / 4294967296.0);
+    };
+    int sure = 0;
+    for (int i = 0; i < 200000; ++i) {
+        const double first = between(-1, 1) * std::pow(10, between(-7, 6));
+        const double step = std::pow(10, between(-7, 3)) * (i % 2 == 0 ? 1 : -1);
+        // Level at the ends, all but evenly spaced, or anyhow.
+        const double uneven = std::pow(10, between(-15, 0));
+        double q[4] = { first, first, 0, 0 };
+        q[1] += i % 3 == 0 ? 0 : step * (i % 3 == 1 ? 1 + uneven : between(0, 1));
+        q[2] = q[1] + step;
+        q[3] = q[2] + (i % 5 == 0 ? 0 : step * (i % 3 == 1 ? 1 + uneven * between(-1, 1) : between(0, 1)));
+        if (!vx::surelyHasNoExtremum(q[0], q[1], q[2], q[3]))
+            continue;
+        ++sure;
+        double roots[2];
+        ASSERT_LE(vx::solveQuadratic(3 * (q[1] - q[2]) - q[0] + q[3], 2 * (q[0] + q[2]) - 4 * q[1],
+                                     q[1] - q[0], roots, vxTolerance::timeMargin, vxTolerance::timeUpper),
+                  0)
+            << i;
+    }
+    EXPECT_GT(sure, 50000);
+}
 
 TEST(CurveShape, straight_or_not)
 {
