@@ -40,13 +40,6 @@ Cubic withEnds(const Cubic &c, const vxPoint &p0, const vxPoint &p3)
     return Cubic::fromPoints(p0, c.p1().add(p0.subtract(c.p0())), c.p2().add(p3.subtract(c.p3())), p3);
 }
 
-/** Bound of |B'(t)|. */
-double greatestSpeed(const Cubic &c)
-{
-    return 3 *
-           std::max({ c.p0().getDistance(c.p1()), c.p1().getDistance(c.p2()), c.p2().getDistance(c.p3()) });
-}
-
 bool isWithin(const Box &box, const vxPoint &p, double slack)
 {
     return p.x >= box.minX - slack && p.x <= box.maxX + slack && p.y >= box.minY - slack &&
@@ -54,8 +47,19 @@ bool isWithin(const Box &box, const vxPoint &p, double slack)
 }
 
 /**
+ * How near a stretch must keep to another to run with it. Its length matters for short ones alone: computed,
+ * too, it is no less than the chord, since positive weights that are exact for B' make it so.
+ */
+double reachOf(const Cubic &c, double snapping)
+{
+    const double reach = togetherFactor * snapping;
+    const bool isLong = togetherFraction * c.p0().getDistance(c.p3()) > 1.001 * reach;
+    return isLong ? reach : std::min(reach, togetherFraction * length(c));
+}
+
+/**
  * Whether two stretches between the same nodes keep within reach of each other; areaBetween is set to about
- * the area between them then.
+ * the area between them then, at least.
  */
 bool runTogether(const Edge &a, const Edge &b, double snapping, double &areaBetween)
 {
@@ -64,22 +68,21 @@ bool runTogether(const Edge &a, const Edge &b, double snapping, double &areaBetw
     // some last places, while reach is a hundredth of that distance at least.
     if (a.line && b.line && a.node0 != a.node1)
         return true;
-    constexpr double times[] = { 0.25, 0.5, 0.75 };
-    double reach = togetherFactor * snapping;
-    for (double t : times) {
-        if (!isWithin(hullBox(b.inFrame), placeAt(a.inFrame, t), reach + closeDistance))
+    const vxPoint places[] = { placeAt(a.inFrame, 0.25), placeAt(a.inFrame, 0.5), placeAt(a.inFrame, 0.75) };
+    const Box box = hullBox(b.inFrame);
+    for (const vxPoint &place : places) {
+        if (!isWithin(box, place, togetherFactor * snapping + closeDistance))
             return false;
     }
-    const double total = length(a.inFrame);
-    reach = std::min(reach, togetherFraction * total);
+    const double reach = reachOf(a.inFrame, snapping);
     double farthest = 0;
-    for (double t : times) {
+    for (const vxPoint &place : places) {
         double distance = reach;
-        if (timeNear(b.inFrame, placeAt(a.inFrame, t), distance) == noTime)
+        if (!comesNear(b.inFrame, place, distance))
             return false;
         farthest = std::max(farthest, distance);
     }
-    areaBetween = farthest * total;
+    areaBetween = farthest * length(a.inFrame);
     return true;
 }
 

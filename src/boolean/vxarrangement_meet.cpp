@@ -3,6 +3,7 @@
 #include "vxboxtree_p.h"
 #include "vxcurvevalues_p.h"
 #include "vxline.h"
+#include "vxmeetingplaces_p.h"
 #include "vxnumeric_p.h"
 #include "vxpath.h"
 #include "vxruntree_p.h"
@@ -12,7 +13,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <tuple>
 
 using namespace vxTolerance;
 
@@ -22,59 +22,6 @@ namespace {
 
 /** In units of the frame: an end point nearer than this to a curve may come to lie on it by snapping. */
 constexpr double farthestSnapping = 1e-3;
-
-/** In units of the frame: meetings that follow each other within this make a row. */
-constexpr double rowDistance = 2e-5;
-
-/**
- * Clipping with room for rounding: a meeting that is found needlessly does no harm here, one that is lost
- * does.
- */
-ClipRange wideRange()
-{
-    ClipRange range;
-    range.slack = 1e-10;
-    return range;
-}
-
-/**
- * Whether a pair that clipping reports is one place, as far as its times are exact. Curves that lie on one
- * line, one after the other, as at a smooth vertex, are as near to each other's fat line everywhere as if
- * they met: clipping cannot part them and reports pairs of places that lie apart.
- */
-bool isPlace(const Cubic &a, const Cubic &b, const TimePair &pair)
-{
-    const double speed = velocityAt(a, pair.t1).getLength() + velocityAt(b, pair.t2).getLength();
-    return pointAt(a, pair.t1).isClose(pointAt(b, pair.t2), closeDistance + 2 * clipWidth * speed);
-}
-
-/**
- * The meetings that count: where curves run together within rounding, clipping reports hundreds in a row, of
- * which the first and the last bound the common stretch. Cuts at all of them would be drawn into one node
- * like a chain.
- */
-std::vector<TimePair> placesOf(const Cubic &a, const Cubic &b, const TimePairs &found)
-{
-    std::vector<TimePair> all;
-    for (int k = 0; k < found.count(); ++k) {
-        if (isPlace(a, b, found[k]))
-            all.push_back(found[k]);
-    }
-    std::sort(all.begin(), all.end(), [](const TimePair &p, const TimePair &q) {
-        return std::tie(p.t1, p.t2) < std::tie(q.t1, q.t2);
-    });
-    const auto followsClosely = [&](size_t k) {
-        return k > 0 && k < all.size() &&
-               pointAt(a, all[k - 1].t1).isClose(pointAt(a, all[k].t1), rowDistance) &&
-               pointAt(b, all[k - 1].t2).isClose(pointAt(b, all[k].t2), rowDistance);
-    };
-    std::vector<TimePair> places;
-    for (size_t k = 0; k < all.size(); ++k) {
-        if (!followsClosely(k) || !followsClosely(k + 1))
-            places.push_back(all[k]);
-    }
-    return places;
-}
 
 /**
  * Curves of a contour as it is filled: an open one is closed by a line; curves without extent are left out.
@@ -237,10 +184,9 @@ bool Arrangement::areNeighbours(int i, int j) const
     return j == i + 1 || (count > 2 && j - i == count - 1);
 }
 
-void Arrangement::cutAtPlaces(int i, int j, const TimePairs &found)
+void Arrangement::cutAt(int i, int j, const std::vector<TimePair> &places)
 {
-    for (const TimePair &place :
-         placesOf(m_curves[size_t(i)].inFrame.values, m_curves[size_t(j)].inFrame.values, found)) {
+    for (const TimePair &place : places) {
         addCut(i, place.t1, 0);
         addCut(j, place.t2, 0);
     }
@@ -257,10 +203,7 @@ void Arrangement::meetPair(int i, int j)
         return;
     TimePair overlap[2];
     if (findOverlap(a, b, overlap)) {
-        for (const TimePair &pair : overlap) {
-            addCut(i, pair.t1, 0);
-            addCut(j, pair.t2, 0);
-        }
+        cutAt(i, j, { overlap[0], overlap[1] });
         return;
     }
     if (a.straight && b.straight) {
@@ -290,11 +233,7 @@ void Arrangement::meetPair(int i, int j)
         }
         return;
     }
-    TimePairs found;
-    clipCurves(a.values, b.values, wideRange(), 0, found);
-    if (found.isCutShort())
-        meetPairByHalving(i, j);
-    cutAtPlaces(i, j, found);
+    cutAt(i, j, placesWhereMeet(a.values, b.values));
 }
 
 void Arrangement::meetItself(int i)
@@ -306,11 +245,7 @@ void Arrangement::meetItself(int i)
     Cubic first;
     Cubic second;
     subdivide(c.values, split, first, second);
-    TimePairs found;
-    clipCurves(first, second, wideRange(), 0, found);
-    if (found.isCutShort())
-        meetByHalving(first, second, found);
-    for (const TimePair &place : placesOf(first, second, found)) {
+    for (const TimePair &place : placesWhereMeet(first, second)) {
         // The halves share the point where they were split, which is no crossing.
         if (place.t1 > timeUpper && place.t2 < timeMargin)
             continue;
@@ -397,9 +332,7 @@ void Arrangement::meetPairByHalving(int i, int j)
     const PreparedCurve &b = m_curves[size_t(j)].inFrame;
     if (a.straight && b.straight)
         return;
-    TimePairs found;
-    meetByHalving(a.values, b.values, found);
-    cutAtPlaces(i, j, found);
+    cutAt(i, j, placesByHalving(a.values, b.values));
 }
 
 void Arrangement::cutAtTurns(int i, const std::vector<int> &partners)

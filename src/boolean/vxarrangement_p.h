@@ -183,7 +183,7 @@ private:
     void collect(const QVector<const XPath *> &operands);
     void meet();
     void meetPair(int i, int j);
-    void cutAtPlaces(int i, int j, const TimePairs &found);
+    void cutAt(int i, int j, const std::vector<TimePair> &places);
     void meetItself(int i);
     void meetEnds(int i, int j);
     void meetThoroughly(const std::vector<char> &accused);
@@ -245,8 +245,5 @@ private:
     std::vector<int> m_linkStarts; ///< per contour, and one past the last
     Selection m_selection;
 };
-
-/** All meetings of two curves by halving both until they are flat: slower than clipping, but misses none. */
-void meetByHalving(const Cubic &c1, const Cubic &c2, TimePairs &found);
 
 } // namespace vx

@@ -192,9 +192,7 @@ private:
         const vxPoint d = placeAt(c, hi).subtract(c.p0());
         // The place moves by (hi - lo) |B'| at most. Seen from the node that turns it by less than twice that
         // over its distance while the quotient is small; the rest of the factor is for rounding.
-        const double speed = 3 * std::max({ c.p0().getDistance(c.p1()), c.p1().getDistance(c.p2()),
-                                            c.p2().getDistance(c.p3()) });
-        return { std::atan2(d.y, d.x), 4 * (hi - lo) * speed / d.getLength() };
+        return { std::atan2(d.y, d.x), 4 * (hi - lo) * greatestSpeed(c) / d.getLength() };
     }
 
     const Arrangement &m_a;

@@ -36,6 +36,40 @@ bool isFarFromHull(const Cubic &c, const vxPoint &p, double distance)
            (v[1] > bottom && v[3] > bottom && v[5] > bottom && v[7] > bottom);
 }
 
+/**
+ * Moves a time to that of the place nearest to a point: Newton on (B(t) - p) . B'(t) = 0, with B'' left out,
+ * which converges wherever the curve is no sharp bend. Returns how far the place is off.
+ */
+inline double settle(const Cubic &c, const vxPoint &point, double &t)
+{
+    for (int i = 0; i < 4; ++i) {
+        const vxPoint d1 = velocityAt(c, t);
+        const double step = placeAt(c, t).subtract(point).dot(d1) / d1.dot(d1);
+        if (!std::isfinite(step) || std::fabs(step) < 1e-15)
+            break;
+        t = std::clamp(t - step, 0.0, 1.0);
+    }
+    return placeAt(c, t).getDistance(point);
+}
+
+/**
+ * Offers times from which the place nearest to a point may be reached: where the curve has one of its
+ * coordinates, and the ends. Until accept(t) says yes; false when it never does.
+ */
+template <typename Accept>
+bool offerTimes(const Cubic &c, const vxPoint &point, Accept &&accept)
+{
+    for (int axis : { 0, 1 }) {
+        double roots[3];
+        const int count = timesAtCoordinate(c, axis, axis == 0 ? point.x : point.y, roots, 0, 1);
+        for (int i = 0; i < count; ++i) {
+            if (accept(roots[i]))
+                return true;
+        }
+    }
+    return accept(0) || accept(1);
+}
+
 } // namespace
 
 double timeNear(const Cubic &c, const vxPoint &point, double &distance)
@@ -43,30 +77,28 @@ double timeNear(const Cubic &c, const vxPoint &point, double &distance)
     if (isFarFromHull(c, point, distance))
         return noTime;
     double best = noTime;
-    const auto offer = [&](double t) {
-        // Newton on (B(t) - p) . B'(t) = 0, with B'' left out: converges wherever the curve is no sharp bend.
-        for (int i = 0; i < 4; ++i) {
-            const vxPoint d1 = velocityAt(c, t);
-            const double step = placeAt(c, t).subtract(point).dot(d1) / d1.dot(d1);
-            if (!std::isfinite(step) || std::fabs(step) < 1e-15)
-                break;
-            t = std::clamp(t - step, 0.0, 1.0);
-        }
-        const double d = placeAt(c, t).getDistance(point);
+    offerTimes(c, point, [&](double t) {
+        const double d = settle(c, point, t);
         if (d <= distance) {
             distance = d;
             best = t;
         }
-    };
-    for (int axis : { 0, 1 }) {
-        double roots[3];
-        const int count = timesAtCoordinate(c, axis, axis == 0 ? point.x : point.y, roots, 0, 1);
-        for (int i = 0; i < count; ++i)
-            offer(roots[i]);
-    }
-    offer(0);
-    offer(1);
+        return false;
+    });
     return best;
+}
+
+bool comesNear(const Cubic &c, const vxPoint &point, double &distance)
+{
+    if (isFarFromHull(c, point, distance))
+        return false;
+    return offerTimes(c, point, [&](double t) {
+        const double d = settle(c, point, t);
+        if (!(d <= distance))
+            return false;
+        distance = d;
+        return true;
+    });
 }
 
 } // namespace vx

@@ -2,6 +2,8 @@
 
 #include "vxcubic_p.h"
 
+#include <algorithm>
+
 /** Points near a curve: quick answers and places. */
 namespace vx {
 
@@ -24,6 +26,13 @@ inline vxPoint velocityAt(const Cubic &c, double t)
                    a * (c.v[3] - c.v[1]) + b * (c.v[5] - c.v[3]) + d * (c.v[7] - c.v[5]));
 }
 
+/** Bound of |B'(t)|. */
+inline double greatestSpeed(const Cubic &c)
+{
+    return 3 *
+           std::max({ c.p0().getDistance(c.p1()), c.p1().getDistance(c.p2()), c.p2().getDistance(c.p3()) });
+}
+
 /**
  * Whether a point lies farther than slack from the hull of a curve, as seen across its chord. Quick, no false
  * alarm.
@@ -35,5 +44,11 @@ bool isFarFromChord(const Cubic &c, const vxPoint &p, double slack);
  * becomes how far it is off.
  */
 double timeNear(const Cubic &c, const vxPoint &point, double &distance);
+
+/**
+ * Whether timeNear() finds a time, for less than half its cost: it stops at the first place within distance,
+ * which becomes how far that one is off.
+ */
+bool comesNear(const Cubic &c, const vxPoint &point, double &distance);
 
 } // namespace vx
