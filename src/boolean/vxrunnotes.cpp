@@ -18,6 +18,7 @@ bool isShallow(vxCurveLocation &location)
     const vxPoint theirs = location.intersection ? location.intersection->getTangent() : mine;
     return !(std::fabs(mine.cross(theirs)) > shallowSine);
 }
+static_assert(shallowSine > 2 * angleMargin, "curves that touch are shallow");
 
 bool isNearEnd(const vxCurveLocation &location)
 {
@@ -43,20 +44,44 @@ void RunNotes::add(const RunNotes &part)
     counterClockwise |= part.counterClockwise;
 }
 
-bool acceptMeeting(vxCurveLocation *location, RunNotes &notes)
+bool MeetingFilter::accepts(vxCurveLocation &location)
 {
-    if (isNearEnd(*location) || (location->intersection && isNearEnd(*location->intersection)))
-        notes.atVertex = true;
-    if (location->overlap) {
-        notes.overlap = true;
+    const bool atVertex = isNearEnd(location) || (location.intersection && isNearEnd(*location.intersection));
+    m_notes.atVertex = m_notes.atVertex || atVertex;
+    if (location.overlap) {
+        m_notes.overlap = true;
         return true;
     }
-    if (location->isCrossing()) {
-        notes.shallow = notes.shallow || isShallow(*location);
-        return true;
+    if (!location.intersection)
+        return crosses(location);
+    if (atVertex)
+        return crossesAtVertex(location);
+    // Within two curves isCrossing() asks no more than whether the tangents differ.
+    return !isShallow(location) || crosses(location);
+}
+
+bool MeetingFilter::crossesAtVertex(vxCurveLocation &location)
+{
+    const vxCurveLocation &partner = *location.intersection;
+    const Question question{ location.curve, partner.curve, location.time, partner.time, location.point };
+    for (const Answer &answer : m_latest) {
+        if (answer.question == question)
+            return answer.crosses;
     }
-    notes.touch = true;
-    return false;
+    Answer &answer = m_latest[m_oldest];
+    m_oldest = (m_oldest + 1) % m_latest.size();
+    answer = { question, crosses(location) };
+    return answer.crosses;
+}
+
+bool MeetingFilter::crosses(vxCurveLocation &location)
+{
+    const bool isCrossing = location.isCrossing();
+    if (!isCrossing)
+        m_notes.touch = true;
+    else if (isShallow(location))
+        m_notes.shallow = true;
+    return isCrossing;
 }
 
 void noteChains(const QList<vxCurveLocation *> &locations, RunNotes &notes)

@@ -87,9 +87,8 @@ private:
 
     void divide()
     {
-        const auto accept = [this](vxCurveLocation *location) {
-            return vx::acceptMeeting(location, m_notes);
-        };
+        vx::MeetingFilter filter(m_notes);
+        const auto accept = [&filter](vxCurveLocation *location) { return filter.accepts(*location); };
         const QList<vxCurveLocation *> crossings =
             vx::findIntersections(*m_path1, m_path2.get(), accept, m_notes.search);
         m_owner = std::make_unique<vx::LocationOwner>(crossings);

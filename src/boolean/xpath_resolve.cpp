@@ -240,8 +240,10 @@ public:
 
     void run()
     {
-        const QList<vxCurveLocation *> found = vx::findIntersections(
-            m_path, nullptr, [this](vxCurveLocation *location) { return accept(location); }, m_notes.search);
+        vx::MeetingFilter filter(m_notes);
+        const auto accepts = [&](vxCurveLocation *location) { return accept(*location, filter); };
+        const QList<vxCurveLocation *> found =
+            vx::findIntersections(m_path, nullptr, accepts, m_notes.search);
         const vx::LocationOwner owner(found);
         QList<vxCurveLocation *> locations = vxCurveLocation::expand(found);
         if (m_hasOverlaps || m_hasCrossings)
@@ -275,11 +277,11 @@ public:
     const std::vector<vx::ContourPlacement> &placements() const { return m_placements; }
 
 private:
-    bool accept(vxCurveLocation *location)
+    bool accept(vxCurveLocation &location, vx::MeetingFilter &filter)
     {
-        if (!vx::acceptMeeting(location, m_notes))
+        if (!filter.accepts(location))
             return false;
-        (location->overlap ? m_hasOverlaps : m_hasCrossings) = true;
+        (location.overlap ? m_hasOverlaps : m_hasCrossings) = true;
         return true;
     }
 

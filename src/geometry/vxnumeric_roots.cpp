@@ -2,11 +2,17 @@
 #include "vxnumeric_p.h"
 
 #include <algorithm>
+#include <limits>
 
 using vxTolerance::machineEpsilon;
 using vxTolerance::machineZero;
 
 namespace {
+
+double clampTo(double value, double min, double max)
+{
+    return min > value ? min : max < value ? max : value;
+}
 
 /** The roots that a caller wants, and where they go. */
 struct RootSink {
@@ -17,12 +23,13 @@ struct RootSink {
 
     void offer(double root)
     {
-        if (!std::isfinite(root))
-            return;
         if (min != 0 || max != 0) {
+            // Neither infinity nor NaN is within any bounds.
             if (!(root > min - machineZero && root < max + machineZero))
                 return;
-            root = vxNumeric::clamp(root, min, max);
+            root = clampTo(root, min, max);
+        } else if (!std::isfinite(root)) {
+            return;
         }
         roots[count++] = root;
     }
@@ -51,6 +58,26 @@ struct Split {
     }
 };
 
+/** What rounding took from b * b - a * c: the errors of both products, known exactly from split factors. */
+double lostInProducts(double a, double b, double c)
+{
+    const Split as(a);
+    const Split bs(b);
+    const Split cs(c);
+    return (bs.high * bs.high - b * b + 2 * bs.high * bs.low + bs.low * bs.low) -
+           (as.high * cs.high - a * c + as.high * cs.low + cs.high * as.low + as.low * cs.low);
+}
+
+inline double discriminant(double a, double b, double c)
+{
+    // After W. Kahan, "On the Cost of Floating-Point Computation Without Extra-Precise Arithmetic" (2004):
+    // the plain difference is good to a few units in the last place unless the products cancel.
+    const double bb = b * b;
+    const double ac = a * c;
+    const double D = bb - ac;
+    return bb + ac <= 3 * std::fabs(D) ? D : D + lostInProducts(a, b, c);
+}
+
 /**
  * Horner's scheme of a cubic at x: value, slope, and the coefficients that are left when x is divided out.
  */
@@ -78,6 +105,18 @@ struct Deflation {
 };
 
 /**
+ * How far to jump from the inflection: the cube root of t, or 1.3247... times the greater of that and the
+ * square root of u. The cube root costs as much as some rounds and is mostly the lesser one by far.
+ */
+double firstStep(double t, double u)
+{
+    if (!(u > 0))
+        return std::cbrt(t);
+    const double root = std::sqrt(u);
+    return 1.324717957244746 * (t < 0.99 * (u * root) ? root : std::max(std::cbrt(t), root));
+}
+
+/**
  * One real root by the Halley-type iteration of W. Kahan, "To Solve a Real Cubic Equation" (1986); see also
  * J. Blinn, "How to Solve a Cubic Equation" (2006).
  *
@@ -95,10 +134,7 @@ Deflation divideOutRoot(double a, double b, double c, double d)
     Horner h(a, b, c, d, x);
     const double t = h.value / a;
     const double side = t < 0 ? -1 : 1;
-    double step = std::cbrt(std::fabs(t));
-    const double u = -h.slope / a;
-    if (u > 0)
-        step = 1.324717957244746 * std::max(step, std::sqrt(u));
+    const double step = firstStep(std::fabs(t), -h.slope / a);
     double next = x - side * step;
     if (next != x) {
         int round = 0;
@@ -142,14 +178,15 @@ int vx::solveQuadratic(double a, double b, double c, double roots[2], double min
         return sink.count;
     }
     double B = -0.5 * b;
-    double D = vxNumeric::getDiscriminant(a, B, c);
+    double D = discriminant(a, B, c);
     // Too small to be told from 0 at this scale; or coefficients so large that their products overflowed.
-    if ((D != 0 && std::fabs(D) < machineEpsilon) || !std::isfinite(D)) {
+    const double size = std::fabs(D);
+    if (!(size >= machineEpsilon && size <= std::numeric_limits<double>::max()) && D != 0) {
         if (const int k = excessExponent(std::max({ std::fabs(a), std::fabs(B), std::fabs(c) }))) {
             a = std::ldexp(a, -k);
             B = std::ldexp(B, -k);
             c = std::ldexp(c, -k);
-            D = vxNumeric::getDiscriminant(a, B, c);
+            D = discriminant(a, B, c);
         }
     }
     if (!(D >= -machineEpsilon))
@@ -192,24 +229,12 @@ double vxNumeric::log2(double x)
 
 double vxNumeric::clamp(double value, double min, double max)
 {
-    return min > value ? min : max < value ? max : value;
+    return clampTo(value, min, max);
 }
 
 double vxNumeric::getDiscriminant(double a, double b, double c)
 {
-    // After W. Kahan, "On the Cost of Floating-Point Computation Without Extra-Precise Arithmetic" (2004):
-    // the plain difference is good to a few units in the last place unless the products cancel; then their
-    // rounding errors, known exactly from the split factors, are added back.
-    const double bb = b * b;
-    const double ac = a * c;
-    const double D = bb - ac;
-    if (bb + ac <= 3 * std::fabs(D))
-        return D;
-    const Split as(a);
-    const Split bs(b);
-    const Split cs(c);
-    return D + ((bs.high * bs.high - bb + 2 * bs.high * bs.low + bs.low * bs.low) -
-                (as.high * cs.high - ac + as.high * cs.low + cs.high * as.low + as.low * cs.low));
+    return discriminant(a, b, c);
 }
 
 int vxNumeric::solveQuadratic(double a, double b, double c, QVector<double> &roots, double min, double max)

@@ -45,16 +45,16 @@ private:
     template <typename Visit>
     void scan(const Box &wide, int first, Visit &&visit) const
     {
-        for (size_t i = size_t(first); i < m_count;) {
-            const size_t end = std::min(m_count, (i / groupSize + 1) * groupSize);
-            if (apart(m_groups[int(i / groupSize)], wide)) {
-                i = end;
-                continue;
+        size_t i = size_t(first);
+        const Box *group = m_groups.constData() + i / groupSize;
+        for (size_t next = (i / groupSize + 1) * groupSize; i < m_count; next += groupSize, ++group) {
+            if (!apart(*group, wide)) {
+                for (const size_t end = std::min(m_count, next); i < end; ++i) {
+                    if (!apart(m_boxAt(i), wide))
+                        visit(int(i));
+                }
             }
-            for (; i < end; ++i) {
-                if (!apart(m_boxAt(i), wide))
-                    visit(int(i));
-            }
+            i = next;
         }
     }
 

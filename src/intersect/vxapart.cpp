@@ -26,6 +26,13 @@ constexpr double departingDistance = 0.5;
 static_assert(3 * timeMargin * departingDistance > 2.5 * closeDistance,
               "what is near the joint is in its margin");
 
+/** All of one sign, and farther from 0 than margin. */
+bool areAside(double margin, double a, double b, double c, double d)
+{
+    return (a > margin && b > margin && c > margin && d > margin) ||
+           (a < -margin && b < -margin && c < -margin && d < -margin);
+}
+
 /** Cross products of a curve's control points with another's chord: distances times the length of the chord.
  */
 struct Heights {
@@ -47,20 +54,70 @@ bool isBeyond(const PreparedCurve &curve, const Heights &heights)
     return heights.least() > curve.highest + margin || heights.greatest() < curve.lowest - margin;
 }
 
+/** Whether a point lies clear of the box of the control points. */
+bool isBesideHull(const Cubic &c, const vxPoint &p)
+{
+    const double *v = c.v;
+    return areAside(apartDistance, v[0] - p.x, v[2] - p.x, v[4] - p.x, v[6] - p.x) ||
+           areAside(apartDistance, v[1] - p.y, v[3] - p.y, v[5] - p.y, v[7] - p.y);
+}
+
 /** Whether a point of the given height over the curve's chord may be near the curve. */
 bool mayTouch(const PreparedCurve &curve, double height, const vxPoint &p)
 {
     const double margin = apartDistance * curve.chordBound;
+    // Not its pulledBox(): between the two pulled points a curve may bulge out of that.
     return height <= curve.highest + margin && height >= curve.lowest - margin &&
-           p.x <= curve.box.maxX + apartDistance && p.x >= curve.box.minX - apartDistance &&
-           p.y <= curve.box.maxY + apartDistance && p.y >= curve.box.minY - apartDistance;
+           !isBesideHull(curve.values, p);
+}
+
+/** Whether a point lies clear of the hull of some part: beside its box or beside its strip along the chord.
+ */
+bool isClearOf(const Cubic &part, const vxPoint &p)
+{
+    if (isBesideHull(part, p))
+        return true;
+    const double *v = part.v;
+    const double dx = v[6] - v[0];
+    const double dy = v[7] - v[1];
+    const auto height = [&](int i) { return (v[i] - p.x) * dy - (v[i + 1] - p.y) * dx; };
+    const double margin = apartDistance * (std::fabs(dx) + std::fabs(dy));
+    return areAside(margin, height(0), height(2), height(4), height(6));
+}
+
+/**
+ * The same of all parts after a few halvings: a point within the hull, but aside of the curve, mostly is
+ * clear of them. Halving moves points by rounding alone, far below the margin.
+ */
+bool isClearOfParts(const Cubic &c, const vxPoint &p, int halvings)
+{
+    Cubic parts[2];
+    subdivide(c, 0.5, parts[0], parts[1]);
+    for (const Cubic &part : parts) {
+        if (!isClearOf(part, p) && (halvings == 1 || !isClearOfParts(part, p, halvings - 1)))
+            return false;
+    }
+    return true;
+}
+
+bool isAtAnEnd(const Cubic &c, const vxPoint &p)
+{
+    return p.isClose(c.p0(), apartDistance) || p.isClose(c.p3(), apartDistance);
+}
+
+/** Whether a point of the given height over the curve's chord may be near the curve, looked at closely. */
+bool mayTouchParts(const PreparedCurve &curve, double height, const vxPoint &p)
+{
+    constexpr int halvings = 4;
+    return mayTouch(curve, height, p) &&
+           (curve.straight || isAtAnEnd(curve.values, p) || !isClearOfParts(curve.values, p, halvings));
 }
 
 } // namespace
 
 bool mayComeNear(const PreparedCurve &curve, const vxPoint &p)
 {
-    return !curve.ordinary || mayTouch(curve, curve.heightOf(p.x, p.y), p);
+    return !curve.ordinary || mayTouchParts(curve, curve.heightOf(p.x, p.y), p);
 }
 
 Contact possibleContact(const PreparedCurve &c1, const PreparedCurve &c2)
@@ -76,8 +133,8 @@ Contact possibleContact(const PreparedCurve &c1, const PreparedCurve &c2)
     if (isBeyond(c1, over1))
         return c1.straight || c2.straight ? Contact::None : Contact::Crossing;
     const bool endsNear =
-        mayTouch(c2, over2.h[0], c1.values.p0()) || mayTouch(c2, over2.h[3], c1.values.p3()) ||
-        mayTouch(c1, over1.h[0], c2.values.p0()) || mayTouch(c1, over1.h[3], c2.values.p3());
+        mayTouchParts(c2, over2.h[0], c1.values.p0()) || mayTouchParts(c2, over2.h[3], c1.values.p3()) ||
+        mayTouchParts(c1, over1.h[0], c2.values.p0()) || mayTouchParts(c1, over1.h[3], c2.values.p3());
     return endsNear ? Contact::Any : Contact::Crossing;
 }
 
@@ -94,7 +151,13 @@ struct JoinedCurve {
     int far() const { return atEnd ? 0 : 3; }
     /** Numbers of the other three control points: first() to first() + 2. */
     int first() const { return atEnd ? 0 : 1; }
+    vxPoint farEnd() const { return atEnd ? curve.values.p0() : curve.values.p3(); }
 };
+
+bool shareTheirJoint(const JoinedCurve &j1, const JoinedCurve &j2)
+{
+    return j1.curve.ordinary && j2.curve.ordinary && j1.x() == j2.x() && j1.y() == j2.y();
+}
 
 /** Least and greatest height of all control points but the joint. */
 struct DepartingHeights {
@@ -177,13 +240,17 @@ bool areBeyond(double least, double a, double b, double c)
  * doubt. A point's fat line is the vertical through it.
  *
  * Where all of the curve lies to one side, the first step leaves the joint alone. Where it starts upright
- * (the handle at the joint is on the vertical, the other two points aside), a step leaves a third, then
- * halves it: a dozen rounds. Rounding moves a part's points by less than ten last places of x, some 2.2e-15
- * |x|. Parts that do not touch the joint and end at time u are aside by 0.6 u^2 of the points' distance
- * aside, so with a distance of 0.03 |x| they are rejected at once down to u = 5e-7. Of what is left there are
- * at most 511 parts to halve before clipping has converged at 1e-9, four calls each, within the limits of
- * calls and depth. Parts are given up as doubtful only if their boxes hold the joint: going upwards by 0.01
- * units keeps those to times below 1e-4.
+ * (the handle at the joint is on the vertical, the other two points aside by A or more), a step leaves a
+ * third and halving that a sixth: the part at the joint ends at time u = 6^-k.
+ *
+ * Rounding moves a part's points by less than 6 last places of x, since halving takes means, some 1.4e-15
+ * |x|; it moves the handle by less than 2, which makes the third of the part longer by 4.4e-16 |x| / (u^2 A)
+ * of itself. The half that is cut off lies aside by 0.7 v^2 A or more, v being its end. With A of 0.005 |x|
+ * it is rejected at once down to v = 1.2e-6, for k = 7, and the next third, longer by less than a half, ends
+ * below timeMargin: what is found there belongs to the joint. That is at most 400 parts to halve before
+ * clipping has converged at 1e-9, four calls each, within the limits of calls and depth. Parts are given up
+ * as doubtful only if their boxes hold the joint: going upwards by 0.01 units keeps those to times below
+ * 1e-4.
  */
 bool shrinksToJoint(const JoinedCurve &joined)
 {
@@ -197,7 +264,7 @@ bool shrinksToJoint(const JoinedCurve &joined)
     if (areBeyond(0, x[0], x[1], x[2]))
         return true;
     const Box &box = joined.curve.box;
-    const double aside = std::max(0.03 * std::fabs(joined.x()), 0.01);
+    const double aside = std::max(0.005 * std::fabs(joined.x()), 0.01);
     const double upwards = 0.01 * (1 + box.maxX - box.minX + box.maxY - box.minY);
     return x[0] == 0 && areBeyond(aside, x[1], x[1], x[2]) && areBeyond(upwards, y[0], y[1], y[2]);
 }
@@ -230,13 +297,20 @@ bool meetOnlyAtJoint(const PreparedCurve &c1, const PreparedCurve &c2, Joint joi
 {
     const JoinedCurve j1{ c1, joint == Joint::EndToStart };
     const JoinedCurve j2{ c2, joint == Joint::StartToEnd };
-    if (!c1.ordinary || !c2.ordinary || j1.x() != j2.x() || j1.y() != j2.y())
+    if (!shareTheirJoint(j1, j2))
         return false;
     if (c1.straight && c2.straight)
         return linesPart(j1, j2);
     if (c1.straight)
         return leavesLine(j1, j2);
     return c2.straight ? leavesLine(j2, j1) : curvesPart(j1, j2);
+}
+
+bool touchOnlyAtJoint(const PreparedCurve &c1, const PreparedCurve &c2, Joint joint)
+{
+    const JoinedCurve j1{ c1, joint == Joint::EndToStart };
+    const JoinedCurve j2{ c2, joint == Joint::StartToEnd };
+    return shareTheirJoint(j1, j2) && !mayComeNear(c2, j1.farEnd()) && !mayComeNear(c1, j2.farEnd());
 }
 
 } // namespace vx

@@ -37,4 +37,10 @@ enum class Joint {
  */
 bool meetOnlyAtJoint(const PreparedCurve &c1, const PreparedCurve &c2, Joint joint);
 
+/**
+ * Whether of the four ends only those at the joint, which are one point, come near the other curve. They give
+ * an overlap its one end twice, so there is none; nor are there other close ends.
+ */
+bool touchOnlyAtJoint(const PreparedCurve &c1, const PreparedCurve &c2, Joint joint);
+
 } // namespace vx

@@ -22,13 +22,30 @@ public:
 
     double operator()(double x, double y) const
     {
-        if (m_dx == 0)
-            return m_dy > 0 ? x - m_x : m_x - x;
-        if (m_dy == 0)
-            return m_dx < 0 ? y - m_y : m_y - y;
-        return ((x - m_x) * m_dy - (y - m_y) * m_dx) / m_length;
+        const double point[] = { x, y };
+        double d;
+        measure<1>(point, &d);
+        return d;
     }
     double operator()(const vxPoint &p) const { return (*this)(p.x, p.y); }
+
+    /** Distances of several points, coordinates in turn: whether the chord is parallel to an axis is asked
+     * once. */
+    template <int count>
+    void measure(const double *points, double *distances) const
+    {
+        const double *p = points;
+        if (m_dx == 0) {
+            for (int i = 0; i < count; ++i, p += 2)
+                distances[i] = m_dy > 0 ? p[0] - m_x : m_x - p[0];
+        } else if (m_dy == 0) {
+            for (int i = 0; i < count; ++i, p += 2)
+                distances[i] = m_dx < 0 ? p[1] - m_y : m_y - p[1];
+        } else {
+            for (int i = 0; i < count; ++i, p += 2)
+                distances[i] = ((p[0] - m_x) * m_dy - (p[1] - m_y) * m_dx) / m_length;
+        }
+    }
 
 private:
     double m_x, m_y, m_dx, m_dy, m_length;

@@ -24,19 +24,20 @@ constexpr double minProgress = 0.8;
 /** The fat line around a curve: distances from its chord that bound it. */
 struct FatLine {
     ChordDistance distance;
+    double handles[2];
     double dMin, dMax;
-    bool flat;
 
     explicit FatLine(const Cubic &c) : distance(c)
     {
-        const double d1 = distance(c.v[2], c.v[3]);
-        const double d2 = distance(c.v[4], c.v[5]);
+        distance.measure<2>(c.v + 2, handles);
+        const double d1 = handles[0];
+        const double d2 = handles[1];
         // A cubic reaches at most 3/4 of its handles' distance when both lie on one side, 4/9 when on two.
         const double factor = d1 * d2 > 0 ? 0.75 : 4.0 / 9;
         dMin = factor * std::min(std::min(d1, d2), 0.0);
         dMax = factor * std::max(std::max(d1, d2), 0.0);
-        flat = d1 == 0 && d2 == 0;
     }
+    bool isFlat() const { return handles[0] == 0 && handles[1] == 0; }
 };
 
 class Clipper
@@ -91,23 +92,52 @@ double hullTime(const HullChain &top, const HullChain &bottom, double dMin, doub
     return top.end(start).x;
 }
 
+/** distanceHull() where it is wanted inline. */
+inline void makeHull(double d0, double d1, double d2, double d3, HullChain &top, HullChain &bottom)
+{
+    // Heights of the inner points over the chord from first to last.
+    const double dist1 = d1 - (2 * d0 + d3) / 3;
+    const double dist2 = d2 - (d0 + 2 * d3) / 3;
+    // The chain of the side where the first inner point lies; of the second's where the first has no height.
+    const bool below = dist1 < 0 || (dist1 == 0 && dist2 < 0);
+    HullChain &own = below ? bottom : top;
+    HullChain &other = below ? top : bottom;
+    own.count = other.count = 0;
+    own.append(0, d0);
+    other.append(0, d0);
+    if (dist1 * dist2 < 0) {
+        own.append(1.0 / 3, d1);
+        other.append(2.0 / 3, d2);
+    } else {
+        // One inner point may lie within the triangle of the other three. Both heights have one sign here,
+        // but a height of 0 has none to rely on: without fabs -1/0 would drop the point that reaches
+        // farthest, and with it the meeting. 0/0 is NaN: both are kept.
+        const double ratio = std::fabs(dist1 / dist2);
+        if (!(ratio <= 0.5))
+            own.append(1.0 / 3, d1);
+        if (!(ratio >= 2))
+            own.append(2.0 / 3, d2);
+    }
+    own.append(1, d3);
+    other.append(1, d3);
+}
+
 /**
  * Clips c1 to the fat line of c2; false when none of it lies inside. The part's times go to tMin and tMax.
  */
 bool clipToFatLine(const Cubic &c1, const Cubic &c2, double slack, double &tMin, double &tMax)
 {
     const FatLine line(c2);
-    const double d0 = line.distance(c1.v[0], c1.v[1]);
-    const double d1 = line.distance(c1.v[2], c1.v[3]);
-    const double d2 = line.distance(c1.v[4], c1.v[5]);
-    const double d3 = line.distance(c1.v[6], c1.v[7]);
+    double d[4];
+    line.distance.measure<4>(c1.v, d);
+    const double d0 = d[0], d1 = d[1], d2 = d[2], d3 = d[3];
     const double dMin = line.dMin - slack;
     const double dMax = line.dMax + slack;
     // Most clips of curves that do not meet end here; the hull would say the same.
     if ((d0 < dMin && d1 < dMin && d2 < dMin && d3 < dMin) ||
         (d0 > dMax && d1 > dMax && d2 > dMax && d3 > dMax))
         return false;
-    if (line.flat && d0 == 0 && d1 == 0 && d2 == 0 && d3 == 0)
+    if (d0 == 0 && d1 == 0 && d2 == 0 && d3 == 0 && line.isFlat())
         return false; // both on one line: that is an overlap's business
 
     tMin = 0;
@@ -117,7 +147,7 @@ bool clipToFatLine(const Cubic &c1, const Cubic &c2, double slack, double &tMin,
         return true; // nothing to clip off at either end
     HullChain top;
     HullChain bottom;
-    distanceHull(d0, d1, d2, d3, top, bottom);
+    makeHull(d0, d1, d2, d3, top, bottom);
     tMin = hullTime<From::Start>(top, bottom, dMin, dMax);
     if (std::isnan(tMin))
         return false;
@@ -221,31 +251,7 @@ void Clipper::finish()
 
 void distanceHull(double d0, double d1, double d2, double d3, HullChain &top, HullChain &bottom)
 {
-    // Heights of the inner points over the chord from first to last.
-    const double dist1 = d1 - (2 * d0 + d3) / 3;
-    const double dist2 = d2 - (d0 + 2 * d3) / 3;
-    // The chain of the side where the first inner point lies; of the second's where the first has no height.
-    const bool below = dist1 < 0 || (dist1 == 0 && dist2 < 0);
-    HullChain &own = below ? bottom : top;
-    HullChain &other = below ? top : bottom;
-    own.count = other.count = 0;
-    own.append(0, d0);
-    other.append(0, d0);
-    if (dist1 * dist2 < 0) {
-        own.append(1.0 / 3, d1);
-        other.append(2.0 / 3, d2);
-    } else {
-        // One inner point may lie within the triangle of the other three. Both heights have one sign here,
-        // but a height of 0 has none to rely on: without fabs -1/0 would drop the point that reaches
-        // farthest, and with it the meeting. 0/0 is NaN: both are kept.
-        const double ratio = std::fabs(dist1 / dist2);
-        if (!(ratio <= 0.5))
-            own.append(1.0 / 3, d1);
-        if (!(ratio >= 2))
-            own.append(2.0 / 3, d2);
-    }
-    own.append(1, d3);
-    other.append(1, d3);
+    makeHull(d0, d1, d2, d3, top, bottom);
 }
 
 double clipHull(const HullChain &top, const HullChain &bottom, double dMin, double dMax)

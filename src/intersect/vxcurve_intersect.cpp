@@ -29,24 +29,18 @@ bool within(double t, bool skipStart, bool skipEnd)
 
 } // namespace
 
-CurvePair::CurvePair(const PreparedCurve &values1, const PreparedCurve &values2, vxCurve *curve1,
-                     vxCurve *curve2, QList<vxCurveLocation *> &locations, opParam &param)
-    : m_values1(values1), m_values2(values2), m_curve1(curve1), m_curve2(curve2), m_locations(locations),
-      m_param(param)
-{
-}
-
 void CurvePair::intersect()
 {
-    if (!boxesMeet(m_values1.box, m_values2.box))
-        return;
+    // Neighbours first: their boxes always meet.
     const bool neighbours = m_param.excludeStart || m_param.excludeEnd;
     if (neighbours && meetOnlyAtTheirJoint())
+        return;
+    if (!boxesMeet(m_values1.box, m_values2.box))
         return;
     const Contact contact = possibleContact(m_values1, m_values2);
     if (contact == Contact::None)
         return;
-    const bool endsNear = contact == Contact::Any;
+    const bool endsNear = contact == Contact::Any && !(neighbours && touchOnlyAtTheirJoint());
     const int before = m_locations.size();
     if (!(endsNear && addOverlap()))
         addMeetings(endsNear);
@@ -57,8 +51,12 @@ void CurvePair::intersect()
 /** Whether all there is to find is left out. Two curves that are a whole contour share both their ends. */
 bool CurvePair::meetOnlyAtTheirJoint() const
 {
-    return m_param.excludeStart != m_param.excludeEnd &&
-           meetOnlyAtJoint(m_values1, m_values2, m_param.excludeEnd ? Joint::EndToStart : Joint::StartToEnd);
+    return m_param.excludeStart != m_param.excludeEnd && meetOnlyAtJoint(m_values1, m_values2, joint());
+}
+
+bool CurvePair::touchOnlyAtTheirJoint() const
+{
+    return m_param.excludeStart != m_param.excludeEnd && touchOnlyAtJoint(m_values1, m_values2, joint());
 }
 
 void CurvePair::addMeetings(bool endsNear)

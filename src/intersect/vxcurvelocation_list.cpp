@@ -16,24 +16,24 @@ vxPath *pathOf(vxCurve *curve)
     return curve ? curve->path() : nullptr;
 }
 
-/** Sorting key within a path: curve index plus time. */
-double position(vxCurveLocation *location)
-{
-    vxCurve *curve = location->getCurve();
-    return (curve ? curve->index() : -1) + location->time;
-}
+/** Sorting key of a location: its path, and within that curve index plus time. */
+struct Place {
+    const vxPath *path;
+    double position;
 
-/** Negative when a sorts before b. Ids are compared, not subtracted: they are unsigned. */
-double order(vxCurveLocation *a, vxCurveLocation *b)
-{
-    const vxPath *pathA = pathOf(a->getCurve());
-    const vxPath *pathB = pathOf(b->getCurve());
-    if (pathA == pathB)
-        return position(a) - position(b);
-    const quint32 idA = pathA ? pathA->id : 0;
-    const quint32 idB = pathB ? pathB->id : 0;
-    return idA < idB ? -1 : 1;
-}
+    explicit Place(vxCurveLocation *location)
+    {
+        vxCurve *curve = location->getCurve();
+        path = pathOf(curve);
+        position = (curve ? curve->index() : -1) + location->time;
+    }
+    quint32 pathId() const { return path ? path->id : 0; }
+    /** Ids are compared, not subtracted: they are unsigned. */
+    bool isBefore(const Place &other) const
+    {
+        return path == other.path ? position - other.position < 0 : pathId() < other.pathId();
+    }
+};
 
 /** Index plus time of location, the last curve counting as -1 when it is compared with the first one. */
 double cyclicPosition(vxCurveLocation *location, vxCurve *curve, const vxCurve *otherCurve)
@@ -88,11 +88,12 @@ vxCurveLocation *vxCurveLocation::insert(QList<vxCurveLocation *> &list, vxCurve
             return entry;
         }
     }
+    const Place place(loc);
     int lo = 0;
     int hi = list.size() - 1;
     while (lo <= hi) {
         const int mid = (lo + hi) >> 1;
-        if (order(loc, list.at(mid)) < 0)
+        if (place.isBefore(Place(list.at(mid))))
             hi = mid - 1;
         else
             lo = mid + 1;
@@ -103,7 +104,7 @@ vxCurveLocation *vxCurveLocation::insert(QList<vxCurveLocation *> &list, vxCurve
 
 namespace {
 
-/** A location with what order() compares of it. */
+/** A location with what is compared of it. */
 struct Entry {
     quint32 pathId;
     double position;
@@ -111,9 +112,9 @@ struct Entry {
 
     explicit Entry(vxCurveLocation *l) : location(l)
     {
-        const vxPath *path = pathOf(l->getCurve());
-        pathId = path ? path->id : 0;
-        position = ::position(l);
+        const Place place(l);
+        pathId = place.pathId();
+        position = place.position;
     }
     bool operator<(const Entry &other) const
     {

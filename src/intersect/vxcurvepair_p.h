@@ -1,5 +1,6 @@
 #pragma once
 
+#include "vxapart_p.h"
 #include "vxcurvelocation.h"
 #include "vxintersect_p.h"
 
@@ -15,7 +16,11 @@ class CurvePair
 {
 public:
     CurvePair(const PreparedCurve &values1, const PreparedCurve &values2, vxCurve *curve1, vxCurve *curve2,
-              QList<vxCurveLocation *> &locations, opParam &param);
+              QList<vxCurveLocation *> &locations, opParam &param)
+        : m_values1(values1), m_values2(values2), m_curve1(curve1), m_curve2(curve2), m_locations(locations),
+          m_param(param)
+    {
+    }
 
     /** Chooses between overlap, lines, line and curve, and clipping; ends with a look at the end points. */
     void intersect();
@@ -34,6 +39,9 @@ public:
 
 private:
     bool meetOnlyAtTheirJoint() const;
+    bool touchOnlyAtTheirJoint() const;
+    /** Where neighbours are joined. */
+    Joint joint() const { return m_param.excludeEnd ? Joint::EndToStart : Joint::StartToEnd; }
     void addMeetings(bool endsNear);
     bool comeNearAtEnds() const;
     bool acceptTimes(double t1, double t2, bool overlap) const;

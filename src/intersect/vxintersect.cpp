@@ -30,7 +30,15 @@ void pulledRange(double q0, double q1, double q2, double q3, double &min, double
     max = std::max(std::max(q0, pulled1), std::max(pulled2, q3));
 }
 
-inline Box boxOfPulled(const Cubic &c)
+/** The straight curve that Cubic::fromLine() makes. */
+bool hasHandlesOnItsEnds(const Cubic &c)
+{
+    return c.v[2] == c.v[0] && c.v[3] == c.v[1] && c.v[4] == c.v[6] && c.v[5] == c.v[7];
+}
+
+} // namespace
+
+Box pulledBox(const Cubic &c)
 {
     Box box;
     pulledRange(c.v[0], c.v[2], c.v[4], c.v[6], box.minX, box.maxX);
@@ -38,23 +46,22 @@ inline Box boxOfPulled(const Cubic &c)
     return box;
 }
 
-} // namespace
-
-Box pulledBox(const Cubic &c)
-{
-    return boxOfPulled(c);
-}
-
-PreparedCurve::PreparedCurve(const Cubic &c)
-    : values(c), box(boxOfPulled(c)), chordX(c.v[6] - c.v[0]), chordY(c.v[7] - c.v[1]),
+PreparedCurve::PreparedCurve(const Cubic &c, const Box &itsBox)
+    : values(c), box(itsBox), chordX(c.v[6] - c.v[0]), chordY(c.v[7] - c.v[1]),
       chordBound(std::fabs(chordX) + std::fabs(chordY))
 {
+    ordinary = box.minX >= -ordinarySize && box.maxX <= ordinarySize && box.minY >= -ordinarySize &&
+               box.maxY <= ordinarySize && chordBound >= ordinaryChord;
+    if (ordinary && hasHandlesOnItsEnds(c)) {
+        // What the rest would say: numbers of this size cancel exactly.
+        lowest = highest = 0;
+        straight = true;
+        return;
+    }
     const double height1 = heightOf(c.v[2], c.v[3]);
     const double height2 = heightOf(c.v[4], c.v[5]);
     lowest = std::min(std::min(height1, height2), 0.0);
     highest = std::max(std::max(height1, height2), 0.0);
-    ordinary = box.minX >= -ordinarySize && box.maxX <= ordinarySize && box.minY >= -ordinarySize &&
-               box.maxY <= ordinarySize && chordBound >= ordinaryChord;
     // A handle far off the chord settles it; isStraight() allows closeDistance.
     const bool bent = ordinary && highest - lowest > 10 * closeDistance * chordBound;
     straight = !bent && isStraight(c);

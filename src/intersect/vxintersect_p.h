@@ -13,8 +13,8 @@
 namespace vx {
 
 /**
- * Bounds of the control points pulled a quarter of the way towards the polygon: tighter than the polygon's,
- * and still bounds.
+ * Bounds of the control points pulled a quarter of the way towards the polygon: tighter than the polygon's. A
+ * curve leaves them a little where its handles lie far apart (the mean of both handles outside).
  */
 Box pulledBox(const Cubic &c);
 
@@ -33,7 +33,9 @@ struct PreparedCurve {
     bool ordinary;
 
     PreparedCurve() = default;
-    explicit PreparedCurve(const Cubic &c);
+    explicit PreparedCurve(const Cubic &c) : PreparedCurve(c, pulledBox(c)) {}
+    /** Where the box is known already. */
+    PreparedCurve(const Cubic &c, const Box &itsBox);
 
     /** Distance of a point from the chord's line, times the chord's length; signed like ChordDistance. */
     double heightOf(double x, double y) const

@@ -5,46 +5,59 @@
 #include "vxintersections_p.h"
 #include "vxorderedboxes_p.h"
 
-#include <QVarLengthArray>
-
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <vector>
 
 namespace {
 
-/** The curves of most drawings fit on the stack. */
-using PreparedCurves = QVarLengthArray<vx::PreparedCurve, 64>;
+/** A curve of a compound path and what the search asks of it. */
+struct Item {
+    vxCurve *curve;
+    vx::PreparedCurve values;
 
-PreparedCurves prepare(const QList<vxCurve *> &curves)
-{
-    PreparedCurves prepared(curves.size());
-    for (int i = 0; i < curves.size(); ++i)
-        prepared[i] = vx::PreparedCurve(curves.at(i)->_cubic());
-    return prepared;
-}
+    Item(vxCurve *itsCurve, const vx::Cubic &cubic, const vx::Box &box) : curve(itsCurve), values(cubic, box)
+    {
+    }
+};
 
 struct BoxOf {
-    const vx::PreparedCurve *curves;
-    const vx::Box &operator()(size_t i) const { return curves[i].box; }
+    const Item *items;
+    const vx::Box &operator()(size_t i) const { return items[i].values.box; }
 };
+
+int countCurves(const XPath &path)
+{
+    int count = 0;
+    for (const vxPath *child : path.children)
+        count += child->_countCurves();
+    return count;
+}
+
+constexpr double infinite = std::numeric_limits<double>::infinity();
+constexpr vx::Box emptyBox{ infinite, infinite, -infinite, -infinite };
+
+/** Extends a box by another; edges that are NaN, which no box meets, are left out. */
+void extend(vx::Box &box, const vx::Box &other)
+{
+    box.minX = std::min(box.minX, other.minX);
+    box.minY = std::min(box.minY, other.minY);
+    box.maxX = std::max(box.maxX, other.maxX);
+    box.maxY = std::max(box.maxY, other.maxY);
+}
 
 /** Box of a compound path's vertices, which lies within its bounds; all NaN with a vertex far off or NaN. */
 vx::Box verticesBox(const XPath &path)
 {
-    constexpr double infinite = std::numeric_limits<double>::infinity();
     constexpr double far = 1e6;
-    vx::Box box{ infinite, infinite, -infinite, -infinite };
+    vx::Box box = emptyBox;
     for (const vxPath *child : path.children) {
-        const QList<vxSegment *> segments = child->getSegments();
-        for (const vxSegment *segment : segments) {
+        for (const vxSegment *segment : child->_segments()) {
             const vxPoint &p = segment->point;
             if (!(std::fabs(p.x) <= far && std::fabs(p.y) <= far))
                 return { qQNaN(), qQNaN(), qQNaN(), qQNaN() };
-            box.minX = std::min(box.minX, p.x);
-            box.minY = std::min(box.minY, p.y);
-            box.maxX = std::max(box.maxX, p.x);
-            box.maxY = std::max(box.maxY, p.y);
+            extend(box, { p.x, p.y, p.x, p.y });
         }
     }
     return box;
@@ -76,78 +89,46 @@ struct ContourRange {
     int after(int i) const { return i + 1 < end() ? i + 1 : closed ? first : -1; }
 };
 
-/** One search for all meetings of two compound paths, or of one with itself. */
+/** What all pairs of one search have in common: where they put their meetings, and its settings. */
 class Search
 {
 public:
-    Search(const QList<vxCurve *> &curves1, const QList<vxCurve *> &curves2, bool self,
-           const std::function<bool(vxCurveLocation *)> &include)
-        : m_curves1(curves1), m_curves2(curves2), m_values2(prepare(curves2)),
-          m_boxes2(size_t(m_values2.size()), BoxOf{ m_values2.constData() }), m_self(self)
+    explicit Search(const std::function<bool(vxCurveLocation *)> &include) { m_param.include = include; }
+
+    const opParam &param() const { return m_param; }
+
+    void meetItself(const Item &item, bool isLoop)
     {
-        m_param.include = include;
-        // The application's option: two shapes of six curves are not intersected.
-        m_skipPairs = vxPath::m_isClloutOpt && curves1.size() == 6 && curves2.size() == 6;
+        if (item.values.straight)
+            return;
+        setParam(isLoop, false);
+        vx::addSelfIntersection(item.values, item.curve, m_group, m_param);
     }
 
-    void addDoubts(vx::SearchDoubts &doubts) const
+    /**
+     * One curve with all of others from place first on; before and after are the places of its neighbours, -1
+     * for none.
+     */
+    void meetOthers(const Item &item, const std::vector<Item> &others, vx::BoxLookup<BoxOf> &boxes, int first,
+                    int before, int after)
     {
-        doubts.limitReached = doubts.limitReached || m_param.limitReached;
-        doubts.nearMiss = doubts.nearMiss || m_param.nearMiss;
-    }
-
-    QList<vxCurveLocation *> run(bool returnFirst)
-    {
-        for (int i = 0; i < m_curves1.size(); ++i) {
-            if (i == m_contour.end()) {
-                const vxPath &path = *m_curves1.at(i)->path();
-                m_contour = { i, path._countCurves(), path.isClosed() };
-                m_found += m_group;
-                m_group.clear();
-            }
-            if (m_self)
-                meetItself(i);
-            const int first = m_self ? i + 1 : 0;
-            if (first < m_curves2.size() && returnFirst) {
-                vxCurveLocation::releaseAll(m_found);
-                return m_group;
-            }
-            if (m_skipPairs)
-                continue;
-            if (m_self)
-                meetOthers(i, m_values2[i], first);
-            else
-                meetOthers(i, vx::PreparedCurve(m_curves1.at(i)->_cubic()), first);
-        }
-        return m_found + m_group;
-    }
-
-private:
-    void meetItself(int i)
-    {
-        vxCurve *curve = m_curves1.at(i);
-        setParam(false, false);
-        // A closed path of one curve meets itself where it closes, which is no intersection.
-        m_param.excludeStart =
-            m_curves1.size() == 1 && curve->getPoint1().subtract(curve->getPoint2()).isZero();
-        vx::addSelfIntersection(m_values2[i], curve, m_group, m_param);
-    }
-
-    void meetOthers(int i, const vx::PreparedCurve &values1, int first)
-    {
-        vxCurve *curve1 = m_curves1.at(i);
-        const int before = m_self ? m_contour.before(i) : -1;
-        const int after = m_self ? m_contour.after(i) : -1;
         // Twice the reach of boxesMeet, which decides: the comparisons may round differently.
-        m_boxes2.query(values1.box, 2 * vxTolerance::closeDistance, first, [&](int j) {
-            const vx::PreparedCurve &values2 = m_values2[j];
-            if (!vx::boxesMeet(values1.box, values2.box))
-                return;
+        boxes.query(item.values.box, 2 * vxTolerance::closeDistance, first, [&](int j) {
             setParam(j == before, j == after);
-            vx::CurvePair(values1, values2, curve1, m_curves2.at(j), m_group, m_param).intersect();
+            const Item &other = others[size_t(j)];
+            vx::CurvePair(item.values, other.values, item.curve, other.curve, m_group, m_param).intersect();
         });
     }
 
+    /** The next curves belong to another contour: merging and sorting stay within one. */
+    void endContour()
+    {
+        m_found += m_group;
+        m_group.clear();
+    }
+    QList<vxCurveLocation *> takeFound() { return m_found + m_group; }
+
+private:
     void setParam(bool excludeStart, bool excludeEnd)
     {
         m_param.excludeStart = excludeStart;
@@ -156,36 +137,105 @@ private:
         m_param.renormalizeTime = 0;
     }
 
-    const QList<vxCurve *> &m_curves1;
-    const QList<vxCurve *> &m_curves2;
-    const PreparedCurves m_values2;
-    vx::BoxLookup<BoxOf> m_boxes2;
-    bool m_self;
-    bool m_skipPairs;
     opParam m_param;
-    ContourRange m_contour;
     QList<vxCurveLocation *> m_found;
-    /** What the curves of the current contour have met; merging and sorting stay within it. */
+    /** What the curves of the current contour have met. */
     QList<vxCurveLocation *> m_group;
 };
 
-} // namespace
+/** The application's option: two shapes of six curves are not intersected. */
+bool isLeftOut(int count1, int count2)
+{
+    return vxPath::m_isClloutOpt && count1 == 6 && count2 == 6;
+}
 
-namespace {
+/** Meetings of a compound path with itself; with firstOnly no more than those of its first curve with itself.
+ */
+void meetItself(const XPath &path, bool firstOnly, Search &search)
+{
+    const int count = countCurves(path);
+    std::vector<Item> items;
+    items.reserve(size_t(count));
+    for (const vxPath *child : path.children) {
+        for (vxCurve *curve : child->_curves()) {
+            const vx::Cubic cubic = curve->_cubic();
+            items.emplace_back(curve, cubic, vx::pulledBox(cubic));
+        }
+    }
+    vx::BoxLookup<BoxOf> boxes(items.size(), BoxOf{ items.data() });
+    ContourRange contour;
+    for (const vxPath *child : path.children) {
+        contour = { contour.end(), child->_countCurves(), child->isClosed() };
+        for (int i = contour.first; i < contour.end(); ++i) {
+            const Item &item = items[size_t(i)];
+            // A closed path of one curve meets itself where it closes, which is no intersection.
+            search.meetItself(item, count == 1 &&
+                                        item.curve->getPoint1().subtract(item.curve->getPoint2()).isZero());
+            if (firstOnly && i + 1 < count)
+                return;
+            if (!isLeftOut(count, count))
+                search.meetOthers(item, items, boxes, i + 1, contour.before(i), contour.after(i));
+        }
+        search.endContour();
+    }
+}
 
-QList<vxCurveLocation *> search(XPath &path, XPath *other,
-                                const std::function<bool(vxCurveLocation *)> &include, bool returnFirst,
-                                vx::SearchDoubts &doubts)
+/** Meetings of two compound paths: of those curves of each that come near the box of the other's. */
+void meetEachOther(const XPath &path1, const XPath &path2, Search &search)
+{
+    const int count1 = countCurves(path1);
+    const int count2 = countCurves(path2);
+    if (isLeftOut(count1, count2))
+        return;
+    std::vector<vx::Box> boxes1;
+    boxes1.reserve(size_t(count1));
+    vx::Box around1 = emptyBox;
+    for (const vxPath *child : path1.children) {
+        for (const vxCurve *curve : child->_curves()) {
+            boxes1.push_back(vx::pulledBox(curve->_cubic()));
+            extend(around1, boxes1.back());
+        }
+    }
+    std::vector<Item> near;
+    near.reserve(size_t(count2));
+    vx::Box around2 = emptyBox;
+    for (const vxPath *child : path2.children) {
+        for (vxCurve *curve : child->_curves()) {
+            const vx::Cubic cubic = curve->_cubic();
+            const vx::Box box = vx::pulledBox(cubic);
+            if (!vx::boxesMeet(around1, box))
+                continue;
+            near.emplace_back(curve, cubic, box);
+            extend(around2, box);
+        }
+    }
+    vx::BoxLookup<BoxOf> boxes2(near.size(), BoxOf{ near.data() });
+    auto box1 = boxes1.cbegin();
+    for (const vxPath *child : path1.children) {
+        for (vxCurve *curve : child->_curves()) {
+            const vx::Box &box = *box1++;
+            if (vx::boxesMeet(box, around2))
+                search.meetOthers(Item(curve, curve->_cubic(), box), near, boxes2, 0, -1, -1);
+        }
+        search.endContour();
+    }
+}
+
+QList<vxCurveLocation *> findMeetings(XPath &path, XPath *other,
+                                      const std::function<bool(vxCurveLocation *)> &include, bool returnFirst,
+                                      vx::SearchDoubts &doubts)
 {
     const bool self = !other || other == &path;
-    if (!self && !boundsTouch(path, *other))
+    if (!self && (returnFirst || !boundsTouch(path, *other)))
         return QList<vxCurveLocation *>();
-    const QList<vxCurve *> curves1 = path.getCurves();
-    const QList<vxCurve *> curves2 = self ? curves1 : other->getCurves();
-    Search search(curves1, curves2, self, include);
-    const QList<vxCurveLocation *> found = search.run(returnFirst);
-    search.addDoubts(doubts);
-    return found;
+    Search search(include);
+    if (self)
+        meetItself(path, returnFirst, search);
+    else
+        meetEachOther(path, *other, search);
+    doubts.limitReached = doubts.limitReached || search.param().limitReached;
+    doubts.nearMiss = doubts.nearMiss || search.param().nearMiss;
+    return search.takeFound();
 }
 
 } // namespace
@@ -194,14 +244,14 @@ QList<vxCurveLocation *> vx::findIntersections(XPath &path, XPath *other,
                                                const std::function<bool(vxCurveLocation *)> &include,
                                                SearchDoubts &doubts)
 {
-    return search(path, other, include, false, doubts);
+    return findMeetings(path, other, include, false, doubts);
 }
 
 QList<vxCurveLocation *>
 XPath::getIntersections(XPath *other, const std::function<bool(vxCurveLocation *)> &include, bool returnFirst)
 {
     vx::SearchDoubts doubts;
-    return search(*this, other, include, returnFirst, doubts);
+    return findMeetings(*this, other, include, returnFirst, doubts);
 }
 
 QList<vxCurveLocation *> XPath::getCrossings(XPath *other)

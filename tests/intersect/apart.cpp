@@ -43,6 +43,24 @@ struct FullSearch {
     bool sawNothing() const { return found.isEmpty() && !param.limitReached; }
 };
 
+/** What the search does with ends alone. */
+struct EndSearch {
+    QList<vxCurveLocation *> found;
+    opParam param;
+
+    EndSearch(const vx::PreparedCurve &c1, const vx::PreparedCurve &c2, bool excludeStart, bool excludeEnd)
+    {
+        param.excludeStart = excludeStart;
+        param.excludeEnd = excludeEnd;
+        vx::CurvePair pair(c1, c2, nullptr, nullptr, found, param);
+        pair.addOverlap();
+        pair.addCloseEnds();
+    }
+    EndSearch(const EndSearch &) = delete;
+    EndSearch &operator=(const EndSearch &) = delete;
+    ~EndSearch() { vxCurveLocation::releaseAll(found); }
+};
+
 /** Whether an end of either curve lies within five times closeDistance of the other. */
 bool endsAreNear(const vx::Cubic &a, const vx::Cubic &b)
 {
@@ -176,6 +194,7 @@ TEST(Apart, neighbours_said_to_meet_only_at_their_joint_are_searched_in_vain)
 {
     Curves curves(20260502);
     int proved[3] = {};
+    int touching = 0;
     int upright = 0;
     for (int i = 0; i < 60000; ++i) {
         curves.next();
@@ -188,17 +207,87 @@ TEST(Apart, neighbours_said_to_meet_only_at_their_joint_are_searched_in_vain)
         }
         const vx::PreparedCurve a(first);
         const vx::PreparedCurve b(second);
-        if (!meetOnlyAtJoint(a, b, turned ? vx::Joint::StartToEnd : vx::Joint::EndToStart))
+        const vx::Joint joint = turned ? vx::Joint::StartToEnd : vx::Joint::EndToStart;
+        if (touchOnlyAtJoint(a, b, joint)) {
+            const EndSearch ends(a, b, turned, !turned);
+            ASSERT_TRUE(ends.found.isEmpty()) << text(a) << "\n" << text(b);
+            ++touching;
+        }
+        if (!meetOnlyAtJoint(a, b, joint))
             continue;
         ASSERT_TRUE(FullSearch(a, b, turned, !turned).sawNothing()) << text(a) << "\n" << text(b);
         ++proved[a.straight + b.straight];
         const int handle = turned ? 4 : 2;
         upright += !a.straight && !b.straight && second.v[handle] == second.v[turned ? 6 : 0];
     }
-    std::printf("%d, %d, %d with 0, 1, 2 lines; %d curves start upright\n", proved[0], proved[1], proved[2],
-                upright);
+    std::printf("%d, %d, %d with 0, 1, 2 lines; %d curves start upright; %d touch at the joint alone\n",
+                proved[0], proved[1], proved[2], upright, touching);
     EXPECT_GT(std::min({ proved[0], proved[1], proved[2] }), 500);
     EXPECT_GT(upright, 100);
+    EXPECT_GT(touching, 10000);
+}
+
+TEST(Apart, upright_joints_are_searched_in_vain_down_to_the_distance_where_rounding_shows)
+{
+    shapes::Random random(20260504);
+    int proved = 0;
+    for (int i = 0; i < 20000; ++i) {
+        const double x = std::pow(10, random.between(1, 6));
+        const double y = random.between(-1e4, 1e4);
+        const double aside = x * std::pow(10, random.between(-2.2, -1.2));
+        const double up = aside * random.between(0.3, 3);
+        const vxPoint joint(x, y);
+        const vx::Cubic second = vx::Cubic::fromPoints(
+            joint, vxPoint(x, y + 0.55 * up),
+            vxPoint(x - aside * random.between(0.4, 1), y + up * random.between(0.6, 1.1)),
+            vxPoint(x - aside, y + up));
+        vx::Cubic first = second.reversed();
+        for (int k = 1; k < 6; k += 2)
+            first.v[k] = 2 * y - first.v[k];
+        const vx::PreparedCurve a(first);
+        const vx::PreparedCurve b(second);
+        if (!meetOnlyAtJoint(a, b, vx::Joint::EndToStart))
+            continue;
+        ASSERT_TRUE(FullSearch(a, b, false, true).sawNothing()) << text(a) << "\n" << text(b);
+        ++proved;
+    }
+    std::printf("%d proved\n", proved);
+    EXPECT_GT(proved, 5000);
+}
+
+TEST(Apart, points_said_to_be_off_a_curve_are_nowhere_on_it)
+{
+    Curves curves(20260503);
+    int off = 0;
+    int near = 0;
+    for (int i = 0; i < 20000; ++i) {
+        curves.next();
+        const vx::PreparedCurve c(curves.any());
+        const vxPoint at = vx::pointAt(c.values, curves.between(0, 1));
+        const double d = closeDistance * curves.between(0, 40);
+        const vxPoint p = curves.oneIn(3) ? curves.point() : at.add(vxPoint(curves.between(-d, d), d));
+        double distance = 5 * closeDistance;
+        const bool found = vx::timeNear(c.values, p, distance) != noTime || timeOf(c.values, p) != noTime;
+        near += found;
+        if (mayComeNear(c, p))
+            continue;
+        ASSERT_FALSE(found) << text(c) << "\n" << p.toString().toStdString();
+        ++off;
+    }
+    std::printf("%d points off, %d near\n", off, near);
+    EXPECT_GT(off, 3000);
+    EXPECT_GT(near, 1000);
+}
+
+TEST(Apart, ends_within_the_hull_but_off_the_curve_are_told)
+{
+    const vx::PreparedCurve quarter(vx::Cubic{ { 60, 30, 60, 46, 46, 60, 30, 60 } });
+    for (const double inwards : { 0.5, 2.0, 4.0 }) {
+        const vxPoint p(51.2 - inwards, 51.2 - inwards);
+        EXPECT_FALSE(mayComeNear(quarter, p)) << inwards;
+        const vx::PreparedCurve line(vx::Cubic::fromLine(p, vxPoint(80, 90)));
+        EXPECT_EQ(possibleContact(quarter, line), vx::Contact::Crossing) << inwards;
+    }
 }
 
 TEST(Apart, rounded_corners_and_circles_are_proved)
@@ -219,6 +308,12 @@ TEST(Apart, rounded_corners_and_circles_are_proved)
                                          { { 0, 30, 0, 14, 14, 0, 30, 0 } },
                                          { { 30, 0, 46, 0, 60, 14, 60, 30 } } };
     EXPECT_EQ(joined(circle), 4);
+    std::vector<vx::Cubic> farOff = circle;
+    for (vx::Cubic &c : farOff) {
+        for (int i = 0; i < 8; i += 2)
+            c.v[i] += 1700;
+    }
+    EXPECT_EQ(joined(farOff), 4);
     const std::vector<vx::Cubic> tab{ line(0, 50, 0, 10),   { { 0, 10, 0, 5, 5, 0, 10, 0 } },
                                       line(10, 0, 40, 0),   { { 40, 0, 45, 0, 50, 5, 50, 10 } },
                                       line(50, 10, 50, 50), line(50, 50, 0, 50) };
