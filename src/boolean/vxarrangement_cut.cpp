@@ -231,7 +231,9 @@ void Arrangement::cut()
 std::vector<Edge> Arrangement::stretches()
 {
     sortCuts();
-    std::vector<Edge> result;
+    // Edges of an earlier snapping distance are done with; their memory is used again.
+    std::vector<Edge> result = std::move(m_edges);
+    result.clear();
     result.reserve(m_curves.size() + std::min(m_cuts.size(), 4 * m_curves.size()));
     const Cut *cut = m_cuts.data();
     for (int curve = 0; curve < int(m_curves.size()); ++curve) {

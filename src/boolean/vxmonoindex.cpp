@@ -5,7 +5,10 @@
 #include "vxtolerance.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 
 using namespace vxTolerance;
@@ -19,14 +22,16 @@ constexpr double infinite = std::numeric_limits<double>::infinity();
 } // namespace
 
 /**
- * Where many outlines lie: those that a point has on one side need not be looked at, when the level of the
- * point surely passes all their pieces that reach it. It comes back as often as it goes, so that their
- * windings sum up to 0.
+ * Where many outlines lie: those that a point has on one side need not be looked at, when their windings on
+ * its level sum up to 0. They do where the level surely passes all their pieces that reach it, since an
+ * outline comes back as often as it goes; elsewhere, as at vertices, they are counted once for all points of
+ * the level.
  */
 class MonoIndex::Spread
 {
 public:
-    explicit Spread(const MonoIndex &index) : m_index(index), m_boxes(boxesOf(index))
+    explicit Spread(const MonoIndex &index)
+        : m_index(index), m_boxes(boxesOf(index)), m_meanHeight(meanHeightOf(m_boxes))
     {
         std::vector<IntervalIndex::Interval> unsure;
         for (size_t i = 0; i < index.m_outlines.size(); ++i) {
@@ -42,29 +47,78 @@ public:
      */
     const std::vector<int> &outlinesThatCount(const vxPoint &point, double slack)
     {
-        return outlinesThatCount({ point.x, point.y, point.x, point.y }, slack);
-    }
-    /** The same of any point in a box. */
-    const std::vector<int> &outlinesThatCount(const Box &around, double slack)
-    {
         m_found.clear();
         const auto take = [this](int outline) { m_found.push_back(outline); };
-        m_boxes.query(around, std::max(slack, 2 * closeDistance), 0, take);
-        m_unsure.query(around.minY, around.maxY, [&](int i) { take(m_unsureOutlines[size_t(i)]); });
+        m_boxes.query({ point.x, point.y, point.x, point.y }, std::max(slack, 2 * closeDistance), 0, take);
+        const std::vector<int> &uneven = unevenAt(point.y);
+        m_found.insert(m_found.end(), uneven.begin(), uneven.end());
         std::sort(m_found.begin(), m_found.end());
         m_found.erase(std::unique(m_found.begin(), m_found.end()), m_found.end());
         return m_found;
     }
 
-    /** Indexes of the outlines that the vertical at x may meet, ascending. */
-    const std::vector<int> &outlinesOnVertical(double x)
+    /** Indexes of the outlines that the vertical at x may meet from top to bottom, ascending. */
+    const std::vector<int> &outlinesOnVertical(double x, double top, double bottom)
     {
+        // A curve leaves the reach of its pieces by closeDistance where it counts as straight, and by a
+        // millionth of a millionth of its size where an extremum counts as its end.
+        const double slack = 4 * closeDistance + 1e-11 * m_index.m_largestCoordinate;
         m_found.clear();
-        m_boxes.query({ x, -infinite, x, infinite }, 0, 0, [this](int i) { m_found.push_back(i); });
+        m_boxes.query({ x, top, x, bottom }, slack, 0, [this](int i) { m_found.push_back(i); });
         return m_found;
     }
 
+    /** Of the outlines. */
+    double meanHeight() const { return m_meanHeight; }
+
 private:
+    /** The outlines of one level that do not come back as often as they go, seen from one side. */
+    struct Level {
+        double y = std::numeric_limits<double>::quiet_NaN();
+        std::vector<int> uneven;
+    };
+
+    /** Remembers some levels: of shapes in a row many samples share one. */
+    const std::vector<int> &unevenAt(double y)
+    {
+        std::uint64_t bits;
+        std::memcpy(&bits, &y, sizeof bits);
+        Level &level = m_levels[size_t(bits * 0x9e3779b97f4a7c15u >> 56)];
+        if (level.y == y)
+            return level.uneven;
+        level.y = y;
+        level.uneven.clear();
+        m_unsure.query(y, [&](int i) {
+            const int outline = m_unsureOutlines[size_t(i)];
+            if (!isEven(outline, y))
+                level.uneven.push_back(outline);
+        });
+        return level.uneven;
+    }
+
+    /**
+     * Whether the windings of an outline on a level sum up to 0 for points that have it on one side. Which
+     * point that is does not matter: it is only compared with places that all lie on that side of it.
+     */
+    bool isEven(int outline, double y) const
+    {
+        // Farther out rounding may move a crossing to another side.
+        constexpr double largest = 1e6;
+        if (!(m_index.m_largestCoordinate <= largest))
+            return false;
+        LevelCount count(vxPoint(-infinite, y));
+        const Outline &o = m_index.m_outlines[size_t(outline)];
+        o.enter(count);
+        m_index.m_reaches.query(
+            o.first, m_index.endOf(size_t(outline)),
+            [y](const Box &box) { return box.minY <= y && y <= box.maxY; },
+            [&](int i) {
+                const Piece &piece = m_index.m_pieces[size_t(i)];
+                count.visit(piece.mono, piece.passage, m_index.m_reaches[i]);
+            });
+        return count.result().winding == 0;
+    }
+
     /** Boxes around outlines, beyond which a probe has each of their pieces clearly on one side. */
     static std::vector<Box> boxesOf(const MonoIndex &index)
     {
@@ -82,6 +136,14 @@ private:
             boxes.push_back(box);
         }
         return boxes;
+    }
+
+    static double meanHeightOf(const OrderedBoxes &boxes)
+    {
+        double sum = 0;
+        for (int i = 0; i < int(boxes.size()); ++i)
+            sum += boxes[i].maxY - boxes[i].minY;
+        return sum / double(boxes.size());
     }
 
     /** Whether every piece begins at the very height where the one before it ends: no level slips through. */
@@ -132,9 +194,11 @@ private:
 
     const MonoIndex &m_index;
     OrderedBoxes m_boxes;
+    const double m_meanHeight;
     IntervalIndex m_unsure;
     /** The outline of each interval. */
     std::vector<int> m_unsureOutlines;
+    std::array<Level, 256> m_levels;
     std::vector<int> m_found;
 };
 
@@ -285,8 +349,8 @@ void MonoIndex::findNearLevel(const vxPoint &point, double slack, std::vector<in
     visitNearLevel(point, slack, 0, size(), [&found](int i) { found.push_back(i); });
 }
 
-void MonoIndex::countClearly(const vxCurve *own, const std::vector<vxCurve *> &curves, int second,
-                             ClearCount &count) const
+void MonoIndex::countClearly(const vxPoint &place, double slack, const vxCurve *own,
+                             const std::vector<vxCurve *> &curves, int second, ClearCount &count) const
 {
     const Box &box = count.box();
     const auto meets = [&box](const Box &other) { return other.minY <= box.maxY && box.minY <= other.maxY; };
@@ -295,7 +359,7 @@ void MonoIndex::countClearly(const vxCurve *own, const std::vector<vxCurve *> &c
         count.visit(piece.mono, piece.passage, m_reaches[i], curves[size_t(piece.curve)] == own, i >= second);
     };
     if (Spread *many = spread())
-        visitOutlines(many->outlinesThatCount(box, 0), 0, size(), meets, visit);
+        visitOutlines(many->outlinesThatCount(place, slack), 0, size(), meets, visit);
     else
         m_reaches.query(0, size(), meets, visit);
 }
@@ -316,7 +380,17 @@ void MonoIndex::visitLevel(const vxPoint &point, const std::vector<int> &nearLev
     }
 }
 
-std::vector<MonoIndex::Height> MonoIndex::heightsOnVertical(const vxPoint &point, int first, int last) const
+double MonoIndex::usualReach() const
+{
+    // Farther out rounding moves curves by more than outlinesOnVertical() widens its search.
+    constexpr double largest = 1e6;
+    if (!(m_largestCoordinate <= largest) || !spread())
+        return infinite;
+    return std::max(2 * spread()->meanHeight(), m_largestCoordinate / 1024);
+}
+
+std::vector<MonoIndex::Height> MonoIndex::heightsOnVertical(const vxPoint &point, double top, double bottom,
+                                                            int first, int last) const
 {
     std::vector<Height> met;
     met.reserve(16);
@@ -330,7 +404,7 @@ std::vector<MonoIndex::Height> MonoIndex::heightsOnVertical(const vxPoint &point
             met.push_back(height);
     };
     if (Spread *many = spread())
-        visitOutlines(many->outlinesOnVertical(x), first, last, meets, take);
+        visitOutlines(many->outlinesOnVertical(x, top, bottom), first, last, meets, take);
     else
         m_reaches.query(first, last, meets, take);
     std::sort(met.begin(), met.end(), [](const Height &a, const Height &b) {

@@ -10,6 +10,8 @@
 
 #include <QList>
 
+#include <algorithm>
+#include <cmath>
 #include <memory>
 #include <vector>
 
@@ -54,10 +56,11 @@ public:
     void findNearLevel(const vxPoint &point, double slack, std::vector<int> &found) const;
     /**
      * Counts for a place on one of the appended curves, which are listed; pieces from second on are the
-     * second operand's.
+     * second operand's. The count's box reaches slack around the place. Outlines aside of it that the level
+     * of the place meets as often upwards as downwards are left out.
      */
-    void countClearly(const vxCurve *own, const std::vector<vxCurve *> &curves, int second,
-                      ClearCount &count) const;
+    void countClearly(const vxPoint &place, double slack, const vxCurve *own,
+                      const std::vector<vxCurve *> &curves, int second, ClearCount &count) const;
     /** winding(), not horizontal, of a point whose pieces findNearLevel() found. */
     vxWinding winding(const vxPoint &point, const std::vector<int> &nearLevel, int first, int last) const;
     /** Reach of a piece: its levels from end to end, and the width of its control points. */
@@ -87,16 +90,24 @@ public:
                     LevelCount &count) const;
     /**
      * Calls visit for pieces in [first, last) that the vertical through a point may meet, those next to it
-     * first; leaves out those that lie above yTop or below yBottom altogether, which visit may move towards
-     * each other.
+     * first; leaves out those that lie above yTop or below yBottom altogether, which visit moves to the
+     * nearest crossings that it finds. Pieces may come more than once.
      */
     template <typename Visit>
     void visitVertical(const vxPoint &point, int first, int last, const double &yTop, const double &yBottom,
                        Visit &&visit) const
     {
-        for (const Height &height : heightsOnVertical(point, first, last)) {
-            if (!(height.bottom < yTop || height.top > yBottom))
-                visit(m_pieces[size_t(height.piece)].mono);
+        for (double reach = usualReach();; reach *= 4) {
+            const double top = std::max(point.y - reach, yTop);
+            const double bottom = std::min(point.y + reach, yBottom);
+            for (const Height &height : heightsOnVertical(point, top, bottom, first, last)) {
+                if (!(height.bottom < yTop || height.top > yBottom))
+                    visit(m_pieces[size_t(height.piece)].mono);
+            }
+            // What was left out lies beyond; so it does when all of the outlines are within reach.
+            const bool isBeyondBoth = yTop >= point.y - reach && yBottom <= point.y + reach;
+            if (isBeyondBoth || !(reach < m_largestCoordinate + std::fabs(point.y)))
+                return;
         }
     }
 
@@ -152,7 +163,12 @@ private:
      */
     template <typename Visit>
     void visitNearLevel(const vxPoint &point, double slack, int first, int last, Visit &&visit) const;
-    std::vector<Height> heightsOnVertical(const vxPoint &point, int first, int last) const;
+    /** How far to look for neighbours on a vertical at first, in path units; infinite: all the way. */
+    double usualReach() const;
+    /** Of the pieces that the vertical through a point may meet from top to bottom, and others; nearest
+     * first. */
+    std::vector<Height> heightsOnVertical(const vxPoint &point, double top, double bottom, int first,
+                                          int last) const;
     Height heightOf(int piece, double y) const;
 
     std::vector<Piece> m_pieces;

@@ -39,10 +39,11 @@ public:
             split(i);
         if (m_rootCount <= scanned)
             return;
-        m_rootBoxes.reserve(size_t(m_rootCount));
+        std::vector<Box> rootBoxes;
+        rootBoxes.reserve(size_t(m_rootCount));
         for (int i = 0; i < m_rootCount; ++i)
-            m_rootBoxes.push_back(m_runs[size_t(i)].box);
-        m_roots = std::make_unique<BoxTree>(m_rootBoxes);
+            rootBoxes.push_back(m_runs[size_t(i)].box);
+        m_roots = std::make_unique<BoxTree>(std::move(rootBoxes));
     }
     RunTree(const RunTree &) = delete;
     RunTree &operator=(const RunTree &) = delete;
@@ -151,7 +152,6 @@ private:
     const std::vector<Box> &m_boxes;
     std::vector<Run> m_runs; ///< whole contours first
     int m_rootCount = 0;
-    std::vector<Box> m_rootBoxes;
     std::unique_ptr<BoxTree> m_roots;
     mutable std::vector<int> m_found; ///< scratch of walk
 };

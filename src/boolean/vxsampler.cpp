@@ -212,7 +212,7 @@ bool Sampler::countClearly(const Sample &sample, vxWinding &winding) const
     const double slack = reachOfCurves();
     const vxPoint &p = sample.point;
     ClearCount count({ p.x - slack, p.y - slack, p.x + slack, p.y + slack });
-    m_pieces.countClearly(sample.curve, m_curves, m_secondPiece, count);
+    m_pieces.countClearly(p, slack, sample.curve, m_curves, m_secondPiece, count);
     if (!count.isClear())
         return false;
     if (asksForSides() && belongsTo(sample.curve, m_path1) && count.windingIn(true) != 0)

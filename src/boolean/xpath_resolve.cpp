@@ -10,6 +10,7 @@
 #include "vxtolerance.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 #include <vector>
 
@@ -179,11 +180,17 @@ private:
         m_placements.push_back({ m_order[size_t(i)], clockwise });
     }
 
-    /** The contours before i whose boxes hold a point, from the smallest: no other can contain it. */
-    std::vector<int> mayContain(const vxPoint &point, int i)
+    /**
+     * The contours before i whose boxes come near its own, from the smallest: no other can contain an
+     * interior point of it, which lies within its box but for rounding.
+     */
+    std::vector<int> mayContain(int i)
     {
+        const vx::Box &box = m_boxes[i];
+        const double largest =
+            std::max({ std::fabs(box.minX), std::fabs(box.maxX), std::fabs(box.minY), std::fabs(box.maxY) });
         std::vector<int> found;
-        m_boxes.query({ point.x, point.y, point.x, point.y }, vxTolerance::closeDistance, 0, [&](int j) {
+        m_boxes.query(box, 2 * vxTolerance::closeDistance + 1e-9 * largest, 0, [&](int j) {
             if (j < i)
                 found.push_back(j);
         });
@@ -193,10 +200,13 @@ private:
 
     const vxPath *findContainer(int i)
     {
+        const std::vector<int> candidates = mayContain(i);
+        if (candidates.empty())
+            return nullptr;
         const vxPoint point = m_paths.at(i)->getInteriorPoint(m_evenOdd);
         const vxStyle style = vxStyle::filled(m_evenOdd);
         bool isContained = false;
-        for (int j : mayContain(point, i)) {
+        for (int j : candidates) {
             if (!m_paths.at(j)->contains(point, style))
                 continue;
             if (!m_evenOdd && !isContained) {

@@ -20,6 +20,7 @@ public:
         m_boxes.reserve(count);
         m_runs.reserve(count / run + 1);
         m_longRuns.reserve(count / longRun + 1);
+        m_longestRuns.reserve(count / longestRun);
     }
 
     /** Coordinates are not NaN; a box with max below min is met by nothing. */
@@ -48,9 +49,15 @@ public:
         const Box *runs = m_runs.data();
         const unsigned end = unsigned(std::max(last, 0));
         for (unsigned i = unsigned(first); i < end;) {
-            if (i % longRun == 0 && isEmptyLongRun(i / longRun, meets)) {
-                i += longRun;
-                continue;
+            if (i % longRun == 0) {
+                if (i % longestRun == 0 && isEmpty(m_longestRuns, i / longestRun, meets)) {
+                    i += longestRun;
+                    continue;
+                }
+                if (isEmpty(m_longRuns, i / longRun, meets)) {
+                    i += longRun;
+                    continue;
+                }
             }
             const unsigned next = i - i % run + run;
             if (meets(runs[i / run])) {
@@ -67,6 +74,7 @@ public:
 private:
     static constexpr unsigned run = 8;
     static constexpr unsigned longRun = 64;
+    static constexpr unsigned longestRun = 4096;
 
     /** Written so that NaN changes nothing. */
     static void include(Box &around, const Box &box)
@@ -77,24 +85,32 @@ private:
         around.maxY = box.maxY > around.maxY ? box.maxY : around.maxY;
     }
 
-    /** Only those that are full are known. */
+    /** Of the long runs only those that are full are known. */
     template <typename Meets>
-    bool isEmptyLongRun(size_t i, Meets &meets) const
+    static bool isEmpty(const std::vector<Box> &runs, size_t i, Meets &meets)
     {
-        return i < m_longRuns.size() && !meets(m_longRuns[i]);
+        return i < runs.size() && !meets(runs[i]);
     }
 
     void closeLongRun()
     {
-        auto around = m_runs.end() - longRun / run;
-        m_longRuns.push_back(*around);
-        while (++around != m_runs.end())
-            include(m_longRuns.back(), *around);
+        m_longRuns.push_back(aroundLast(m_runs, longRun / run));
+        if (m_boxes.size() % longestRun == 0)
+            m_longestRuns.push_back(aroundLast(m_longRuns, longestRun / longRun));
+    }
+
+    static Box aroundLast(const std::vector<Box> &boxes, size_t count)
+    {
+        Box around = boxes[boxes.size() - count];
+        for (size_t i = boxes.size() - count + 1; i < boxes.size(); ++i)
+            include(around, boxes[i]);
+        return around;
     }
 
     std::vector<Box> m_boxes;
     std::vector<Box> m_runs;
     std::vector<Box> m_longRuns;
+    std::vector<Box> m_longestRuns;
 };
 
 } // namespace vx

@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numeric>
 
 namespace vx {
 
 namespace {
 
-constexpr int leafSize = 6;
 constexpr double infinite = std::numeric_limits<double>::infinity();
 
 /** Written so that NaN reaches everything. */
@@ -19,79 +17,161 @@ bool reach(const Box &a, const Box &b, double slack)
              b.maxY + slack < a.minY);
 }
 
-void include(Box &box, const Box &other)
+/** False with NaN. */
+bool apart(const Box &a, const Box &b)
 {
-    if (std::isnan(other.minX + other.minY + other.maxX + other.maxY)) {
-        box = { -infinite, -infinite, infinite, infinite };
-        return;
-    }
-    box.minX = std::min(box.minX, other.minX);
-    box.minY = std::min(box.minY, other.minY);
-    box.maxX = std::max(box.maxX, other.maxX);
-    box.maxY = std::max(box.maxY, other.maxY);
+    return a.maxX < b.minX || b.maxX < a.minX || a.maxY < b.minY || b.maxY < a.minY;
 }
 
-/** Sorting key along an axis (0 x, 1 y): twice the centre; NaN sorts first, so that the order is one. */
-double key(const Box &box, int axis)
+/** A box widened by slack and by more than rounding: from what it is apart, reach() does not hold. */
+Box widened(const Box &box, double slack)
 {
-    const double k = axis == 0 ? box.minX + box.maxX : box.minY + box.maxY;
-    return std::isnan(k) ? -infinite : k;
+    const auto margin = [slack](double edge) { return slack + 1e-12 * (slack + std::fabs(edge)); };
+    return { box.minX - margin(box.minX), box.minY - margin(box.minY), box.maxX + margin(box.maxX),
+             box.maxY + margin(box.maxY) };
+}
+
+Box around(const Box *begin, const Box *end)
+{
+    Box box{ infinite, infinite, -infinite, -infinite };
+    for (const Box *b = begin; b != end; ++b) {
+        if (std::isnan(b->minX + b->minY + b->maxX + b->maxY))
+            return { -infinite, -infinite, infinite, infinite };
+        box.minX = std::min(box.minX, b->minX);
+        box.minY = std::min(box.minY, b->minY);
+        box.maxX = std::max(box.maxX, b->maxX);
+        box.maxY = std::max(box.maxY, b->maxY);
+    }
+    return box;
+}
+
+/** The middle of a box, twice its coordinates. Boxes without one only make the tree slower. */
+struct Middle {
+    double x, y;
+    int item;
+
+    Middle(const Box &box, int item) : x(box.minX + box.maxX), y(box.minY + box.maxY), item(item)
+    {
+        if (!std::isfinite(x + y))
+            x = y = 0;
+    }
+};
+
+/** Puts neighbours in the plane next to each other: halves a range across its longer side, and so on. */
+void halve(Middle *first, Middle *last, std::ptrdiff_t together)
+{
+    if (last - first <= together)
+        return;
+    double minX = infinite, minY = infinite, maxX = -infinite, maxY = -infinite;
+    for (const Middle *m = first; m != last; ++m) {
+        minX = std::min(minX, m->x);
+        minY = std::min(minY, m->y);
+        maxX = std::max(maxX, m->x);
+        maxY = std::max(maxY, m->y);
+    }
+    // Parts begin at multiples of powers of 2, as the runs do that are put in one box.
+    std::ptrdiff_t part = together;
+    while (2 * part < last - first)
+        part *= 2;
+    Middle *const middle = first + part;
+    if (maxX - minX >= maxY - minY)
+        std::nth_element(first, middle, last, [](const Middle &a, const Middle &b) { return a.x < b.x; });
+    else
+        std::nth_element(first, middle, last, [](const Middle &a, const Middle &b) { return a.y < b.y; });
+    halve(first, middle, together);
+    halve(middle, last, together);
 }
 
 } // namespace
 
-BoxTree::BoxTree(const std::vector<Box> &boxes) : m_boxes(boxes), m_items(boxes.size())
+BoxTree::BoxTree(std::vector<Box> boxes, Order order) : m_boxes(std::move(boxes))
 {
-    std::iota(m_items.begin(), m_items.end(), 0);
-    m_nodes.reserve(boxes.size() / 2 + 8);
-    m_nodes.emplace_back();
-    build(0, 0, int(boxes.size()));
+    m_starts = { 0, int(m_boxes.size()) };
+    m_boxes.reserve(m_boxes.size() + m_boxes.size() / (fanOut - 1) + 16);
+    if (order == Order::ByPlace)
+        sortByPlace();
+    addLevelsAbove();
 }
 
-void BoxTree::build(int node, int first, int count)
+void BoxTree::sortByPlace()
 {
-    Box box{ infinite, infinite, -infinite, -infinite };
-    for (int i = first; i < first + count; ++i)
-        include(box, m_boxes[size_t(m_items[size_t(i)])]);
-    if (count <= leafSize) {
-        m_nodes[size_t(node)] = { box, first, count };
-        return;
+    std::vector<Middle> middles;
+    middles.reserve(m_boxes.size());
+    for (const Box &box : m_boxes)
+        middles.emplace_back(box, int(middles.size()));
+    halve(middles.data(), middles.data() + middles.size(), fanOut);
+    m_items.reserve(m_boxes.size());
+    std::vector<Box> sorted;
+    sorted.reserve(m_boxes.capacity());
+    for (const Middle &middle : middles) {
+        m_items.push_back(middle.item);
+        sorted.push_back(m_boxes[size_t(middle.item)]);
     }
-    const int axis = box.maxX - box.minX >= box.maxY - box.minY ? 0 : 1;
-    const auto begin = m_items.begin() + first;
-    std::nth_element(begin, begin + count / 2, begin + count, [this, axis](int a, int b) {
-        const double ka = key(m_boxes[size_t(a)], axis);
-        const double kb = key(m_boxes[size_t(b)], axis);
-        return ka != kb ? ka < kb : a < b;
-    });
-    const int left = int(m_nodes.size());
-    m_nodes.resize(m_nodes.size() + 2);
-    m_nodes[size_t(node)] = { box, left, 0 };
-    build(left, first, count / 2);
-    build(left + 1, first + count / 2, count - count / 2);
+    m_boxes = std::move(sorted);
 }
 
-void BoxTree::query(const Box &box, double slack, std::vector<int> &found) const
+void BoxTree::addLevelsAbove()
 {
-    // Halving keeps the depth below the bits of an int, so a small fixed stack holds every open branch.
-    int stack[64];
-    int depth = 0;
-    stack[depth++] = 0;
-    while (depth > 0) {
-        const Node &node = m_nodes[size_t(stack[--depth])];
-        if (!reach(node.box, box, slack))
-            continue;
-        if (node.count == 0 && !m_items.empty()) {
-            stack[depth++] = node.first + 1;
-            stack[depth++] = node.first;
-            continue;
+    while (m_starts.back() - m_starts.end()[-2] > fanOut) {
+        const int last = m_starts.back();
+        for (int i = m_starts.end()[-2]; i < last; i += fanOut) {
+            const Box *begin = &m_boxes[size_t(i)];
+            m_boxes.push_back(around(begin, begin + std::min(fanOut, last - i)));
         }
-        for (int i = node.first; i < node.first + node.count; ++i) {
-            const int item = m_items[size_t(i)];
-            if (reach(m_boxes[size_t(item)], box, slack))
-                found.push_back(item);
+        m_starts.push_back(int(m_boxes.size()));
+    }
+}
+
+/** One query. */
+class BoxTree::Walk
+{
+public:
+    Walk(const BoxTree &tree, const Box &box, double slack, int first, std::vector<int> &found)
+        : m_tree(tree), m_items(tree.m_items.empty() ? nullptr : tree.m_items.data()), m_box(box),
+          m_slack(slack), m_wide(widened(box, slack)), m_first(m_items ? 0 : first), m_found(found)
+    {
+        const int top = int(tree.m_starts.size()) - 2;
+        search(top, 0, tree.m_starts[size_t(top) + 1] - tree.m_starts[size_t(top)]);
+    }
+
+    int lookedAt() const { return m_lookedAt; }
+
+private:
+    /** Of one level the boxes in [from, to), counted within it. */
+    void search(int level, int from, int to)
+    {
+        from = std::max(from, m_first >> (fanOutBits * level));
+        m_lookedAt += std::max(to - from, 0);
+        const Box *const boxes = m_tree.m_boxes.data() + m_tree.m_starts[size_t(level)];
+        for (int i = from; i < to; ++i) {
+            if (apart(boxes[i], m_wide))
+                continue;
+            if (level == 0)
+                take(boxes[i], i);
+            else
+                search(level - 1, i << fanOutBits, std::min((i + 1) << fanOutBits, m_tree.sizeOf(level - 1)));
         }
     }
+
+    void take(const Box &box, int i)
+    {
+        if (reach(box, m_box, m_slack))
+            m_found.push_back(m_items ? m_items[i] : i);
+    }
+
+    const BoxTree &m_tree;
+    const int *const m_items;
+    const Box &m_box;
+    const double m_slack;
+    const Box m_wide;
+    const int m_first;
+    std::vector<int> &m_found;
+    int m_lookedAt = 0;
+};
+
+int BoxTree::query(const Box &box, double slack, int first, std::vector<int> &found) const
+{
+    return Walk(*this, box, slack, first, found).lookedAt();
 }
 
 } // namespace vx

@@ -7,31 +7,54 @@
 namespace vx {
 
 /**
- * A static tree over boxes: which of them come within reach of a given one. Built once in O(n log n); a query
- * costs O(log n) and the boxes found. Boxes with NaN reach everything.
+ * A static tree over boxes: which of them come within reach of a given one. Boxes with NaN reach everything.
+ *
+ * The boxes stand in a row, above them the boxes around runs of fanOut, and so on: no node needs a pointer,
+ * and what is looked at together lies together in memory.
  */
 class BoxTree
 {
 public:
-    explicit BoxTree(const std::vector<Box> &boxes);
-
-    /**
-     * Appends the indexes of all boxes that touch box widened by slack on every side, in no particular order.
-     */
-    void query(const Box &box, double slack, std::vector<int> &found) const;
-
-private:
-    struct Node {
-        Box box;
-        int first; ///< leaf: first item; inner node: left child, the right one follows it
-        int count; ///< leaf: number of items; inner node: 0
+    enum class Order {
+        /** Neighbours in the plane become neighbours in the row: O(n log n); a query costs O(log n). */
+        ByPlace,
+        /**
+         * As they are given: O(n), and queries cost as little as long as neighbours in the list are mostly
+         * neighbours in the plane.
+         */
+        AsListed
     };
 
-    void build(int node, int first, int count);
+    explicit BoxTree(std::vector<Box> boxes, Order order = Order::ByPlace);
 
-    const std::vector<Box> &m_boxes;
+    Order order() const { return m_items.empty() ? Order::AsListed : Order::ByPlace; }
+
+    /**
+     * Appends the indexes of all boxes that touch box widened by slack on every side: ascending in the order
+     * as listed, else in none. Returns how many boxes it looked at.
+     */
+    int query(const Box &box, double slack, std::vector<int> &found) const
+    {
+        return query(box, slack, 0, found);
+    }
+    /** The same; in the order as listed, it leaves out those before first. */
+    int query(const Box &box, double slack, int first, std::vector<int> &found) const;
+
+private:
+    class Walk;
+    static constexpr int fanOutBits = 2;
+    static constexpr int fanOut = 1 << fanOutBits;
+
+    int sizeOf(int level) const { return m_starts[size_t(level) + 1] - m_starts[size_t(level)]; }
+    void sortByPlace();
+    void addLevelsAbove();
+
+    /** The index of each box in the row; none if that is its place. */
     std::vector<int> m_items;
-    std::vector<Node> m_nodes;
+    /** The row of boxes, then those around runs of them, level by level. */
+    std::vector<Box> m_boxes;
+    /** Where each level begins in m_boxes, and the end. */
+    std::vector<int> m_starts;
 };
 
 } // namespace vx

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <numeric>
 #include <vector>
 
 namespace vx {
@@ -20,17 +19,15 @@ public:
     };
 
     IntervalIndex() = default;
-    explicit IntervalIndex(const std::vector<Interval> &intervals) : m_items(intervals.size())
+    explicit IntervalIndex(const std::vector<Interval> &intervals)
     {
-        std::iota(m_items.begin(), m_items.end(), 0);
-        std::stable_sort(m_items.begin(), m_items.end(), [&intervals](int a, int b) {
-            return intervals[size_t(a)].lo < intervals[size_t(b)].lo;
+        m_nodes.reserve(intervals.size());
+        for (const Interval &interval : intervals)
+            m_nodes.push_back({ interval, interval.hi, int(m_nodes.size()) });
+        std::sort(m_nodes.begin(), m_nodes.end(), [](const Node &a, const Node &b) {
+            return a.interval.lo != b.interval.lo ? a.interval.lo < b.interval.lo : a.item < b.item;
         });
-        m_sorted.reserve(intervals.size());
-        for (int item : m_items)
-            m_sorted.push_back(intervals[size_t(item)]);
-        m_greatest.resize(intervals.size());
-        measure(0, int(intervals.size()));
+        measure(0, int(m_nodes.size()));
     }
 
     /** Calls visit(index) for every interval with lo <= value <= hi, by ascending lower end. */
@@ -43,20 +40,26 @@ public:
     template <typename Visit>
     void query(double from, double to, Visit &&visit) const
     {
-        descend(0, int(m_sorted.size()), from, to, visit);
+        descend(0, int(m_nodes.size()), from, to, visit);
     }
 
 private:
-    /** Fills m_greatest at the middle of [first, last), which stands for that part; returns it. */
+    /** The middle of a part of the list, which stands for that part. */
+    struct Node {
+        Interval interval;
+        double greatest; ///< upper end in the part
+        int item;
+    };
+
+    /** Fills greatest in [first, last); returns that of the whole. */
     double measure(int first, int last)
     {
         if (first >= last)
             return -std::numeric_limits<double>::infinity();
         const int middle = (first + last) / 2;
-        const double greatest =
-            std::max({ measure(first, middle), m_sorted[size_t(middle)].hi, measure(middle + 1, last) });
-        m_greatest[size_t(middle)] = greatest;
-        return greatest;
+        Node &node = m_nodes[size_t(middle)];
+        node.greatest = std::max({ measure(first, middle), node.interval.hi, measure(middle + 1, last) });
+        return node.greatest;
     }
 
     template <typename Visit>
@@ -64,20 +67,19 @@ private:
     {
         while (first < last) {
             const int middle = (first + last) / 2;
-            if (m_greatest[size_t(middle)] < from)
+            const Node &node = m_nodes[size_t(middle)];
+            if (node.greatest < from)
                 return;
             descend(first, middle, from, to, visit);
-            if (m_sorted[size_t(middle)].lo > to)
+            if (node.interval.lo > to)
                 return;
-            if (m_sorted[size_t(middle)].hi >= from)
-                visit(m_items[size_t(middle)]);
+            if (node.interval.hi >= from)
+                visit(node.item);
             first = middle + 1;
         }
     }
 
-    std::vector<int> m_items;
-    std::vector<Interval> m_sorted;
-    std::vector<double> m_greatest;
+    std::vector<Node> m_nodes;
 };
 
 } // namespace vx

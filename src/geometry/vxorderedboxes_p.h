@@ -13,8 +13,8 @@ namespace vx {
 
 /**
  * Which of many boxes come within reach of a given one, visited in the order of the list: boxAt(i) is the box
- * of item i. Few are looked through in groups, many go into a tree at the first query. Boxes with NaN reach
- * everything.
+ * of item i. Few are looked through in groups, many go into a tree at the first query: as they are listed,
+ * and sorted by place only when queries turn out to cost more so. Boxes with NaN reach everything.
  */
 template <typename BoxAt>
 class BoxLookup
@@ -41,6 +41,11 @@ private:
     static constexpr size_t scanned = 512;
     /** Neighbours in the list are neighbours in the plane as a rule, since curves come in contours. */
     static constexpr size_t groupSize = 8;
+    /** Boxes that a query in a sorted tree looks at, about: some, and more for each box that it finds. */
+    static constexpr double looksPerQuery = 64;
+    static constexpr double looksPerFind = 8;
+    /** Looks that sorting costs, about, for each box. */
+    static constexpr double looksForSorting = 32;
 
     template <typename Visit>
     void scan(const Box &wide, int first, Visit &&visit) const
@@ -61,18 +66,32 @@ private:
     template <typename Visit>
     void search(const Box &box, double slack, int first, Visit &&visit)
     {
-        if (!m_tree) {
-            for (size_t i = 0; i < m_count; ++i)
-                m_boxes.push_back(m_boxAt(i));
-            m_tree = std::make_unique<BoxTree>(m_boxes);
-        }
+        if (!m_tree)
+            grow(BoxTree::Order::AsListed);
+        else if (m_wasted > looksForSorting * double(m_count))
+            grow(BoxTree::Order::ByPlace);
         m_found.clear();
-        m_tree->query(box, slack, m_found);
-        m_found.erase(std::remove_if(m_found.begin(), m_found.end(), [first](int i) { return i < first; }),
-                      m_found.end());
-        std::sort(m_found.begin(), m_found.end());
+        const int lookedAt = m_tree->query(box, slack, first, m_found);
+        if (m_tree->order() == BoxTree::Order::AsListed) {
+            m_wasted += lookedAt - looksPerQuery - looksPerFind * double(m_found.size());
+        } else {
+            m_found.erase(
+                std::remove_if(m_found.begin(), m_found.end(), [first](int i) { return i < first; }),
+                m_found.end());
+            std::sort(m_found.begin(), m_found.end());
+        }
         for (int i : m_found)
             visit(i);
+    }
+
+    void grow(BoxTree::Order order)
+    {
+        std::vector<Box> boxes;
+        boxes.reserve(m_count + m_count / 2);
+        for (size_t i = 0; i < m_count; ++i)
+            boxes.push_back(m_boxAt(i));
+        m_tree = std::make_unique<BoxTree>(std::move(boxes), order);
+        m_wasted = 0;
     }
 
     /** Boxes of the groups; an edge is NaN if it is in any of them, so that no group is apart by it. */
@@ -104,8 +123,9 @@ private:
     const size_t m_count;
     const BoxAt m_boxAt;
     QVarLengthArray<Box, 16> m_groups;
-    std::vector<Box> m_boxes;
     std::unique_ptr<BoxTree> m_tree;
+    /** Looks of queries in the order of the list, beyond what they would cost in a sorted tree. */
+    double m_wasted = 0;
     std::vector<int> m_found;
 };
 

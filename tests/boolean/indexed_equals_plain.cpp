@@ -162,10 +162,11 @@ TEST(IndexedEqualsPlain, winding_counts_follow_edits)
 TEST(IndexedEqualsPlain, boxes_in_runs)
 {
     shapes::Random random(2);
+    constexpr int count = 9001;
     vx::BoxRuns runs;
     double x = 0;
     double y = 0;
-    for (int i = 0; i < 333; ++i) {
+    for (int i = 0; i < count; ++i) {
         x += random.between(-5, 5);
         y += random.between(-5, 5);
         runs.append({ x, y, x + random.between(-1, 9), y + random.between(-1, 9) });
@@ -175,8 +176,8 @@ TEST(IndexedEqualsPlain, boxes_in_runs)
         const auto holds = [&p](const vx::Box &box) {
             return box.minX <= p.x && p.x <= box.maxX && box.minY <= p.y && p.y <= box.maxY;
         };
-        const int first = int(random.between(0, 333));
-        const int last = int(random.between(0, 333));
+        const int first = int(random.between(0, count));
+        const int last = int(random.between(0, count));
         std::vector<int> plain;
         for (int k = first; k < last; ++k) {
             if (holds(runs[k]))
@@ -188,29 +189,53 @@ TEST(IndexedEqualsPlain, boxes_in_runs)
     }
 }
 
-TEST(IndexedEqualsPlain, boxes_within_reach)
+namespace {
+
+/** Small boxes: anywhere, or one behind the other. */
+std::vector<vx::Box> boxesOf(int count, bool scattered)
 {
     shapes::Random random(9);
-    for (int count : { 5, 100, 700 }) {
-        std::vector<vx::Box> boxes;
-        for (int i = 0; i < count; ++i) {
-            const double x = random.between(0, 100);
-            const double y = random.between(0, 100);
-            boxes.push_back({ x, y, x + random.between(0, 9), y + random.between(0, 9) });
+    std::vector<vx::Box> boxes;
+    double x = 0;
+    double y = 0;
+    for (int i = 0; i < count; ++i) {
+        x = scattered ? random.between(0, 100) : x + random.between(-1, 2);
+        y = scattered ? random.between(0, 100) : y + random.between(-2, 2);
+        boxes.push_back({ x, y, x + random.between(0, 9), y + random.between(0, 9) });
+    }
+    return boxes;
+}
+
+void expectFoundAsByLooking(const std::vector<vx::Box> &boxes, double slack)
+{
+    vx::OrderedBoxes ordered(boxes);
+    const int count = int(boxes.size());
+    for (int i = 0; i < count; ++i) {
+        std::vector<int> plain;
+        for (int j = i; j < count; ++j) {
+            const vx::Box &a = boxes[size_t(i)];
+            const vx::Box &b = boxes[size_t(j)];
+            if (!(a.maxX + slack < b.minX || b.maxX + slack < a.minX || a.maxY + slack < b.minY ||
+                  b.maxY + slack < a.minY))
+                plain.push_back(j);
         }
-        boxes[2].minX = qQNaN(); // reaches everything
-        vx::OrderedBoxes ordered(boxes);
-        for (int i = 0; i < count; ++i) {
-            std::vector<int> plain;
-            for (int j = i; j < count; ++j) {
-                const vx::Box &a = boxes[size_t(i)];
-                const vx::Box &b = boxes[size_t(j)];
-                if (!(a.maxX < b.minX || b.maxX < a.minX || a.maxY < b.minY || b.maxY < a.minY))
-                    plain.push_back(j);
-            }
-            std::vector<int> found;
-            ordered.query(boxes[size_t(i)], 0, i, [&found](int j) { found.push_back(j); });
-            ASSERT_EQ(found, plain) << "box " << i << " of " << count;
+        std::vector<int> found;
+        ordered.query(boxes[size_t(i)], slack, i, [&found](int j) { found.push_back(j); });
+        ASSERT_EQ(found, plain) << "box " << i << " of " << count;
+    }
+}
+
+} // namespace
+
+TEST(IndexedEqualsPlain, boxes_within_reach)
+{
+    for (int count : { 5, 100, 700, 1025 }) {
+        for (bool scattered : { false, true }) { // those anywhere are sorted before long
+            std::vector<vx::Box> boxes = boxesOf(count, scattered);
+            expectFoundAsByLooking(boxes, 1.5);
+            boxes[2].minX = qQNaN(); // reaches everything
+            boxes[4] = { -qInf(), 50, qInf(), 51 };
+            expectFoundAsByLooking(boxes, 0);
         }
     }
 }
