@@ -66,9 +66,9 @@ bool isBesideHull(const Cubic &c, const vxPoint &p)
 bool mayTouch(const PreparedCurve &curve, double height, const vxPoint &p)
 {
     const double margin = apartDistance * curve.chordBound;
-    // Not its pulledBox(): between the two pulled points a curve may bulge out of that.
     return height <= curve.highest + margin && height >= curve.lowest - margin &&
-           !isBesideHull(curve.values, p);
+           p.x <= curve.box.maxX + apartDistance && p.x >= curve.box.minX - apartDistance &&
+           p.y <= curve.box.maxY + apartDistance && p.y >= curve.box.minY - apartDistance;
 }
 
 /** Whether a point lies clear of the hull of some part: beside its box or beside its strip along the chord.

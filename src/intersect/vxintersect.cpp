@@ -19,15 +19,15 @@ constexpr double ordinarySize = 1e6;
 constexpr double ordinaryChord = 10 * closeDistance;
 
 /**
- * Least and greatest of the control values pulled a quarter of the way towards their neighbours in the
- * polygon.
+ * The range of a curve's ends, extended by three quarters of what inner control values lie beyond it: their
+ * weights 3 t (1 - t)^2 and 3 t^2 (1 - t) sum up to 3 t (1 - t), at most 3 / 4.
  */
 void pulledRange(double q0, double q1, double q2, double q3, double &min, double &max)
 {
-    const double pulled1 = (q0 + 3 * q1) / 4;
-    const double pulled2 = (3 * q2 + q3) / 4;
-    min = std::min(std::min(q0, pulled1), std::min(pulled2, q3));
-    max = std::max(std::max(q0, pulled1), std::max(pulled2, q3));
+    min = std::min(q0, q3);
+    max = std::max(q0, q3);
+    min -= 0.75 * std::max(0.0, min - std::min(q1, q2));
+    max += 0.75 * std::max(0.0, std::max(q1, q2) - max);
 }
 
 /** The straight curve that Cubic::fromLine() makes. */

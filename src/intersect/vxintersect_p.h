@@ -13,8 +13,9 @@
 namespace vx {
 
 /**
- * Bounds of the control points pulled a quarter of the way towards the polygon: tighter than the polygon's. A
- * curve leaves them a little where its handles lie far apart (the mean of both handles outside).
+ * Box around a curve, tighter than that of its control points: the inner ones are pulled a quarter of the way
+ * towards the box of the ends. (Pulled towards their neighbours alone they do not bound every curve: one with
+ * the coordinates -17, 2, 0, 0 comes up to 0.06.)
  */
 Box pulledBox(const Cubic &c);
 

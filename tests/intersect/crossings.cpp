@@ -20,6 +20,9 @@ TEST(Crossings, are_where_mathematics_puts_them)
         // y = x^2 - 2 and its mirror image: the golden ratio among the roots
         { "two_parabolas", "-3 7 -1 -5 1 -5 3 7", "7 -3 -5 -1 -5 1 7 3",
           "2 2 -1 -1 0.6180339887498949 -1.618033988749895 -1.618033988749895 0.6180339887498949" },
+        // y(t) = (1 - t)^2 (23 t - 17) comes up above the ends and both of its handles pulled towards them
+        { "line_through_a_low_bulge", "0 -17 10 2 20 0 30 0", "0 0.056 30 0.056",
+          "24 0.056 25.653274804933517 0.056" },
         { "curves_sharing_both_ends", "0 0 3 5 6 5 9 0", "9 0 6 -5 3 -5 0 0", "0 0 9 0" },
     };
     for (const auto &row : rows) {
