@@ -87,6 +87,9 @@ private:
 
     void divide()
     {
+        m_path1->_makeCurves();
+        if (m_path2)
+            m_path2->_makeCurves();
         vx::MeetingFilter filter(m_notes);
         const auto accept = [&filter](vxCurveLocation *location) { return filter.accepts(*location); };
         const QList<vxCurveLocation *> crossings =

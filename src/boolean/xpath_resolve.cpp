@@ -35,7 +35,11 @@ std::vector<vx::Box> boxesOf(const QVector<vxPath *> &paths)
 /** Keeps the segments of a path alive while locations refer to them and some are removed. */
 std::vector<vxRef<vxSegment>> holdSegments(const XPath &path)
 {
+    size_t count = 0;
+    for (const vxPath *child : path.children)
+        count += size_t(child->_segments().size());
     std::vector<vxRef<vxSegment>> held;
+    held.reserve(count);
     for (const vxPath *child : path.children) {
         for (vxSegment *segment : child->_segments())
             held.emplace_back(segment);
@@ -242,6 +246,13 @@ QVector<vxPath *> placed(const QVector<vxPath *> &paths, const std::vector<vx::C
     return kept;
 }
 
+/** Makes contours, which are oriented, the children, unless they are that as they stand. */
+void setContours(XPath &path, const QVector<vxPath *> &contours)
+{
+    if (contours != path.children)
+        path.setChildren(contours);
+}
+
 /** One clean-up of a compound path. */
 class Resolver
 {
@@ -268,14 +279,14 @@ public:
             vx::noteChains(locations, m_notes);
             QList<vxSegment *> segments;
             for (const vxPath *child : qAsConst(m_path.children))
-                segments += child->getSegments();
+                segments += child->_segments();
             paths = vx::tracePaths(segments, 0, m_notes);
             for (vxPath *path : qAsConst(paths))
                 traced.emplace_back(path);
         }
         if (paths.size() > 1) {
             m_placements = Nesting(paths, m_path.evenOdd).orient();
-            m_path.setChildren(placed(paths, m_placements));
+            setContours(m_path, placed(paths, m_placements));
         } else if (m_hasCrossings) {
             m_path.setChildren(paths);
         }
@@ -309,7 +320,8 @@ private:
     {
         for (const vxPath *child : qAsConst(m_path.children)) {
             for (vxSegment *segment : child->_segments()) {
-                segment->setIntersection(nullptr);
+                if (segment->intersection())
+                    segment->setIntersection(nullptr);
                 segment->visited = false;
             }
         }
@@ -349,7 +361,7 @@ void vx::placeContours(XPath &path, const std::vector<ContourPlacement> &placeme
         return;
     for (const ContourPlacement &placement : placements)
         path.children.at(placement.contour)->setClockwise(placement.clockwise);
-    path.setChildren(placed(path.children, placements));
+    setContours(path, placed(path.children, placements));
 }
 
 XPath *XPath::resolveCrossings()

@@ -35,8 +35,8 @@ bool sameSegment(const vxSegment &a, const vxSegment &b, bool reversed)
 /** Whether two closed contours are the same outline, wherever they start and whichever way they run. */
 bool sameOutline(const vxPath &path1, const vxPath &path2)
 {
-    const QList<vxSegment *> a = path1.getSegments();
-    const QList<vxSegment *> b = path2.getSegments();
+    const QList<vxSegment *> &a = path1._segments();
+    const QList<vxSegment *> &b = path2._segments();
     const int n = a.size();
     if (b.size() != n || path1.isClosed() != path2.isClosed())
         return false;
@@ -61,6 +61,7 @@ public:
 
     QVector<vxPath *> trace(const QList<vxSegment *> &segments)
     {
+        m_outline.reserve(size_t(segments.size()));
         for (vxSegment *segment : segments) {
             takeIdenticalContours(segment);
             if (startsContour(segment))

@@ -17,7 +17,11 @@ vxPoint toEngine(const PZPath::PZElement &element)
 class ContourBuilder
 {
 public:
-    explicit ContourBuilder(XPath *parent) : m_parent(parent) {}
+    explicit ContourBuilder(XPath *parent) : m_parent(parent)
+    {
+        constexpr size_t usualVertices = 64;
+        m_outline.reserve(usualVertices);
+    }
 
     void move(const vxPoint &p)
     {
@@ -67,13 +71,22 @@ private:
         m_goesOn = false;
         if (m_outline.empty())
             return;
-        m_contours.emplace_back(new vxPath(m_parent, closed));
-        vxPath *path = m_contours.back().get();
-        path->_setOutline(m_outline);
-        // The last drawn point repeats the first; the two become one segment.
         if (closed)
-            path->join(path, vxTolerance::mergeExtent);
+            mergeEnds();
+        m_contours.emplace_back(new vxPath(m_parent, closed));
+        m_contours.back()->_setOutline(m_outline);
         m_outline.clear();
+    }
+
+    /** Where the last drawn point repeats the first, the two become one vertex, as vxPath::join() has it. */
+    void mergeEnds()
+    {
+        vxSegment &first = m_outline.front();
+        const vxSegment &last = m_outline.back();
+        if (m_outline.size() < 2 || !first.point.isClose(last.point, vxTolerance::mergeExtent))
+            return;
+        first.handleIn = last.handleIn;
+        m_outline.pop_back();
     }
 
     XPath *m_parent;

@@ -35,13 +35,6 @@ int drawRandom()
 
 } // namespace
 
-bool vxPoint::isCollinear(double x1, double y1, double x2, double y2)
-{
-    const double cross = x1 * y2 - y1 * x2;
-    return std::fabs(cross) <=
-           vxTolerance::angleMargin * std::sqrt((x1 * x1 + y1 * y1) * (x2 * x2 + y2 * y2));
-}
-
 bool vxPoint::isOrthogonal(double x1, double y1, double x2, double y2)
 {
     const double dot = x1 * x2 + y1 * y2;

@@ -66,7 +66,12 @@ public:
     /**
      * Sine of the angle between the two vectors within angleMargin; a zero vector is collinear with anything.
      */
-    static bool isCollinear(double x1, double y1, double x2, double y2);
+    static bool isCollinear(double x1, double y1, double x2, double y2)
+    {
+        const double cross = x1 * y2 - y1 * x2;
+        return std::fabs(cross) <=
+               vxTolerance::angleMargin * std::sqrt((x1 * x1 + y1 * y1) * (x2 * x2 + y2 * y2));
+    }
     bool isCollinear(const vxPoint &p) const { return isCollinear(x, y, p.x, p.y); }
     /**
      * Cosine of the angle between the two vectors within angleMargin; a zero vector is orthogonal to

@@ -1,4 +1,5 @@
 #include "vxapart_p.h"
+#include "vxbatch_p.h"
 #include "vxcurve.h"
 #include "vxcurvepair_p.h"
 #include "vxnearness_p.h"
@@ -200,8 +201,8 @@ void CurvePair::addLocation(double t1, const vxPoint &p1, double t2, const vxPoi
         values1 = wholeValues(m_curve1, m_values1);
         values2 = wholeValues(m_curve2, m_values2);
     }
-    auto *loc1 = new vxCurveLocation(m_curve1, t1, p1.isNaN() ? pointAt(values1, t1) : p1, overlap, 0);
-    auto *loc2 = new vxCurveLocation(m_curve2, t2, p2.isNaN() ? pointAt(values2, t2) : p2, overlap, 0);
+    auto *loc1 = vxMake(m_param.batch, m_curve1, t1, p1.isNaN() ? pointAt(values1, t1) : p1, overlap, 0);
+    auto *loc2 = vxMake(m_param.batch, m_curve2, t2, p2.isNaN() ? pointAt(values2, t2) : p2, overlap, 0);
     loc1->intersection = loc2;
     loc2->intersection = loc1;
 

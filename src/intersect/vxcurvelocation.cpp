@@ -1,5 +1,6 @@
 #include "vxcurvelocation.h"
 
+#include "vxbatch_p.h"
 #include "vxcubic_p.h"
 #include "vxcurve.h"
 #include "vxpath.h"
@@ -34,14 +35,10 @@ vxCurveLocation::~vxCurveLocation()
         previous->next = next;
 }
 
-void vxCurveLocation::release()
+void vxCurveLocation::die()
 {
-    if (refCount < 2) {
-        refCount = -2;
-        delete this;
-    } else {
-        --refCount;
-    }
+    refCount = -2;
+    vxDestroy(this, m_block);
 }
 
 void vxCurveLocation::setCurve(vxCurve *onCurve)

@@ -12,6 +12,8 @@
 class vxCurve;
 class vxPath;
 class vxSegment;
+template <typename T>
+class vxBatch;
 
 /**
  * One place on one curve of a path: curve, time, point and arc-length offset.
@@ -41,7 +43,13 @@ public:
 
     void addRef() { ++refCount; }
     /** Deletes the location when the count is 0 or 1 (the count then reads -2), else takes one off. */
-    void release();
+    void release()
+    {
+        if (refCount < 2)
+            die();
+        else
+            --refCount;
+    }
 
     // --- attachment ---
 
@@ -121,8 +129,13 @@ public:
     vxSegment *segment2 = nullptr;
 
 private:
+    friend class vxBatch<vxCurveLocation>;
+    void die();
     bool placeOn(vxCurve *onCurve, vxSegment *s);
     bool attachThrough(vxSegment *candidate);
+
+    /** The vxBatch block that it was made in, null for one made by new. */
+    void *m_block = nullptr;
 };
 
 /** Settings of one intersection run, handed through all its routines. */
@@ -142,4 +155,6 @@ struct PZGRAPHICS_EXPORT opParam {
     bool nearMiss = false;
     /** When set: meetings for which it answers false are discarded. */
     std::function<bool(vxCurveLocation *)> include;
+    /** Of which locations are made; null: each is allocated for itself. */
+    vxBatch<vxCurveLocation> *batch = nullptr;
 };

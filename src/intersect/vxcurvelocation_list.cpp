@@ -1,11 +1,14 @@
 #include "vxcurve.h"
 #include "vxcurvelocation.h"
+#include "vxlengthen_p.h"
 #include "vxlocationowner_p.h"
 #include "vxpath.h"
 
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <limits>
+#include <utility>
 
 using namespace vxTolerance;
 
@@ -34,6 +37,25 @@ struct Place {
         return path == other.path ? position - other.position < 0 : pathId() < other.pathId();
     }
 };
+
+/**
+ * Where an item goes among count others: isBefore(i) says whether it belongs in front of item i. In lists
+ * that are out of order the answer depends on which items are asked.
+ */
+template <typename IsBefore>
+int bisect(int count, const IsBefore &isBefore)
+{
+    int lo = 0;
+    int hi = count - 1;
+    while (lo <= hi) {
+        const int mid = (lo + hi) >> 1;
+        if (isBefore(mid))
+            hi = mid - 1;
+        else
+            lo = mid + 1;
+    }
+    return lo;
+}
 
 /** Index plus time of location, the last curve counting as -1 when it is compared with the first one. */
 double cyclicPosition(vxCurveLocation *location, vxCurve *curve, const vxCurve *otherCurve)
@@ -89,29 +111,28 @@ vxCurveLocation *vxCurveLocation::insert(QList<vxCurveLocation *> &list, vxCurve
         }
     }
     const Place place(loc);
-    int lo = 0;
-    int hi = list.size() - 1;
-    while (lo <= hi) {
-        const int mid = (lo + hi) >> 1;
-        if (place.isBefore(Place(list.at(mid))))
-            hi = mid - 1;
-        else
-            lo = mid + 1;
+    // A search finds its meetings mostly in order. Lists that are not merged into may be out of order, where
+    // bisection decides (see insertOneByOne()).
+    if (merge && !list.isEmpty() && !place.isBefore(Place(list.last()))) {
+        list.append(loc);
+        return loc;
     }
-    list.insert(lo, loc);
+    list.insert(bisect(list.size(), [&](int i) { return place.isBefore(Place(list.at(i))); }), loc);
     return loc;
 }
 
 namespace {
 
-/** A location with what is compared of it. */
+/** A location, which may be null, with what is compared of it. */
 struct Entry {
-    quint32 pathId;
-    double position;
+    quint32 pathId = 0;
+    double position = std::numeric_limits<double>::quiet_NaN();
     vxCurveLocation *location;
 
     explicit Entry(vxCurveLocation *l) : location(l)
     {
+        if (!l)
+            return;
         const Place place(l);
         pathId = place.pathId();
         position = place.position;
@@ -128,45 +149,57 @@ bool havePositions(const std::vector<Entry> &entries)
                         [](const Entry &e) { return std::isnan(e.position); });
 }
 
-/** expand() where the list is ordered: insertions one by one would end up in the same order. */
-bool mergePartners(const QList<vxCurveLocation *> &list, QList<vxCurveLocation *> &result)
+/** What inserting partners one by one into a list that is in order comes to: each behind its equals. */
+std::vector<Entry> merge(const std::vector<Entry> &own, std::vector<Entry> partners)
 {
-    std::vector<Entry> own;
-    std::vector<Entry> partners;
-    for (vxCurveLocation *location : list) {
-        if (!location)
-            return false;
-        own.emplace_back(location);
-        if (location->intersection)
-            partners.emplace_back(location->intersection);
-    }
-    // Where the list is out of order or a position is unknown, places in it are what bisection says.
-    if (!havePositions(own) || !havePositions(partners) || !std::is_sorted(own.begin(), own.end()))
-        return false;
-    // The last one's partner is inserted first, each behind its equals.
-    std::reverse(partners.begin(), partners.end());
     std::stable_sort(partners.begin(), partners.end());
     std::vector<Entry> merged;
     merged.reserve(own.size() + partners.size());
     std::merge(own.begin(), own.end(), partners.begin(), partners.end(), std::back_inserter(merged));
-    result.reserve(int(merged.size()));
-    for (const Entry &entry : merged)
-        result.append(entry.location);
-    return true;
+    return merged;
+}
+
+/** Where the list is out of order or a position is unknown, places in it are what bisection says. */
+std::vector<Entry> insertOneByOne(const std::vector<Entry> &own, const std::vector<Entry> &partners)
+{
+    std::vector<const Entry *> order;
+    order.reserve(own.size() + partners.size());
+    for (const Entry &entry : own)
+        order.push_back(&entry);
+    for (const Entry &partner : partners) {
+        const int place = bisect(int(order.size()), [&](int i) { return partner < *order[size_t(i)]; });
+        order.insert(order.begin() + place, &partner);
+    }
+    std::vector<Entry> inserted;
+    inserted.reserve(order.size());
+    for (const Entry *entry : order)
+        inserted.push_back(*entry);
+    return inserted;
 }
 
 } // namespace
 
 QList<vxCurveLocation *> vxCurveLocation::expand(const QList<vxCurveLocation *> &list)
 {
-    QList<vxCurveLocation *> result;
-    if (mergePartners(list, result))
-        return result;
-    result = list;
+    if (list.isEmpty())
+        return list;
+    std::vector<Entry> own;
+    std::vector<Entry> partners;
+    own.reserve(size_t(list.size()));
+    partners.reserve(size_t(list.size()));
+    for (vxCurveLocation *location : list)
+        own.emplace_back(location);
+    // The last one's partner is inserted first.
     for (int i = list.size() - 1; i >= 0; --i) {
-        if (list.at(i))
-            insert(result, list.at(i)->intersection, false);
+        if (list.at(i) && list.at(i)->intersection)
+            partners.emplace_back(list.at(i)->intersection);
     }
+    const bool isOrdered =
+        havePositions(own) && havePositions(partners) && std::is_sorted(own.begin(), own.end());
+    QList<vxCurveLocation *> result;
+    vxCurveLocation **places = vx::lengthen(result, int(own.size() + partners.size()));
+    for (const Entry &entry : isOrdered ? merge(own, std::move(partners)) : insertOneByOne(own, partners))
+        *places++ = entry.location;
     return result;
 }
 

@@ -1,6 +1,7 @@
 #include "xpath.h"
 
 #include "vxcurvelocation.h"
+#include "vxdivisions_p.h"
 #include "vxref_p.h"
 
 #include <vector>
@@ -17,6 +18,9 @@ namespace {
 class Divider
 {
 public:
+    /** At most count places are to come. */
+    explicit Divider(int count) : m_divisions(size_t(count)), m_count(size_t(count)) {}
+
     void divideAt(vxCurveLocation *location)
     {
         vxCurve *curve = location->curve;
@@ -43,10 +47,6 @@ public:
         insertDivisions();
         for (const vxRef<vxCurve> &curve : m_straight)
             curve->clearHandles();
-        for (const vxRef<vxCurve> &curve : m_straight) {
-            if (vxPath *path = curve->path())
-                path->_changed();
-        }
     }
 
 private:
@@ -66,6 +66,8 @@ private:
             segment = curve->segment2();
         } else if (vxCurve *second = divide(curve, time)) {
             if (!m_hasHandles) {
+                if (m_straight.empty())
+                    m_straight.reserve(2 * m_count);
                 m_straight.emplace_back(curve);
                 m_straight.emplace_back(second);
             }
@@ -104,13 +106,13 @@ private:
             return curve->divideAtTime(time, true);
         }
         m_path = curve->path();
-        return m_path->_divideCurve(curve, time);
+        return m_path->_divideCurve(curve, time, m_divisions);
     }
 
     void insertDivisions()
     {
         if (m_path)
-            m_path->_insertDivisions();
+            m_path->_insertDivisions(m_divisions);
         m_path = nullptr;
     }
 
@@ -132,6 +134,8 @@ private:
             XPath::linkIntersections(added->intersection, first);
     }
 
+    vx::Divisions m_divisions;
+    const size_t m_count;
     /** The path whose divisions are not listed yet. */
     vxPath *m_path = nullptr;
     vxRef<vxCurve> m_curve;
@@ -149,10 +153,12 @@ bool isAlive(vxCurveLocation *location)
 
 /**
  * The locations that mode lets through. Asked before anything is divided: a location that has to find its
- * curve again must find the whole one.
+ * curve again must find the whole one. With mode 0 that is all of them.
  */
 QList<vxCurveLocation *> chooseLocations(const QList<vxCurveLocation *> &locations, int mode)
 {
+    if (mode == 0)
+        return locations;
     QList<vxCurveLocation *> chosen;
     for (vxCurveLocation *location : locations) {
         if (!location)
@@ -174,9 +180,11 @@ QList<vxCurveLocation *> chooseLocations(const QList<vxCurveLocation *> &locatio
 QList<vxCurveLocation *> XPath::divideLocations(const QList<vxCurveLocation *> &locations, int mode)
 {
     const QList<vxCurveLocation *> chosen = chooseLocations(locations, mode);
-    Divider divider;
-    for (int i = chosen.size() - 1; i >= 0; --i)
-        divider.divideAt(chosen.at(i));
+    Divider divider(chosen.size());
+    for (int i = chosen.size() - 1; i >= 0; --i) {
+        if (chosen.at(i))
+            divider.divideAt(chosen.at(i));
+    }
     divider.finish();
     // Modes 1 and 2 answer what they chose, but never with nothing: callers go on with the list.
     return mode == 0 || chosen.isEmpty() ? locations : chosen;

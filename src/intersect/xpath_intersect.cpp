@@ -1,5 +1,6 @@
 #include "xpath.h"
 
+#include "vxbatch_p.h"
 #include "vxcurvelocation.h"
 #include "vxcurvepair_p.h"
 #include "vxintersections_p.h"
@@ -93,7 +94,11 @@ struct ContourRange {
 class Search
 {
 public:
-    explicit Search(const std::function<bool(vxCurveLocation *)> &include) { m_param.include = include; }
+    explicit Search(const std::function<bool(vxCurveLocation *)> &include)
+    {
+        m_param.include = include;
+        m_param.batch = &m_batch;
+    }
 
     const opParam &param() const { return m_param; }
 
@@ -138,6 +143,7 @@ private:
     }
 
     opParam m_param;
+    vxBatch<vxCurveLocation> m_batch{ size_t(-1) }; // nobody knows how many there will be
     QList<vxCurveLocation *> m_found;
     /** What the curves of the current contour have met. */
     QList<vxCurveLocation *> m_group;

@@ -20,33 +20,28 @@ public:
         static Block *withRoomFor(size_t count)
         {
             static_assert(alignof(T) <= alignof(std::max_align_t), "plain operator new aligns no wider");
-            return new (::operator new(headerSize + count * sizeof(T))) Block;
+            return new (::operator new(headerSize + count * sizeof(T))) Block(count);
         }
-        template <typename... Args>
-        T *make(size_t place, Args &&...args)
-        {
-            auto *bytes = reinterpret_cast<std::byte *>(this) + headerSize + place * sizeof(T);
-            T *object = new (bytes) T(std::forward<Args>(args)...);
-            object->m_block = this;
-            ++m_holders;
-            return object;
-        }
+        std::byte *places() { return reinterpret_cast<std::byte *>(this) + headerSize; }
         void destroy(T *object)
         {
             object->~T();
-            drop();
+            drop(1);
         }
-        void drop()
+        void drop(size_t count)
         {
-            if (--m_holders > 0)
+            m_holders -= count;
+            if (m_holders > 0)
                 return;
             this->~Block();
             ::operator delete(this);
         }
 
     private:
-        /** Living objects, and the batch while it goes on making some. */
-        size_t m_holders = 1;
+        explicit Block(size_t count) : m_holders(count) {}
+
+        /** Places with a living object, and those that the batch may still fill. */
+        size_t m_holders;
     };
 
     /** Objects up to count are going to be made. */
@@ -59,9 +54,13 @@ public:
     template <typename... Args>
     T *make(Args &&...args)
     {
-        if (m_made == m_room)
+        if (m_free == 0)
             open();
-        return m_block->make(m_made++, std::forward<Args>(args)...);
+        T *object = new (m_next) T(std::forward<Args>(args)...);
+        object->m_block = m_block;
+        m_next += sizeof(T);
+        --m_free;
+        return object;
     }
 
 private:
@@ -70,23 +69,31 @@ private:
 
     void open()
     {
-        close();
-        m_room = std::clamp(m_left, size_t(1), largestBlock);
-        m_left -= std::min(m_left, m_room);
-        m_made = 0;
-        m_block = Block::withRoomFor(m_room);
+        m_free = std::clamp(m_left, size_t(1), largestBlock);
+        m_left -= std::min(m_left, m_free);
+        m_block = Block::withRoomFor(m_free);
+        m_next = m_block->places();
     }
+    /** A full block is its objects' alone: it may be gone with them. */
     void close()
     {
-        if (m_block)
-            m_block->drop();
+        if (m_free > 0)
+            m_block->drop(m_free);
     }
 
     Block *m_block = nullptr;
-    size_t m_room = 0;
-    size_t m_made = 0;
+    std::byte *m_next = nullptr;
+    /** Places left in the block, and objects that are still expected beyond it. */
+    size_t m_free = 0;
     size_t m_left;
 };
+
+/** A new object with count 0, of batch where there is one. */
+template <typename T, typename... Args>
+T *vxMake(vxBatch<T> *batch, Args &&...args)
+{
+    return batch ? batch->make(std::forward<Args>(args)...) : new T(std::forward<Args>(args)...);
+}
 
 /** What release() does at the last reference: a lone object is deleted, one of a batch leaves its block. */
 template <typename T>

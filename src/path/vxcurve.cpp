@@ -15,25 +15,7 @@ namespace {
 constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
 constexpr vxPoint nowhere(undefined, undefined);
 
-vxSegment *held(vxSegment *segment)
-{
-    if (segment)
-        segment->addRef();
-    return segment;
-}
-
-void letGo(vxSegment *segment)
-{
-    if (segment)
-        segment->release();
-}
-
 } // namespace
-
-vxCurve::vxCurve(vxPath *path, vxSegment *segment1, vxSegment *segment2)
-    : m_path(path), m_segment1(held(segment1)), m_segment2(held(segment2))
-{
-}
 
 vxCurve::vxCurve(const QVector<double> &values, vxPath *path) : m_path(path)
 {
@@ -44,26 +26,15 @@ vxCurve::vxCurve(const QVector<double> &values, vxPath *path) : m_path(path)
     m_segment2 = held(new vxSegment(c.p3(), c.p2().subtract(c.p3()), vxPoint()));
 }
 
-vxCurve::~vxCurve()
-{
-    letGo(m_segment1);
-    // A borrowed end may be gone by now: only what is held may be touched.
-    letGo(m_heldSegment2 ? m_heldSegment2 : m_segment2);
-}
-
 vxCurve *vxCurve::clone() const
 {
     return new vxCurve(m_path, m_segment1, m_segment2);
 }
 
-void vxCurve::release()
+void vxCurve::die()
 {
-    if (refCount < 2) {
-        refCount = 0xFFFFFFFE;
-        vxDestroy(this, m_block);
-    } else {
-        --refCount;
-    }
+    refCount = 0xFFFFFFFE;
+    vxDestroy(this, m_block);
 }
 
 // --- accessors ---
@@ -219,7 +190,7 @@ bool vxCurve::isVertical() const
 
 // --- edits ---
 
-vxSegment *vxCurve::_makeMiddle(double t, bool setHandles)
+vxSegment *vxCurve::_makeMiddle(double t, bool setHandles, vxBatch<vxSegment> *batch)
 {
     // Written so that NaN is refused too.
     if (!(t >= timeMargin && t <= timeUpper) || !m_segment1 || !m_segment2)
@@ -230,7 +201,7 @@ vxSegment *vxCurve::_makeMiddle(double t, bool setHandles)
 
     vx::Cubic left, right;
     vx::subdivide(_cubic(), t, left, right);
-    auto *middle = new vxSegment(left.p3(), vxPoint(), vxPoint());
+    vxSegment *middle = vxMake(batch, left.p3(), vxPoint(), vxPoint());
     if (setHandles || hasHandles()) {
         m_segment1->handleOut = left.p1().subtract(left.p0());
         m_segment2->handleIn = right.p2().subtract(right.p3());

@@ -38,17 +38,31 @@ class PZGRAPHICS_EXPORT vxCurve
 {
 public:
     vxCurve() = default;
-    vxCurve(vxPath *path, vxSegment *segment1, vxSegment *segment2);
+    vxCurve(vxPath *path, vxSegment *segment1, vxSegment *segment2)
+        : m_path(path), m_segment1(held(segment1)), m_segment2(held(segment2))
+    {
+    }
     /** A curve on two new segments of its own; fewer than eight values give a curve without segments. */
     explicit vxCurve(const QVector<double> &values, vxPath *path = nullptr);
     vxCurve(const vxCurve &) = delete;
     vxCurve &operator=(const vxCurve &) = delete;
-    ~vxCurve();
+    ~vxCurve()
+    {
+        letGo(m_segment1);
+        // A borrowed end may be gone by now: only what is held may be touched.
+        letGo(m_heldSegment2 ? m_heldSegment2 : m_segment2);
+    }
 
     /** A new curve (count 0) on the same path and the same two segments. */
     vxCurve *clone() const;
     void addRef() { ++refCount; }
-    void release();
+    void release()
+    {
+        if (refCount < 2)
+            die();
+        else
+            --refCount;
+    }
 
     // --- accessors ---
 
@@ -222,15 +236,28 @@ public:
     void _setSegment2(vxSegment *segment);
     void _detach() { m_path = nullptr; }
     /**
-     * The first step of divideAtTime(): a new free segment at time t, the handles around it written; null
-     * where that refuses.
+     * The first step of divideAtTime(): a new free segment at time t, of batch where there is one, the
+     * handles around it written; null where that refuses.
      */
-    vxSegment *_makeMiddle(double t, bool setHandles);
+    vxSegment *_makeMiddle(double t, bool setHandles, vxBatch<vxSegment> *batch = nullptr);
 
     quint32 refCount = 0;
 
 private:
     friend class vxBatch<vxCurve>;
+    void die();
+    static vxSegment *held(vxSegment *segment)
+    {
+        if (segment)
+            segment->addRef();
+        return segment;
+    }
+    static void letGo(vxSegment *segment)
+    {
+        if (segment)
+            segment->release();
+    }
+
     /** Path version for which m_bounds / m_length hold; unused (0) on a free curve. */
     mutable quint32 m_boundsVersion = 0;
     mutable quint32 m_lengthVersion = 0;

@@ -2,6 +2,7 @@
 
 #include "vxbatch_p.h"
 #include "vxcurvevalues_p.h"
+#include "vxlengthen_p.h"
 #include "vxmonoindex_p.h"
 #include "xpath.h"
 
@@ -13,7 +14,8 @@ vxPath::vxPath(XPath *parent, bool closed) : closed(closed), id(++s_maxID), pare
 vxPath::~vxPath()
 {
     parent = nullptr;
-    clearMonos();
+    if (!m_monos.isEmpty() || m_monoIndex)
+        clearMonos();
     releaseCurves();
     for (vxSegment *segment : qAsConst(m_segments)) {
         segment->path = nullptr;
@@ -29,6 +31,15 @@ vxPath *vxPath::clone() const
     return copy;
 }
 
+vxPath *vxPath::_clone(vxBatch<vxSegment> &batch) const
+{
+    auto *copy = new vxPath(nullptr, closed);
+    copy->flags = flags;
+    copy->m_segments.reserve(vx::roomyFor(m_segments.size()));
+    copy->appendCopiesOf(m_segments, batch);
+    return copy;
+}
+
 void vxPath::assign(const vxPath &other)
 {
     if (&other == this)
@@ -36,7 +47,8 @@ void vxPath::assign(const vxPath &other)
     closed = other.closed;
     flags = other.flags;
     setSegments({});
-    appendCopiesOf(other.m_segments);
+    vxBatch<vxSegment> batch(size_t(other.m_segments.size()));
+    appendCopiesOf(other.m_segments, batch);
 }
 
 void vxPath::release()
@@ -56,22 +68,26 @@ int vxPath::_countCurves() const
     return closed || m_segments.isEmpty() ? m_segments.size() : m_segments.size() - 1;
 }
 
-const QList<vxCurve *> &vxPath::_curves() const
+void vxPath::makeCurves() const
+{
+    vxBatch<vxCurve> batch{ size_t(_countCurves()) };
+    _makeCurves(batch);
+}
+
+void vxPath::_makeCurves(vxBatch<vxCurve> &batch) const
 {
     const int count = _countCurves();
-    if (m_curves.isEmpty() && count > 0) {
-        // The curves are a cache; what they point back to may be edited by whoever may edit it anyway.
-        auto *self = const_cast<vxPath *>(this);
-        m_curves.reserve(count);
-        vxBatch<vxCurve> batch{ size_t(count) };
-        for (int i = 0; i < count; ++i) {
-            vxSegment *next = m_segments.at(i + 1 < m_segments.size() ? i + 1 : 0);
-            vxCurve *curve = batch.make(self, m_segments.at(i), next);
-            curve->addRef();
-            m_curves.append(curve);
-        }
+    if (!m_curves.isEmpty() || count == 0)
+        return;
+    // The curves are a cache; what they point back to may be edited by whoever may edit it anyway.
+    auto *self = const_cast<vxPath *>(this);
+    m_curves.reserve(vx::roomyFor(count));
+    vxCurve **curves = vx::lengthen(m_curves, count);
+    for (int i = 0; i < count; ++i) {
+        vxSegment *next = m_segments.at(i + 1 < m_segments.size() ? i + 1 : 0);
+        curves[i] = batch.make(self, m_segments.at(i), next);
+        curves[i]->addRef();
     }
-    return m_curves;
 }
 
 vxCurve *vxPath::getFirstCurve() const

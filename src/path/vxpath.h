@@ -15,13 +15,13 @@
 
 #include <atomic>
 #include <memory>
-#include <utility>
 #include <vector>
 
 class XPath;
 namespace vx {
+class Divisions;
 class MonoIndex;
-}
+} // namespace vx
 
 /**
  * One contour: an ordered list of segments, open or closed, with the curves between them built on demand.
@@ -241,7 +241,14 @@ public:
     void _changed();
     // getSegments() and getCurves() without a copy of the list, for walks that edit nothing.
     const QList<vxSegment *> &_segments() const { return m_segments; }
-    const QList<vxCurve *> &_curves() const;
+    const QList<vxCurve *> &_curves() const
+    {
+        if (m_curves.isEmpty())
+            makeCurves();
+        return m_curves;
+    }
+    /** Builds the curves, where there are none, of batch. */
+    void _makeCurves(vxBatch<vxCurve> &batch) const;
     /** Replaces all segments by new ones with these points and handles. */
     void _setOutline(const std::vector<vxSegment> &outline);
     int _countCurves() const;
@@ -266,8 +273,11 @@ public:
      * which is returned, out of the lists until _insertDivisions(): so that many divisions cost one splice.
      * Until then nobody may ask for lists or neighbours. Null where divideAtTime() refuses.
      */
-    vxCurve *_divideCurve(vxCurve *curve, double t);
-    void _insertDivisions();
+    vxCurve *_divideCurve(vxCurve *curve, double t, vx::Divisions &divisions);
+    /** Lists all that divisions holds, which must be of this path, and empties it. */
+    void _insertDivisions(vx::Divisions &divisions);
+    /** clone() with the segments of batch. */
+    vxPath *_clone(vxBatch<vxSegment> &batch) const;
 
     // --- data ---
 
@@ -288,9 +298,10 @@ public:
 private:
     void renumber(int from);
     /** Appends to a path without curves; originals must not be the path's own list. */
-    void appendCopiesOf(const QList<vxSegment *> &originals);
+    void appendCopiesOf(const QList<vxSegment *> &originals, vxBatch<vxSegment> &batch);
     template <typename Original>
-    void appendCopies(size_t count, const Original &original);
+    void appendCopies(int count, const Original &original, vxBatch<vxSegment> &batch);
+    void makeCurves() const;
     void releaseCurves();
     void insertCurves(int start, int count);
     void removeCurves(int start, int count);
@@ -304,10 +315,6 @@ private:
 
     QList<vxSegment *> m_segments;
     mutable QList<vxCurve *> m_curves;
-    /**
-     * Second halves of divided curves that still have to be listed, with the positions of the first halves.
-     */
-    std::vector<std::pair<int, vxCurve *>> m_divisions;
     /** The pieces, in one block, and the list of them that is handed out. */
     mutable std::vector<vxMono> m_monoBlock;
     mutable QList<vxMono *> m_monos;

@@ -1,6 +1,8 @@
 #include "vxpath.h"
 
 #include "vxbatch_p.h"
+#include "vxdivisions_p.h"
+#include "vxlengthen_p.h"
 #include "vxmatrix.h"
 
 #include <algorithm>
@@ -38,6 +40,22 @@ void spliceIn(QList<T *> &list, int at, const QList<T *> &items)
     list.erase(list.begin() + at, list.end());
     list += items;
     list += tail;
+}
+
+/** Puts itemOf(second half) behind the position of each division, which come from the last to the first. */
+template <typename T, typename ItemOf>
+void spliceBehind(QList<T *> &list, const std::vector<vx::Divisions::Division> &divisions, ItemOf itemOf)
+{
+    const int size = list.size();
+    T **end = vx::lengthen(list, int(divisions.size())) + divisions.size();
+    T **behind = end - divisions.size(); // what is not in its place yet ends here
+    T **const begin = behind - size;
+    for (const auto &[position, second] : divisions) {
+        T **const tail = begin + position + 1;
+        end = std::move_backward(tail, behind, end);
+        behind = tail;
+        *--end = itemOf(second);
+    }
 }
 
 } // namespace
@@ -107,26 +125,30 @@ void vxPath::setSegments(const QList<vxSegment *> &list)
 void vxPath::_setOutline(const std::vector<vxSegment> &outline)
 {
     setSegments({});
-    appendCopies(outline.size(), [&outline](size_t i) -> const vxSegment & { return outline[i]; });
+    vxBatch<vxSegment> batch(outline.size());
+    appendCopies(
+        int(outline.size()), [&outline](int i) -> const vxSegment & { return outline[size_t(i)]; }, batch);
 }
 
-void vxPath::appendCopiesOf(const QList<vxSegment *> &originals)
+void vxPath::appendCopiesOf(const QList<vxSegment *> &originals, vxBatch<vxSegment> &batch)
 {
-    appendCopies(size_t(originals.size()),
-                 [&originals](size_t i) -> const vxSegment & { return *originals.at(int(i)); });
+    appendCopies(
+        originals.size(), [&originals](int i) -> const vxSegment & { return *originals.at(i); }, batch);
 }
 
 template <typename Original>
-void vxPath::appendCopies(size_t count, const Original &original)
+void vxPath::appendCopies(int count, const Original &original, vxBatch<vxSegment> &batch)
 {
-    m_segments.reserve(m_segments.size() + int(count));
-    vxBatch<vxSegment> batch(count);
-    for (size_t i = 0; i < count; ++i) {
-        vxSegment *copy = batch.make(original(i));
-        copy->addRef();
-        copy->path = this;
-        copy->index = m_segments.size();
-        m_segments.append(copy);
+    if (count > 0) {
+        const int first = m_segments.size();
+        vxSegment **copies = vx::lengthen(m_segments, count);
+        for (int i = 0; i < count; ++i) {
+            vxSegment *copy = batch.make(original(i));
+            copy->addRef();
+            copy->path = this;
+            copy->index = first + i;
+            copies[i] = copy;
+        }
     }
     _changed();
 }
@@ -233,50 +255,30 @@ bool vxPath::_lists(const vxCurve *curve) const
     return m_curves.size() == _countCurves() && i >= 0 && i < m_curves.size() && m_curves.at(i) == curve;
 }
 
-vxCurve *vxPath::_divideCurve(vxCurve *curve, double t)
+vxCurve *vxPath::_divideCurve(vxCurve *curve, double t, vx::Divisions &divisions)
 {
-    vxSegment *middle = curve->_makeMiddle(t, true);
+    vxSegment *middle = curve->_makeMiddle(t, true, &divisions.segments);
     if (!middle)
         return nullptr;
     middle->addRef();
     middle->path = this;
-    auto *second = new vxCurve(this, middle, curve->segment2());
+    vxCurve *second = divisions.curves.make(this, middle, curve->segment2());
     second->addRef();
     curve->_setSegment2(middle);
-    m_divisions.emplace_back(curve->index(), second);
+    divisions.add(curve->index(), second);
     _changed();
     return second;
 }
 
-void vxPath::_insertDivisions()
+void vxPath::_insertDivisions(vx::Divisions &divisions)
 {
-    if (m_divisions.empty())
+    if (divisions.isEmpty())
         return;
-    // Of one curve's divisions the last made lies first: each stands directly behind the curve it was cut
-    // from.
-    std::reverse(m_divisions.begin(), m_divisions.end());
-    const auto liesBefore = [](const auto &a, const auto &b) { return a.first < b.first; };
-    if (!std::is_sorted(m_divisions.begin(), m_divisions.end(), liesBefore))
-        std::stable_sort(m_divisions.begin(), m_divisions.end(), liesBefore);
-    QList<vxSegment *> segments;
-    QList<vxCurve *> curves;
-    segments.reserve(m_segments.size() + int(m_divisions.size()));
-    curves.reserve(m_curves.size() + int(m_divisions.size()));
-    auto division = m_divisions.cbegin();
-    for (int i = 0; i < m_segments.size(); ++i) {
-        segments.append(m_segments.at(i));
-        if (i < m_curves.size())
-            curves.append(m_curves.at(i));
-        for (; division != m_divisions.cend() && division->first == i; ++division) {
-            segments.append(division->second->segment1());
-            curves.append(division->second);
-        }
-    }
-    m_segments.swap(segments);
-    m_curves.swap(curves);
-    const int first = m_divisions.front().first;
-    m_divisions.clear();
-    renumber(first);
+    const std::vector<vx::Divisions::Division> &waiting = divisions.fromTheLast();
+    spliceBehind(m_segments, waiting, [](vxCurve *second) { return second->segment1(); });
+    spliceBehind(m_curves, waiting, [](vxCurve *second) { return second; });
+    renumber(waiting.back().first);
+    divisions.clear();
 }
 
 void vxPath::setClosed(bool newClosed)

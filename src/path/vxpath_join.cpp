@@ -90,6 +90,50 @@ void vxPath::closeAtEnds(double tolerance)
 
 namespace {
 
+vxPoint chord(const vxSegment &from, const vxSegment &to)
+{
+    return to.point.subtract(from.point);
+}
+
+// The rarer condition first: both hold on few curves, and straightness is the dearer question.
+bool isTiny(const vxSegment &from, const vxSegment &to)
+{
+    return from.point.getDistance(to.point) <= closeDistance && vx::isStraight(vx::cubicBetween(from, to));
+}
+
+/** Whether the corner between the two straight curves from a to b to c can go. */
+bool isNeedless(const vxSegment &a, const vxSegment &b, const vxSegment &c, bool closed)
+{
+    const vxPoint in = chord(a, b);
+    const vxPoint out = chord(b, c);
+    return in.isCollinear(out) && (closed || in.dot(out) >= 0) && vx::isStraight(vx::cubicBetween(a, b)) &&
+           vx::isStraight(vx::cubicBetween(b, c));
+}
+
+/** Whether the walk below drops anything: up to the first segment that it drops it asks nothing else. */
+bool isReducible(const QList<vxSegment *> &segments, bool closed, bool simplify)
+{
+    const int count = segments.size();
+    if (count < 2)
+        return closed && count == 1;
+    const vxSegment *a = segments.at(closed ? count - 2 : 0);
+    const vxSegment *b = segments.at(closed ? count - 1 : 1);
+    vxPoint in = chord(*a, *b);
+    for (int i = closed ? 0 : 2; i < count; ++i) {
+        const vxSegment *c = segments.at(i);
+        const vxPoint out = chord(*b, *c);
+        // The conditions that hardly any curve meets, on chords that are at hand.
+        if (in.getLength() <= closeDistance && isTiny(*a, *b))
+            return true;
+        if (simplify && in.isCollinear(out) && isNeedless(*a, *b, *c, closed))
+            return true;
+        a = b;
+        b = c;
+        in = out;
+    }
+    return !closed && isTiny(*a, *b);
+}
+
 /**
  * The walk that reduce() makes, from the last curve to the first, over indexes: segments are only marked, so
  * that a path of many pieces costs one pass. next[i] is the segment that the curve from i leads to at this
@@ -113,7 +157,7 @@ public:
         // A closed point is a curve of no length as well; a spike ends as one.
         if (m_closed && m_count == 1) {
             for (int i = 0; i < m_segments.size(); ++i) {
-                if (isKept(i) && isTiny(i, i))
+                if (isKept(i) && isTiny(at(i), at(i)))
                     drop(i);
             }
         }
@@ -130,41 +174,19 @@ private:
         --m_count;
     }
 
-    vx::Cubic curve(int from, int to) const
-    {
-        return vx::cubicBetween(*m_segments.at(from), *m_segments.at(to));
-    }
-    // The rarer condition first: both hold on few curves, and straightness is the dearer question.
-    bool isTiny(int from, int to) const
-    {
-        return m_segments.at(from)->point.getDistance(m_segments.at(to)->point) <= closeDistance &&
-               vx::isStraight(curve(from, to));
-    }
-    vxPoint chord(int from, int to) const
-    {
-        return m_segments.at(to)->point.subtract(m_segments.at(from)->point);
-    }
-
-    /** Whether the corner between the two straight curves from i to j to k can go. */
-    bool isNeedless(int i, int j, int k) const
-    {
-        const vxPoint in = chord(i, j);
-        const vxPoint out = chord(j, k);
-        return in.isCollinear(out) && (m_closed || in.dot(out) >= 0) && vx::isStraight(curve(i, j)) &&
-               vx::isStraight(curve(j, k));
-    }
+    const vxSegment &at(int i) const { return *m_segments.at(i); }
 
     void visit(int i)
     {
         while (isKept(i) && next(i) >= 0 && next(i) != i) {
             const int j = next(i);
-            if (isTiny(i, j)) {
+            if (isTiny(at(i), at(j))) {
                 if (!m_closed && next(j) < 0 && i > 0) {
                     dropBeforeEnd(i, j);
                     return;
                 }
                 dropSecond(i, j);
-            } else if (m_simplify && next(j) >= 0 && isNeedless(i, j, next(j))) {
+            } else if (m_simplify && next(j) >= 0 && isNeedless(at(i), at(j), at(next(j)), m_closed)) {
                 straighten(i, j, next(j));
                 dropSecond(i, j);
             } else {
@@ -191,7 +213,7 @@ private:
     /** Where the way turns back at j, the handles beyond it would stick out of the shortened line. */
     void straighten(int i, int j, int k)
     {
-        if (chord(i, j).dot(chord(j, k)) < 0) {
+        if (chord(at(i), at(j)).dot(chord(at(j), at(k))) < 0) {
             m_segments.at(j)->handleOut = vxPoint();
             m_segments.at(k)->handleIn = vxPoint();
         }
@@ -209,6 +231,8 @@ private:
 
 void vxPath::reduce(bool simplify)
 {
+    if (!isReducible(m_segments, closed, simplify))
+        return;
     Reduction reduction(m_segments, closed, simplify);
     reduction.run();
     if (reduction.count() == m_segments.size())

@@ -16,26 +16,15 @@ vxSegment &vxSegment::operator=(const vxSegment &other)
     return *this;
 }
 
-vxSegment::~vxSegment()
-{
-    path = nullptr;
-    if (m_intersection)
-        m_intersection->release();
-}
-
 vxSegment *vxSegment::clone() const
 {
     return new vxSegment(*this);
 }
 
-void vxSegment::release()
+void vxSegment::die()
 {
-    if (refCount < 2) {
-        refCount = 0xFFFFFFFE;
-        vxDestroy(this, m_block);
-    } else {
-        --refCount;
-    }
+    refCount = 0xFFFFFFFE;
+    vxDestroy(this, m_block);
 }
 
 void vxSegment::clearHandles()

@@ -36,7 +36,12 @@ public:
     }
     vxSegment(const vxSegment &other) : vxSegment(other.point, other.handleIn, other.handleOut) {}
     vxSegment &operator=(const vxSegment &other);
-    ~vxSegment();
+    ~vxSegment()
+    {
+        path = nullptr;
+        if (m_intersection)
+            setIntersection(nullptr);
+    }
 
     /** A new free segment (count 0) with the same point and handles. */
     vxSegment *clone() const;
@@ -45,7 +50,13 @@ public:
     /**
      * Deletes the segment when the count is below 2 (the count then reads 0xFFFFFFFE), else takes one off.
      */
-    void release();
+    void release()
+    {
+        if (refCount < 2)
+            die();
+        else
+            --refCount;
+    }
 
     // --- accessors ---
 
@@ -131,6 +142,8 @@ public:
 
 private:
     friend class vxBatch<vxSegment>;
+    void die();
+
     vxCurveLocation *m_intersection = nullptr;
     /** The vxBatch block that it was made in, null for one made by new. */
     void *m_block = nullptr;

@@ -1,5 +1,7 @@
 #include "xpath.h"
 
+#include "vxbatch_p.h"
+
 // Children and the orientation rule.
 
 XPath::~XPath()
@@ -26,9 +28,13 @@ void XPath::assign(const XPath &other)
     evenOdd = other.evenOdd;
     const QVector<vxPath *> originals = other.children;
     children.reserve(children.size() + originals.size());
+    size_t count = 0;
+    for (const vxPath *original : originals)
+        count += size_t(original->_segments().size());
+    vxBatch<vxSegment> segments(count);
     for (const vxPath *original : originals) {
         // Clones keep direction and flags; the rule was applied to their originals.
-        vxPath *child = original->clone();
+        vxPath *child = original->_clone(segments);
         child->parent = this;
         child->index = children.size();
         child->addRef();
@@ -60,10 +66,14 @@ void XPath::addChildren(const QVector<vxPath *> &list, int index)
     }
     if (index < 0 || index > children.size())
         index = children.size();
-    const QVector<vxPath *> behind = children.mid(index);
-    children.resize(index);
-    children += added;
-    children += behind;
+    if (index == children.size()) {
+        children += added;
+    } else {
+        const QVector<vxPath *> behind = children.mid(index);
+        children.resize(index);
+        children += added;
+        children += behind;
+    }
     renumber(index);
     orientAdded(added);
 }

@@ -174,6 +174,8 @@ public:
     /** What cleaning a copy for a boolean came to; null unless one asked. It tells itself whether it holds.
      */
     std::shared_ptr<const vx::CleanUp> &_cleanUp() const { return m_cleanUp; }
+    /** Builds the curves of all children at once: side by side in memory, in the order of a walk. */
+    void _makeCurves() const;
 
     // --- data ---
 

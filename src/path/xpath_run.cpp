@@ -1,8 +1,11 @@
 #include "xpath.h"
 
+#include "vxbatch_p.h"
 #include "vxcurvelocation.h"
 #include "vxnearestlocation_p.h"
 
+#include <algorithm>
+#include <functional>
 #include <limits>
 
 // What is asked of a compound path as a whole and answered by its children one by one.
@@ -23,17 +26,14 @@ void XPath::reverse()
 
 XPath *XPath::reduce(bool simplify)
 {
-    QVector<vxPath *> kept;
-    QVector<vxPath *> emptied;
-    for (vxPath *child : qAsConst(children)) {
+    for (vxPath *child : qAsConst(children))
         child->reduce(simplify);
-        (child->isEmpty() ? emptied : kept).append(child);
-    }
-    if (!emptied.isEmpty()) {
+    const auto isEmpty = [](const vxPath *child) { return child->isEmpty(); };
+    if (std::any_of(children.cbegin(), children.cend(), isEmpty)) {
         // Empty ones to the end, so that all go in one step: the rule for those that remain costs a pass each
         // time.
-        children = kept + emptied;
-        removeChildren(kept.size(), -1);
+        const auto emptied = std::stable_partition(children.begin(), children.end(), std::not_fn(isEmpty));
+        removeChildren(int(emptied - children.begin()), -1);
     }
     return this;
 }
@@ -80,6 +80,16 @@ QList<vxCurve *> XPath::getCurves() const
     for (const vxPath *child : children)
         curves += child->_curves();
     return curves;
+}
+
+void XPath::_makeCurves() const
+{
+    size_t count = 0;
+    for (const vxPath *child : children)
+        count += size_t(child->_countCurves());
+    vxBatch<vxCurve> batch(count);
+    for (const vxPath *child : children)
+        child->_makeCurves(batch);
 }
 
 double XPath::getLength() const
