@@ -1,8 +1,8 @@
 #include "vxcubic_p.h"
 #include "vxcubic_polynomial_p.h"
+#include "vxcubic_split_p.h"
 
 #include <limits>
-#include <utility>
 
 namespace {
 
@@ -38,28 +38,6 @@ double curvature(const vx::Polynomial &p, double t, const vxPoint &d)
     return (d.x * (6 * p.a.y * t + 2 * p.b.y) - d.y * (6 * p.a.x * t + 2 * p.b.x)) / denominator;
 }
 
-vxPoint mix(const vxPoint &p, const vxPoint &q, double t)
-{
-    const double u = 1 - t;
-    return vxPoint(u * p.x + t * q.x, u * p.y + t * q.y);
-}
-
-/** Inlined where one part is not wanted, so that nobody writes it. */
-inline void split(const vx::Cubic &c, double t, vx::Cubic &left, vx::Cubic &right)
-{
-    const vxPoint start = c.p0();
-    const vxPoint end = c.p3();
-    const vxPoint p01 = mix(start, c.p1(), t);
-    const vxPoint p12 = mix(c.p1(), c.p2(), t);
-    const vxPoint p23 = mix(c.p2(), end, t);
-    const vxPoint p012 = mix(p01, p12, t);
-    const vxPoint p123 = mix(p12, p23, t);
-    const vxPoint middle = mix(p012, p123, t);
-    // c is no longer read: it may be left or right itself.
-    left = vx::Cubic::fromPoints(start, p01, p012, middle);
-    right = vx::Cubic::fromPoints(middle, p123, p23, end);
-}
-
 } // namespace
 
 vxPoint vx::evaluate(const Cubic &c, double t, Evaluate what, bool normalized)
@@ -93,16 +71,7 @@ void vx::subdivide(const Cubic &c, double t, Cubic &left, Cubic &right)
 
 vx::Cubic vx::part(const Cubic &c, double from, double to)
 {
-    const bool swapped = from > to;
-    if (swapped)
-        std::swap(from, to);
-    Cubic result = c;
-    Cubic rest;
-    if (from > 0)
-        split(result, from, rest, result);
-    if (to < 1)
-        split(result, (to - from) / (1 - from), result, rest);
-    return swapped ? result.reversed() : result;
+    return partOf(c, from, to);
 }
 
 double vx::signedArea(const Cubic &c)

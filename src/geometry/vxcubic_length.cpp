@@ -150,5 +150,5 @@ double vx::timeAtLengthOf(const Cubic &c, double offset, double wholeLength)
 {
     if (std::isnan(offset))
         return noTime;
-    return offset == 0 ? 0 : timeWithin(c, offset, 0, wholeLength);
+    return offset == 0 ? 0 : timeWithin(c, offset, offset < 0 ? 1 : 0, wholeLength);
 }

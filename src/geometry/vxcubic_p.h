@@ -127,7 +127,7 @@ double length(const Cubic &c, double a = 0, double b = 1);
  * NaN.
  */
 double timeAtLength(const Cubic &c, double offset, double start);
-/** The same from the start of a curve whose length() is known; offset is not negative. */
+/** The same from the start, or back from the end, of a curve whose length() is known. */
 double timeAtLengthOf(const Cubic &c, double offset, double wholeLength);
 
 } // namespace vx

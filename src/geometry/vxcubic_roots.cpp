@@ -17,6 +17,8 @@ int vx::timesAtCoordinate(const Cubic &curve, int coord, double value, double ro
     if ((p0 < value && p1 < value && p2 < value && p3 < value) ||
         (p0 > value && p1 > value && p2 > value && p3 > value))
         return 0;
+    if (p0 == value && p1 == p0 && p2 == p0 && p3 == p0)
+        return 0; // everywhere
     const double b = 3 * (p1 - p0);
     const double c = 3 * (p2 - p1) - b;
     const double a = p3 - p0 - b - c;

@@ -2,6 +2,7 @@
 #include "vxnumeric_p.h"
 
 #include <algorithm>
+#include <functional>
 #include <limits>
 
 using vxTolerance::machineEpsilon;
@@ -117,6 +118,24 @@ double firstStep(double t, double u)
 }
 
 /**
+ * Newton's method from one side, as long as each iterate lies further inwards than the one before; x becomes
+ * the last one that was looked at.
+ */
+template <typename FurtherInwards>
+Horner moveInwards(double a, double b, double c, double d, double &x)
+{
+    for (int round = 1;; ++round) {
+        const Horner h(a, b, c, d, x);
+        if (h.slope == 0)
+            return h;
+        const double next = x - h.value / h.slope / 1.0000000000000002;
+        if (!FurtherInwards()(next, x) || round == 100)
+            return h;
+        x = next;
+    }
+}
+
+/**
  * One real root by the Halley-type iteration of W. Kahan, "To Solve a Real Cubic Equation" (1986); see also
  * J. Blinn, "How to Solve a Cubic Equation" (2006).
  *
@@ -137,12 +156,9 @@ Deflation divideOutRoot(double a, double b, double c, double d)
     const double step = firstStep(std::fabs(t), -h.slope / a);
     double next = x - side * step;
     if (next != x) {
-        int round = 0;
-        do {
-            x = next;
-            h = Horner(a, b, c, d, x);
-            next = h.slope == 0 ? x : x - h.value / h.slope / 1.0000000000000002;
-        } while (side * next > side * x && ++round < 100);
+        h = side > 0 ? moveInwards<std::greater<double>>(a, b, c, d, next)
+                     : moveInwards<std::less<double>>(a, b, c, d, next);
+        x = next;
         // For a large root the quotient is more accurate from its constant term upwards.
         if (std::fabs(a) * x * x > std::fabs(d / x)) {
             h.c1 = -d / x;

@@ -14,10 +14,9 @@ class ChordDistance
 {
 public:
     explicit ChordDistance(const Cubic &c)
-        : m_x(c.v[0]), m_y(c.v[1]), m_dx(c.v[6] - c.v[0]), m_dy(c.v[7] - c.v[1])
+        : m_x(c.v[0]), m_y(c.v[1]), m_dx(c.v[6] - c.v[0]), m_dy(c.v[7] - c.v[1]),
+          m_length(std::sqrt(m_dx * m_dx + m_dy * m_dy))
     {
-        // Axis-parallel chords, common in drawings, need no square root.
-        m_length = m_dx == 0 || m_dy == 0 ? 0 : std::sqrt(m_dx * m_dx + m_dy * m_dy);
     }
 
     double operator()(double x, double y) const

@@ -1,11 +1,14 @@
 #include "vxintersect_p.h"
 
 #include "vxchorddistance_p.h"
+#include "vxcubic_split_p.h"
 #include "vxtolerance.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace vx {
 
@@ -40,21 +43,34 @@ struct FatLine {
     bool isFlat() const { return handles[0] == 0 && handles[1] == 0; }
 };
 
+/** A part of a curve and its times on the curve. */
+struct Part {
+    Cubic curve;
+    double min, max;
+
+    double width() const { return max - min; }
+    double middle() const { return (min + max) / 2; }
+};
+
+/** Parts of the two curves that may meet, in the order in which their times are reported. */
+using PartPair = std::array<Part, 2>;
+
 class Clipper
 {
 public:
-    Clipper(int calls, TimePairs &found) : m_calls(calls), m_found(found) {}
+    Clipper(double slack, int calls, TimePairs &found) : m_slack(slack), m_calls(calls), m_found(found) {}
 
     int calls() const { return m_calls; }
     /** Tells the list of meetings where one may have been lost to rounding: away from all that were found. */
     void finish();
-    void clip(const Cubic &c1, const Cubic &c2, const ClipRange &range);
+    /** Begins with clipping the part that is named; narrows the pair as it goes. */
+    void clip(PartPair &pair, size_t clipped, int recursion);
 
 private:
-    void halve(const Cubic &clipped, const Cubic &c2, const ClipRange &range, double tMin, double tMax);
-    void report(const ClipRange &range, double tMin, double tMax);
-    void noteLoss(const ClipRange &range);
+    void halve(PartPair &pair, size_t clipped, int recursion);
+    bool isLoss(const Part &clipped, const Part &line) const;
 
+    double m_slack;
     int m_calls;
     TimePairs &m_found;
     TimePairs m_lost;
@@ -63,64 +79,123 @@ private:
 enum class Chain { Top, Bottom };
 enum class From { Start, End };
 
-/**
- * Time at which a chain, walked from one of its ends, first reaches the threshold: upwards for the top chain,
- * downwards for the bottom one. NaN when it does not.
- */
-template <Chain which, From from>
+/** A walk along a chain: upwards to the threshold for the top chain, downwards for the bottom one. */
+template <Chain which>
+class Walk
+{
+public:
+    Walk(const HullPoint &start, double threshold) : m_at(start), m_threshold(threshold) {}
+
+    /** Goes on to a point; true when the threshold was on the way. */
+    bool goTo(const HullPoint &q)
+    {
+        const HullPoint p = m_at;
+        m_at = q;
+        if (!(which == Chain::Top ? q.y >= m_threshold : q.y <= m_threshold))
+            return false;
+        if (q.y != m_threshold)
+            m_at.x = p.x + (m_threshold - p.y) * (q.x - p.x) / (q.y - p.y);
+        return true;
+    }
+    double time() const { return m_at.x; }
+
+private:
+    HullPoint m_at;
+    double m_threshold;
+};
+
+/** Time at which a chain, walked from its start, first reaches the threshold. NaN when it does not. */
+template <Chain which>
 double chainTime(const HullChain &chain, double threshold)
 {
-    constexpr int step = from == From::Start ? 1 : -1;
-    const HullPoint *p = &chain.end(from == From::Start);
-    for (int i = 1; i < chain.count; ++i, p += step) {
-        const HullPoint &q = p[step];
-        if (which == Chain::Top ? q.y >= threshold : q.y <= threshold)
-            return q.y == threshold ? q.x : p->x + (threshold - p->y) * (q.x - p->x) / (q.y - p->y);
+    if (chain.count == 0)
+        return nan;
+    Walk<which> walk(chain.points[0], threshold);
+    for (int i = 1; i < chain.count; ++i) {
+        if (walk.goTo(chain.points[i]))
+            return walk.time();
     }
     return nan;
 }
 
-/** Time at which the hull, entered from one of its ends, reaches [dMin, dMax]; NaN when it does not. */
-template <From from>
-double hullTime(const HullChain &top, const HullChain &bottom, double dMin, double dMax)
+/** The hull of the points (0, d0), (1/3, d1), (2/3, d2), (1, d3). */
+class Hull
 {
-    constexpr bool start = from == From::Start;
-    if (dMin > top.end(start).y)
-        return chainTime<Chain::Top, from>(top, dMin);
-    if (bottom.end(start).y > dMax)
-        return chainTime<Chain::Bottom, from>(bottom, dMax);
-    return top.end(start).x;
-}
-
-/** distanceHull() where it is wanted inline. */
-inline void makeHull(double d0, double d1, double d2, double d3, HullChain &top, HullChain &bottom)
-{
-    // Heights of the inner points over the chord from first to last.
-    const double dist1 = d1 - (2 * d0 + d3) / 3;
-    const double dist2 = d2 - (d0 + 2 * d3) / 3;
-    // The chain of the side where the first inner point lies; of the second's where the first has no height.
-    const bool below = dist1 < 0 || (dist1 == 0 && dist2 < 0);
-    HullChain &own = below ? bottom : top;
-    HullChain &other = below ? top : bottom;
-    own.count = other.count = 0;
-    own.append(0, d0);
-    other.append(0, d0);
-    if (dist1 * dist2 < 0) {
-        own.append(1.0 / 3, d1);
-        other.append(2.0 / 3, d2);
-    } else {
-        // One inner point may lie within the triangle of the other three. Both heights have one sign here,
-        // but a height of 0 has none to rely on: without fabs -1/0 would drop the point that reaches
-        // farthest, and with it the meeting. 0/0 is NaN: both are kept.
-        const double ratio = std::fabs(dist1 / dist2);
-        if (!(ratio <= 0.5))
-            own.append(1.0 / 3, d1);
-        if (!(ratio >= 2))
-            own.append(2.0 / 3, d2);
+public:
+    explicit Hull(const double distances[4]) : d(distances)
+    {
+        // Heights of the inner points over the chord from first to last.
+        const double dist1 = d[1] - (2 * d[0] + d[3]) / 3;
+        const double dist2 = d[2] - (d[0] + 2 * d[3]) / 3;
+        // The first inner point's side; the second's where the first has no height.
+        m_main = dist1 < 0 || (dist1 == 0 && dist2 < 0) ? Chain::Bottom : Chain::Top;
+        m_hasFirst = m_hasSecond = true;
+        m_parted = dist1 * dist2 < 0;
+        if (!m_parted) {
+            // One inner point may lie within the triangle of the other three. Both heights have one sign
+            // here, but a height of 0 has none to rely on: without fabs -1/0 would drop the point that
+            // reaches farthest, and with it the meeting. 0/0 is NaN: both are kept.
+            const double ratio = std::fabs(dist1 / dist2);
+            m_hasFirst = !(ratio <= 0.5);
+            m_hasSecond = !(ratio >= 2);
+        }
     }
-    own.append(1, d3);
-    other.append(1, d3);
-}
+
+    HullChain chain(Chain which) const
+    {
+        HullChain chain;
+        chain.append(0, d[0]);
+        if (hasFirst(which))
+            chain.append(third, d[1]);
+        if (hasSecond(which))
+            chain.append(twoThirds, d[2]);
+        chain.append(1, d[3]);
+        return chain;
+    }
+
+    /** Time at which the hull, entered from one of its ends, reaches [dMin, dMax]; NaN when it does not. */
+    template <From from>
+    double timeWithin(double dMin, double dMax) const
+    {
+        const double end = d[from == From::Start ? 0 : 3];
+        if (dMin > end)
+            return timeAt<Chain::Top, from>(dMin);
+        if (end > dMax)
+            return timeAt<Chain::Bottom, from>(dMax);
+        return from == From::Start ? 0 : 1;
+    }
+
+private:
+    static constexpr double third = 1.0 / 3;
+    static constexpr double twoThirds = 2.0 / 3;
+
+    bool hasFirst(Chain which) const { return which == m_main && m_hasFirst; }
+    bool hasSecond(Chain which) const { return (which == m_main) != m_parted && m_hasSecond; }
+
+    /** chainTime() from either end, without the chain. */
+    template <Chain which, From from>
+    double timeAt(double threshold) const
+    {
+        if (from == From::Start) {
+            Walk<which> walk({ 0, d[0] }, threshold);
+            const bool reached = (hasFirst(which) && walk.goTo({ third, d[1] })) ||
+                                 (hasSecond(which) && walk.goTo({ twoThirds, d[2] })) ||
+                                 walk.goTo({ 1, d[3] });
+            return reached ? walk.time() : nan;
+        }
+        Walk<which> walk({ 1, d[3] }, threshold);
+        const bool reached = (hasSecond(which) && walk.goTo({ twoThirds, d[2] })) ||
+                             (hasFirst(which) && walk.goTo({ third, d[1] })) || walk.goTo({ 0, d[0] });
+        return reached ? walk.time() : nan;
+    }
+
+    const double *d;
+    /** The chain of the first inner point; the second lies on the other one where they are parted. */
+    Chain m_main;
+    bool m_parted;
+    /** Points within the hull are left out. */
+    bool m_hasFirst, m_hasSecond;
+};
 
 /**
  * Clips c1 to the fat line of c2; false when none of it lies inside. The part's times go to tMin and tMax.
@@ -137,95 +212,75 @@ bool clipToFatLine(const Cubic &c1, const Cubic &c2, double slack, double &tMin,
     if ((d0 < dMin && d1 < dMin && d2 < dMin && d3 < dMin) ||
         (d0 > dMax && d1 > dMax && d2 > dMax && d3 > dMax))
         return false;
-    if (d0 == 0 && d1 == 0 && d2 == 0 && d3 == 0 && line.isFlat())
-        return false; // both on one line: that is an overlap's business
-
     tMin = 0;
     tMax = 1;
     const auto isInside = [dMin, dMax](double d) { return d >= dMin && d <= dMax; };
+    // Nothing to clip off at either end, unless both are on one line: that is an overlap's business.
     if (isInside(d0) && isInside(d3))
-        return true; // nothing to clip off at either end
-    HullChain top;
-    HullChain bottom;
-    makeHull(d0, d1, d2, d3, top, bottom);
-    tMin = hullTime<From::Start>(top, bottom, dMin, dMax);
+        return !(line.isFlat() && d0 == 0 && d1 == 0 && d2 == 0 && d3 == 0);
+    const Hull hull(d);
+    tMin = hull.timeWithin<From::Start>(dMin, dMax);
     if (std::isnan(tMin))
         return false;
-    tMax = hullTime<From::End>(top, bottom, dMin, dMax);
+    tMax = hull.timeWithin<From::End>(dMin, dMax);
     return !std::isnan(tMax);
 }
 
-void Clipper::clip(const Cubic &c1, const Cubic &c2, const ClipRange &range)
+void append(const PartPair &pair, TimePairs &list)
 {
-    if (range.recursion + 1 >= maxRecursion || ++m_calls > maxCalls) {
-        m_found.cutShort();
-        return;
-    }
-    double tMinClip;
-    double tMaxClip;
-    if (!clipToFatLine(c1, c2, range.slack, tMinClip, tMaxClip)) {
-        if (std::min(range.tMax - range.tMin, range.uMax - range.uMin) < lostWidth &&
-            boxesMeet(hullBox(c1), hullBox(c2)))
-            noteLoss(range);
-        return;
-    }
-    const double tMin = range.tMin + (range.tMax - range.tMin) * tMinClip;
-    const double tMax = range.tMin + (range.tMax - range.tMin) * tMaxClip;
-    if (std::max(tMax - tMin, range.uMax - range.uMin) < vxTolerance::clipWidth) {
-        report(range, tMin, tMax);
-        return;
-    }
-    if (tMinClip == 0 && tMaxClip == 1) {
-        halve(c1, c2, range, tMin, tMax);
-        return;
-    }
-    const Cubic clipped = part(c1, tMinClip, tMaxClip);
-    if (tMaxClip - tMinClip > minProgress)
-        halve(clipped, c2, range, tMin, tMax);
-    else
-        clip(c2, clipped,
-             { range.uMin, range.uMax, tMin, tMax, !range.flip, range.recursion + 1, range.slack });
+    list.append(pair[0].middle(), pair[1].middle());
 }
 
-void Clipper::halve(const Cubic &clipped, const Cubic &c2, const ClipRange &range, double tMin, double tMax)
+void Clipper::clip(PartPair &pair, size_t clipped, int recursion)
 {
-    const double uMin = range.uMin;
-    const double uMax = range.uMax;
-    const bool flip = !range.flip;
-    const int recursion = range.recursion + 1;
-    Cubic first;
-    Cubic second;
-    if (tMax - tMin > uMax - uMin) {
-        subdivide(clipped, 0.5, first, second);
-        const double tMid = (tMin + tMax) / 2;
-        clip(c2, first, { uMin, uMax, tMin, tMid, flip, recursion, range.slack });
-        clip(c2, second, { uMin, uMax, tMid, tMax, flip, recursion, range.slack });
-    } else {
-        subdivide(c2, 0.5, first, second);
-        const double uMid = (uMin + uMax) / 2;
-        clip(first, clipped, { uMin, uMid, tMin, tMax, flip, recursion, range.slack });
-        clip(second, clipped, { uMid, uMax, tMin, tMax, flip, recursion, range.slack });
+    Part *part = &pair[clipped];
+    Part *line = &pair[1 - clipped];
+    // The two are clipped in turn.
+    for (;; std::swap(part, line), ++recursion) {
+        if (recursion + 1 >= maxRecursion || ++m_calls > maxCalls) {
+            m_found.cutShort();
+            return;
+        }
+        double from;
+        double to;
+        if (!clipToFatLine(part->curve, line->curve, m_slack, from, to)) {
+            if (isLoss(*part, *line))
+                append(pair, m_lost);
+            return;
+        }
+        const double width = part->width();
+        part->max = part->min + width * to;
+        part->min += width * from;
+        if (std::max(part->width(), line->width()) < vxTolerance::clipWidth) {
+            append(pair, m_found);
+            return;
+        }
+        part->curve = partOf(part->curve, from, to);
+        if (to - from > minProgress) {
+            halve(pair, size_t(part - pair.data()), recursion);
+            return;
+        }
     }
 }
 
-void Clipper::report(const ClipRange &range, double tMin, double tMax)
+/** Halves the part of the longer range; where they are equal, that which was not clipped. */
+void Clipper::halve(PartPair &pair, size_t clipped, int recursion)
 {
-    const double t = (tMin + tMax) / 2;
-    const double u = (range.uMin + range.uMax) / 2;
-    if (range.flip)
-        m_found.append(u, t);
-    else
-        m_found.append(t, u);
+    const size_t next = 1 - clipped;
+    const size_t longer = pair[clipped].width() > pair[next].width() ? clipped : next;
+    PartPair firstHalf = pair;
+    Part &first = firstHalf[longer];
+    Part &second = pair[longer];
+    subdivide(second.curve, 0.5, first.curve, second.curve);
+    first.max = second.min = second.middle();
+    clip(firstHalf, next, recursion + 1);
+    clip(pair, next, recursion + 1);
 }
 
-void Clipper::noteLoss(const ClipRange &range)
+bool Clipper::isLoss(const Part &clipped, const Part &line) const
 {
-    const double t = (range.tMin + range.tMax) / 2;
-    const double u = (range.uMin + range.uMax) / 2;
-    if (range.flip)
-        m_lost.append(u, t);
-    else
-        m_lost.append(t, u);
+    return std::min(clipped.width(), line.width()) < lostWidth &&
+           boxesMeet(hullBox(clipped.curve), hullBox(line.curve));
 }
 
 void Clipper::finish()
@@ -251,26 +306,35 @@ void Clipper::finish()
 
 void distanceHull(double d0, double d1, double d2, double d3, HullChain &top, HullChain &bottom)
 {
-    makeHull(d0, d1, d2, d3, top, bottom);
+    const double d[] = { d0, d1, d2, d3 };
+    const Hull hull(d);
+    top = hull.chain(Chain::Top);
+    bottom = hull.chain(Chain::Bottom);
 }
 
 double clipHull(const HullChain &top, const HullChain &bottom, double dMin, double dMax)
 {
     if (top.count == 0 || bottom.count == 0)
         return nan;
-    return hullTime<From::Start>(top, bottom, dMin, dMax);
+    if (dMin > top.points[0].y)
+        return chainTime<Chain::Top>(top, dMin);
+    if (bottom.points[0].y > dMax)
+        return chainTime<Chain::Bottom>(bottom, dMax);
+    return top.points[0].x;
 }
 
 double clipHullChain(const HullChain &chain, bool top, double threshold)
 {
-    return top ? chainTime<Chain::Top, From::Start>(chain, threshold)
-               : chainTime<Chain::Bottom, From::Start>(chain, threshold);
+    return top ? chainTime<Chain::Top>(chain, threshold) : chainTime<Chain::Bottom>(chain, threshold);
 }
 
 int clipCurves(const Cubic &c1, const Cubic &c2, const ClipRange &range, int calls, TimePairs &found)
 {
-    Clipper clipper(calls, found);
-    clipper.clip(c1, c2, range);
+    PartPair pair{ Part{ c1, range.tMin, range.tMax }, Part{ c2, range.uMin, range.uMax } };
+    if (range.flip)
+        std::swap(pair[0], pair[1]);
+    Clipper clipper(range.slack, calls, found);
+    clipper.clip(pair, range.flip ? 1 : 0, range.recursion);
     clipper.finish();
     return clipper.calls();
 }

@@ -42,14 +42,17 @@ bool isFarFromHull(const Cubic &c, const vxPoint &p, double distance)
  */
 inline double settle(const Cubic &c, const vxPoint &point, double &t)
 {
-    for (int i = 0; i < 4; ++i) {
+    constexpr int rounds = 4;
+    vxPoint place = placeAt(c, t);
+    for (int i = 0; i < rounds; ++i) {
         const vxPoint d1 = velocityAt(c, t);
-        const double step = placeAt(c, t).subtract(point).dot(d1) / d1.dot(d1);
+        const double step = place.subtract(point).dot(d1) / d1.dot(d1);
         if (!std::isfinite(step) || std::fabs(step) < 1e-15)
             break;
         t = std::clamp(t - step, 0.0, 1.0);
+        place = placeAt(c, t);
     }
-    return placeAt(c, t).getDistance(point);
+    return place.getDistance(point);
 }
 
 /**
@@ -77,14 +80,29 @@ double timeNear(const Cubic &c, const vxPoint &point, double &distance)
     if (isFarFromHull(c, point, distance))
         return noTime;
     double best = noTime;
-    offerTimes(c, point, [&](double t) {
+    const auto tryFrom = [&](double t) {
         const double d = settle(c, point, t);
         if (d <= distance) {
             distance = d;
             best = t;
         }
         return false;
-    });
+    };
+    // Ends are offered last and 0 is as near as can be: what was offered before one that is the point itself
+    // does not count.
+    if (point == c.p3()) {
+        tryFrom(1);
+        if (distance == 0 && best == 1)
+            return best;
+    }
+    if (point == c.p0()) {
+        tryFrom(0);
+        if (distance == 0 && best == 0) {
+            tryFrom(1);
+            return best;
+        }
+    }
+    offerTimes(c, point, tryFrom);
     return best;
 }
 

@@ -49,6 +49,7 @@ TEST(TimeAtLength, is_the_inverse_of_length)
             EXPECT_EQ(vx::timeAtLengthOf(c, total * i / 20, total), t)
                 << "the same bits with the length known";
             const double back = vx::timeAtLength(c, -total * i / 20, vxTolerance::noTime);
+            EXPECT_EQ(vx::timeAtLengthOf(c, -total * i / 20, total), back);
             EXPECT_NEAR(polygonLength(c, back, 1), total * i / 20, tolerance);
         }
     }
