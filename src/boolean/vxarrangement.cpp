@@ -98,10 +98,22 @@ void Arrangement::refine(SetOperation operation)
 bool Arrangement::attempt(SetOperation operation, double snapping)
 {
     m_snapping = snapping;
+    setPiecesAside();
     cut();
-    findSides();
+    if (!takeSides())
+        findSides();
     select(operation);
     return m_selection.oddNodes == 0;
+}
+
+void Arrangement::setPiecesAside()
+{
+    m_nodes.swap(m_earlier.nodes);
+    m_edges.swap(m_earlier.edges);
+    m_shares.swap(m_earlier.shares);
+    m_links.swap(m_earlier.links);
+    m_linkBoxes.swap(m_earlier.linkBoxes);
+    m_linkStarts.swap(m_earlier.linkStarts);
 }
 
 double Arrangement::movedArea() const
@@ -126,7 +138,8 @@ bool Arrangement::answer(SetOperation operation, const Fill &fill) const
 
 void Arrangement::select(SetOperation operation)
 {
-    m_selection = Selection();
+    m_selection.kept.clear();
+    m_selection.kept.reserve(m_edges.size());
     double area = 0;
     double signedArea = 0;
     for (size_t e = 0; e < m_edges.size(); ++e) {

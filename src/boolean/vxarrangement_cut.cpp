@@ -116,23 +116,24 @@ const Cut *passWhile(const Cut *begin, const Cut *end, const IsPassed &isPassed)
 class HashedChains
 {
 public:
-    explicit HashedChains(size_t count) : m_next(count, -1)
+    explicit HashedChains(size_t count)
     {
         int bits = 4;
         while ((size_t(1) << bits) < 2 * count)
             ++bits;
         m_shift = 64 - bits;
-        m_heads.assign(size_t(1) << bits, -1);
+        m_headCount = size_t(1) << bits;
+        m_indexes.assign(m_headCount + count, -1);
     }
     void insert(quint64 a, quint64 b, int index)
     {
-        int &head = m_heads[slot(a, b)];
-        m_next[size_t(index)] = head;
+        int &head = m_indexes[slot(a, b)];
+        m_indexes[m_headCount + size_t(index)] = head;
         head = index;
     }
     /** The first index with the hash, -1 for none; next() goes on. */
-    int first(quint64 a, quint64 b) const { return m_heads[slot(a, b)]; }
-    int next(int index) const { return m_next[size_t(index)]; }
+    int first(quint64 a, quint64 b) const { return m_indexes[slot(a, b)]; }
+    int next(int index) const { return m_indexes[m_headCount + size_t(index)]; }
 
 private:
     /** Multiplicative hashing: odd constants near 2^64 divided by the golden ratio, the upper bits count. */
@@ -143,45 +144,45 @@ private:
     }
 
     int m_shift;
-    std::vector<int> m_heads;
-    std::vector<int> m_next;
+    size_t m_headCount;
+    std::vector<int> m_indexes; ///< heads of the chains, then per index the next one
 };
 
-/** Groups points that lie within a distance of each other, directly or through others. */
+/** Groups stretches whose starts lie within a distance of each other, directly or through others. */
 class Clusters
 {
 public:
-    Clusters(const std::vector<vxPoint> &points, double distance)
-        : m_points(points), m_distance(distance), m_parent(points.size())
+    Clusters(const std::vector<Edge> &stretches, double distance)
+        : m_stretches(stretches), m_distance(distance), m_perUnit(perCell / distance),
+          m_parent(stretches.size())
     {
         std::iota(m_parent.begin(), m_parent.end(), 0);
-        HashedChains cells(points.size());
-        for (int i = 0; i < int(points.size()); ++i)
+        HashedChains cells(stretches.size());
+        for (int i = 0; i < int(stretches.size()); ++i)
             joinEarlier(i, cells);
+        // No parent is greater than its child, so one pass brings all next to their roots.
+        for (int &parent : m_parent)
+            parent = m_parent[size_t(parent)];
     }
 
     /** The least index of the group. */
-    int find(int i)
-    {
-        while (m_parent[size_t(i)] != i)
-            i = m_parent[size_t(i)] = m_parent[size_t(m_parent[size_t(i)])];
-        return i;
-    }
+    int rootOf(int i) const { return m_parent[size_t(i)]; }
 
 private:
+    /** A cell measures eight distances, so that most points have all that is near in their own. */
+    static constexpr double perCell = 1.0 / 8;
+
     /** Cells that a point and its surroundings lie in, along one axis. */
     struct Cells {
         qint64 first, own, last;
     };
 
-    /** A cell measures eight distances, so that most points have all that is near in their own. */
     Cells cellsAt(double coordinate) const
     {
-        constexpr double perCell = 1.0 / 8;
         constexpr double reach = 1.001 * perCell; // not to lose a neighbour to rounding
         // Only a drawing too large for a frame leaves the range; its points may then share cells, no more.
         constexpr double greatest = 1e15;
-        const double place = coordinate / m_distance * perCell;
+        const double place = coordinate * m_perUnit;
         if (!(place > -greatest))
             return { 0, 0, 0 };
         const qint64 towardsZero = qint64(std::min(place, greatest));
@@ -193,13 +194,13 @@ private:
     /** Joins a point with those before it, which are in their cells, and puts it into its own. */
     void joinEarlier(int i, HashedChains &cells)
     {
-        const vxPoint &p = m_points[size_t(i)];
+        const vxPoint p = m_stretches[size_t(i)].inFrame.p0();
         const Cells x = cellsAt(p.x);
         const Cells y = cellsAt(p.y);
         for (qint64 column = x.first; column <= x.last; ++column) {
             for (qint64 row = y.first; row <= y.last; ++row) {
                 for (int k = cells.first(quint64(column), quint64(row)); k != -1; k = cells.next(k)) {
-                    if (p.isClose(m_points[size_t(k)], m_distance))
+                    if (p.isClose(m_stretches[size_t(k)].inFrame.p0(), m_distance))
                         join(i, k);
                 }
             }
@@ -214,8 +215,17 @@ private:
         m_parent[size_t(std::max(a, b))] = std::min(a, b);
     }
 
-    const std::vector<vxPoint> &m_points;
+    /** The least index of the group as far as it is known. */
+    int find(int i)
+    {
+        while (m_parent[size_t(i)] != i)
+            i = m_parent[size_t(i)] = m_parent[size_t(m_parent[size_t(i)])];
+        return i;
+    }
+
+    const std::vector<Edge> &m_stretches;
     double m_distance;
+    double m_perUnit; ///< cells
     std::vector<int> m_parent;
 };
 
@@ -231,7 +241,7 @@ void Arrangement::cut()
 std::vector<Edge> Arrangement::stretches()
 {
     sortCuts();
-    // Edges of an earlier snapping distance are done with; their memory is used again.
+    // Edges of the attempt before the last are done with; their memory is used again.
     std::vector<Edge> result = std::move(m_edges);
     result.clear();
     result.reserve(m_curves.size() + std::min(m_cuts.size(), 4 * m_curves.size()));
@@ -275,9 +285,10 @@ void Arrangement::sortCuts()
 void Arrangement::choosePlaces(const Cubic &values, const Cut *begin, const Cut *end)
 {
     m_places.clear();
+    m_places.reserve(8);
     m_places.push_back({ 0, values.p0() });
     const double near = dropFraction * m_snapping;
-    const double speed = begin == end ? 0 : greatestSpeed(values);
+    const double speed = greatestSpeed(values);
     const auto isApart = [&](const Place &from, const Place &to) {
         return !from.point.isClose(to.point, near) || bulges(part(values, from.t, to.t), near);
     };
@@ -303,8 +314,17 @@ void Arrangement::cutCurve(int curve, const Cut *firstCut, const Cut *endCut, st
 {
     const ArrangedCurve &source = m_curves[size_t(curve)];
     const Cubic &values = source.inFrame.values;
+    const bool line = source.line;
+    if (firstCut == endCut) {
+        Edge &stretch = result.emplace_back();
+        stretch.curve = curve;
+        stretch.line = line;
+        stretch.t0 = 0;
+        stretch.t1 = 1;
+        stretch.inFrame = line ? Cubic::fromLine(values.p0(), values.p3()) : values;
+        return;
+    }
     choosePlaces(values, firstCut, endCut);
-    const bool line = !hasHandles(source.original);
     for (size_t i = 1; i < m_places.size(); ++i) {
         // Both stretches at a cut take the same computed point for their end.
         const Place &start = m_places[i - 1];
@@ -322,35 +342,30 @@ void Arrangement::cutCurve(int curve, const Cut *firstCut, const Cut *endCut, st
 /** Makes nodes of end points within the snapping distance and moves the stretches' ends onto them. */
 void Arrangement::joinEnds(std::vector<Edge> &all)
 {
-    std::vector<vxPoint> starts;
-    starts.reserve(all.size());
-    for (const Edge &stretch : all)
-        starts.push_back(stretch.inFrame.p0());
-    Clusters clusters(starts, m_snapping);
-
+    const Clusters clusters(all, m_snapping);
     // A node lies on a vertex of an operand where it holds one, so that vertices stay where they are.
-    std::vector<int> place(all.size(), -1);
+    std::vector<int> stretchAt; // per node: a stretch whose start it is
+    stretchAt.reserve(all.size());
     for (int i = 0; i < int(all.size()); ++i) {
-        int &at = place[size_t(clusters.find(i))];
-        if (at == -1 || (all[size_t(at)].t0 != 0 && all[size_t(i)].t0 == 0))
+        Edge &stretch = all[size_t(i)];
+        const int root = clusters.rootOf(i);
+        if (root == i) {
+            stretch.node0 = int(stretchAt.size());
+            stretchAt.push_back(i);
+            continue;
+        }
+        stretch.node0 = all[size_t(root)].node0;
+        int &at = stretchAt[size_t(stretch.node0)];
+        if (all[size_t(at)].t0 != 0 && stretch.t0 == 0)
             at = i;
     }
     m_nodes.clear();
-    m_nodes.reserve(all.size());
-    std::vector<int> nodeOf(all.size(), -1);
-    for (int i = 0; i < int(all.size()); ++i) {
-        const int group = clusters.find(i);
-        if (nodeOf[size_t(group)] == -1) {
-            nodeOf[size_t(group)] = int(m_nodes.size());
-            const Edge &at = all[size_t(place[size_t(group)])];
-            const vxPoint p = at.inFrame.p0();
-            m_nodes.push_back(
-                { p, at.t0 == 0 ? m_curves[size_t(at.curve)].original.p0() : m_frame.fromFrame(p), true });
-        }
-        const int node = nodeOf[size_t(group)];
-        if (starts[size_t(i)] != m_nodes[size_t(node)].inFrame)
-            m_nodes[size_t(node)].exact = false;
-        all[size_t(i)].node0 = node;
+    m_nodes.reserve(stretchAt.size());
+    for (int i : stretchAt) {
+        const Edge &at = all[size_t(i)];
+        const vxPoint p = at.inFrame.p0();
+        m_nodes.push_back(
+            { p, at.t0 == 0 ? m_curves[size_t(at.curve)].original.p0() : m_frame.fromFrame(p), true });
     }
     // A stretch ends where the next of its contour starts; the last one's next is the first.
     const auto contourOf = [&](size_t i) { return m_curves[size_t(all[i].curve)].contour; };
@@ -366,20 +381,24 @@ void Arrangement::joinEnds(std::vector<Edge> &all)
         const vxPoint &to1 = m_nodes[size_t(stretch.node1)].inFrame;
         const vxPoint p0 = stretch.inFrame.p0();
         const vxPoint p3 = stretch.inFrame.p3();
-        if (p0 != to0 || p3 != to1)
-            m_movedArea += p0.getDistance(p3) * (p0.getDistance(to0) + p3.getDistance(to1)) / 2;
+        if (p0 == to0 && p3 == to1)
+            continue;
+        if (p0 != to0)
+            m_nodes[size_t(stretch.node0)].exact = false;
+        m_movedArea += p0.getDistance(p3) * (p0.getDistance(to0) + p3.getDistance(to1)) / 2;
         stretch.inFrame = withEnds(stretch.inFrame, to0, to1);
     }
 }
 
 /**
  * Appends the signed counts of stretches that run together, along the first of them, to the shares; those
- * that cancel are left out. A stretch is followed by nextInGroup, -1 ends the group.
+ * that cancel are left out.
  */
-void Arrangement::addShares(int first, const std::vector<int> &nextInGroup, const std::vector<Edge> &all)
+void Arrangement::addShares(int first, const std::vector<Companions> &companions,
+                            const std::vector<Edge> &all)
 {
     const auto begin = std::ptrdiff_t(m_shares.size());
-    for (int i = first; i != -1; i = nextInGroup[size_t(i)]) {
+    for (int i = first; i != -1; i = companions[size_t(i)].next) {
         const int operand = operandOf(all[size_t(i)]);
         auto at = std::find_if(m_shares.begin() + begin, m_shares.end(),
                                [operand](const Share &s) { return s.operand == operand; });
@@ -399,10 +418,7 @@ void Arrangement::addShares(int first, const std::vector<int> &nextInGroup, cons
  */
 void Arrangement::joinStretches(std::vector<Edge> &all)
 {
-    // Per stretch: the first of those that it runs with, -1 where it shrank to a point; the next of these.
-    std::vector<int> firstOf(all.size(), -1);
-    std::vector<int> nextInGroup(all.size(), -1);
-    std::vector<int> lastInGroup(all.size(), -1);
+    std::vector<Companions> companions(all.size());
     HashedChains firsts(all.size());
     for (int i = 0; i < int(all.size()); ++i) {
         const Edge &stretch = all[size_t(i)];
@@ -425,18 +441,18 @@ void Arrangement::joinStretches(std::vector<Edge> &all)
             firsts.insert(quint64(ends.first), quint64(ends.second), i);
             group = i;
         } else {
-            nextInGroup[size_t(lastInGroup[size_t(group)])] = i;
+            companions[size_t(companions[size_t(group)].last)].next = i;
         }
-        firstOf[size_t(i)] = group;
-        lastInGroup[size_t(group)] = i;
+        companions[size_t(i)].first = group;
+        companions[size_t(group)].last = i;
     }
-    linkStretches(all, firstOf);
-    makeEdges(all, firstOf, nextInGroup);
+    linkStretches(all, companions);
+    makeEdges(all, companions);
 }
 
 /** Makes a link of every stretch that did not shrink to a point, with the box of the one that stands for it.
  */
-void Arrangement::linkStretches(const std::vector<Edge> &all, const std::vector<int> &firstOf)
+void Arrangement::linkStretches(const std::vector<Edge> &all, const std::vector<Companions> &companions)
 {
     m_links.clear();
     m_links.reserve(all.size());
@@ -447,38 +463,41 @@ void Arrangement::linkStretches(const std::vector<Edge> &all, const std::vector<
     for (size_t i = 0; i < all.size(); ++i) {
         for (; contour < m_curves[size_t(all[i].curve)].contour; ++contour)
             m_linkStarts.push_back(int(m_links.size()));
-        if (firstOf[i] == -1)
+        const int first = companions[i].first;
+        if (first == -1)
             continue;
         m_links.push_back({ contour, all[i].node0, all[i].node1, -1 });
-        m_linkBoxes.push_back(hullBox(all[size_t(firstOf[i])].inFrame));
+        m_linkBoxes.push_back(hullBox(all[size_t(first)].inFrame));
     }
     m_linkStarts.push_back(int(m_links.size()));
 }
 
 /** Moves the first stretch of each group that does not cancel to the edges, and numbers links by edges. */
-void Arrangement::makeEdges(std::vector<Edge> &all, const std::vector<int> &firstOf,
-                            const std::vector<int> &nextInGroup)
+void Arrangement::makeEdges(std::vector<Edge> &all, const std::vector<Companions> &companions)
 {
     m_shares.clear();
     m_shares.reserve(all.size());
     size_t count = 0;
     auto link = m_links.begin();
     for (int i = 0; i < int(all.size()); ++i) {
-        if (firstOf[size_t(i)] == -1)
+        const Companions &own = companions[size_t(i)];
+        if (own.first == -1)
             continue;
         int &edge = (link++)->edge;
-        if (firstOf[size_t(i)] != i)
+        if (own.first != i)
             continue;
         const size_t begin = m_shares.size();
-        if (nextInGroup[size_t(i)] == -1)
+        if (own.next == -1)
             m_shares.push_back({ operandOf(all[size_t(i)]), 1 });
         else
-            addShares(i, nextInGroup, all);
+            addShares(i, companions, all);
         if (m_shares.size() == begin)
             continue;
         edge = int(count);
         // Into its own vector: what is overwritten was looked at, a group's others come after its first.
-        Edge &made = all[count++] = all[size_t(i)];
+        if (edge != i)
+            all[size_t(edge)] = all[size_t(i)];
+        Edge &made = all[count++];
         made.firstShare = int(begin);
         made.shareCount = int(m_shares.size() - begin);
     }

@@ -1,8 +1,8 @@
 #include "vxarrangement_p.h"
 
+#include "vxapart_p.h"
 #include "vxboxtree_p.h"
 #include "vxcurvevalues_p.h"
-#include "vxline.h"
 #include "vxmeetingplaces_p.h"
 #include "vxnumeric_p.h"
 #include "vxpath.h"
@@ -29,8 +29,9 @@ constexpr double farthestSnapping = 1e-3;
 void filledOutline(const vxPath &path, std::vector<Cubic> &outline)
 {
     outline.clear();
-    const QList<vxSegment *> segments = path.getSegments();
+    const QList<vxSegment *> &segments = path._segments();
     const int count = path.isClosed() ? segments.size() : segments.size() - 1;
+    outline.reserve(size_t(segments.size()));
     for (int i = 0; i < count; ++i) {
         const Cubic c = cubicBetween(*segments.at(i), *segments.at((i + 1) % segments.size()));
         if (c.p0() != c.p3() || c.p0() != c.p1() || c.p3() != c.p2())
@@ -46,47 +47,32 @@ void filledOutline(const vxPath &path, std::vector<Cubic> &outline)
  */
 bool partAtSharedEnd(const Cubic &a, const Cubic &b)
 {
-    Cubic first = a;
-    Cubic second = b;
-    if (a.p0() == b.p3() || a.p0() == b.p0())
-        first = a.reversed();
-    if (first.p3() == b.p3())
-        second = b.reversed();
-    if (first.p3() != second.p0())
+    const bool isStartOfA = a.p0() == b.p3() || a.p0() == b.p0();
+    const vxPoint end = isStartOfA ? a.p0() : a.p3();
+    const bool isEndOfB = b.p3() == end;
+    if (!isEndOfB && b.p0() != end)
         return false;
-    const vxPoint end = second.p0();
-    const vxPoint back = first.p0().subtract(end).normalize(1);
-    const vxPoint on = second.p3().subtract(end).normalize(1);
-    const vxPoint across = on.subtract(back);
+    const vxPoint farA = isStartOfA ? a.p3() : a.p0();
+    const vxPoint farB = isEndOfB ? b.p0() : b.p3();
+    const vxPoint across = farB.subtract(end).normalize(1).subtract(farA.subtract(end).normalize(1));
     const auto side = [&](const vxPoint &p) { return p.subtract(end).dot(across); };
     const auto within = [](double s) { return s > 1e-9; };
     const auto leaves = [&](const vxPoint &handle, double sign) {
         return handle == end || within(sign * side(handle));
     };
-    return within(-side(first.p0())) && within(-side(first.p1())) && leaves(first.p2(), -1) &&
-           leaves(second.p1(), 1) && within(side(second.p2())) && within(side(second.p3()));
+    return within(-side(farA)) && within(side(farB)) && within(-side(isStartOfA ? a.p2() : a.p1())) &&
+           leaves(isStartOfA ? a.p1() : a.p2(), -1) && leaves(isEndOfB ? b.p2() : b.p1(), 1) &&
+           within(side(isEndOfB ? b.p1() : b.p2()));
 }
 
-/**
- * Whether a straight curve and another surely lie apart: the other's control points on one side of the line,
- * or the line's ends on one side of the other's hull as seen across its chord. The margin is several times
- * what a straight curve may leave its chord by, and far above rounding.
- */
-bool lieApart(const Cubic &line, const Cubic &curve)
+/** Whether two lines surely have different directions, so that they share no more than a point. */
+bool runAcross(const PreparedCurve &line1, const PreparedCurve &line2)
 {
-    constexpr double margin = 5 * closeDistance;
-    const auto distance = [](const Cubic &from, int i, const Cubic &to) {
-        return vxLine::getSignedDistance(to.v[0], to.v[1], to.v[6], to.v[7], from.v[i], from.v[i + 1]);
-    };
-    if (line.p0() == line.p3() || curve.p0() == curve.p3())
-        return false;
-    const auto offLine = std::minmax({ distance(curve, 0, line), distance(curve, 2, line),
-                                       distance(curve, 4, line), distance(curve, 6, line) });
-    if (offLine.first > margin || offLine.second < -margin)
-        return true;
-    const auto hull = std::minmax({ 0.0, distance(curve, 2, curve), distance(curve, 4, curve) });
-    const auto ends = std::minmax({ distance(line, 0, curve), distance(line, 6, curve) });
-    return ends.first > hull.second + margin || ends.second < hull.first - margin;
+    const double cross = line1.chordX * line2.chordY - line1.chordY * line2.chordX;
+    // Far above closeDistance, within which findOverlap() takes a far end for one on the other line.
+    constexpr double apartDistance = 10 * closeDistance;
+    return line1.ordinary && line2.ordinary &&
+           std::fabs(cross) > apartDistance * (line1.chordBound + line2.chordBound);
 }
 
 bool isFinite(const std::vector<Cubic> &outline)
@@ -116,11 +102,15 @@ void Arrangement::collect(const QVector<const XPath *> &operands)
     constexpr double infinite = std::numeric_limits<double>::infinity();
     Box box{ infinite, infinite, -infinite, -infinite };
     m_operandCount = operands.size();
+    m_evenOdd.reserve(size_t(operands.size()));
     size_t segments = 0;
+    size_t contours = 0;
     for (const XPath *operand : operands) {
+        contours += operand ? size_t(operand->children.size()) : 0;
         for (int k = 0; operand && k < operand->children.size(); ++k)
-            segments += size_t(operand->children.at(k)->getSegments().size());
+            segments += size_t(operand->children.at(k)->_segments().size());
     }
+    m_contours.reserve(contours);
     m_curves.reserve(segments);
     std::vector<Cubic> outline;
     for (int o = 0; o < operands.size(); ++o) {
@@ -134,7 +124,7 @@ void Arrangement::collect(const QVector<const XPath *> &operands)
                 continue;
             m_contours.push_back({ child, o, int(m_curves.size()), int(outline.size()) });
             for (const Cubic &c : outline) {
-                m_curves.push_back({ PreparedCurve(), c, int(m_contours.size()) - 1 });
+                m_curves.emplace_back(c, int(m_contours.size()) - 1);
                 include(box, c);
             }
         }
@@ -158,15 +148,15 @@ void Arrangement::meet()
     for (const ArrangedContour &contour : m_contours)
         starts.push_back(contour.firstCurve);
     starts.push_back(int(m_curves.size()));
+    m_cuts.reserve(m_curves.size());
     const RunTree tree(boxes, starts);
-    for (int i = 0; i < int(m_curves.size()); ++i) {
+    for (int i = 0; i < int(m_curves.size()); ++i)
         meetItself(i);
-        tree.queryAfter(i, farthestSnapping, [this, i](int j) {
-            meetPair(i, j);
-            meetEnds(i, j);
-            meetEnds(j, i);
-        });
-    }
+    tree.visitPairs(farthestSnapping, [this](int i, int j) {
+        meetPair(i, j);
+        meetEnds(i, j);
+        meetEnds(j, i);
+    });
 }
 
 void Arrangement::addCut(int curve, double t, double distance)
@@ -184,38 +174,28 @@ bool Arrangement::areNeighbours(int i, int j) const
     return j == i + 1 || (count > 2 && j - i == count - 1);
 }
 
-void Arrangement::cutAt(int i, int j, const std::vector<TimePair> &places)
+void Arrangement::cutAt(int i, int j, const TimePair &place)
 {
-    for (const TimePair &place : places) {
-        addCut(i, place.t1, 0);
-        addCut(j, place.t2, 0);
-    }
+    addCut(i, place.t1, 0);
+    addCut(j, place.t2, 0);
 }
 
 void Arrangement::meetPair(int i, int j)
 {
     const PreparedCurve &a = m_curves[size_t(i)].inFrame;
     const PreparedCurve &b = m_curves[size_t(j)].inFrame;
-    if (!boxesMeet(a.box, b.box) || partAtSharedEnd(a.values, b.values))
+    if (!boxesMeet(a.box, b.box))
         return;
-    if (a.straight != b.straight &&
-        lieApart(a.straight ? a.values : b.values, a.straight ? b.values : a.values))
+    const bool areLines = a.straight && b.straight;
+    const bool areJoinedLines = areLines && areNeighbours(i, j);
+    if ((areJoinedLines && runAcross(a, b)) || partAtSharedEnd(a.values, b.values))
         return;
-    TimePair overlap[2];
-    if (findOverlap(a, b, overlap)) {
-        cutAt(i, j, { overlap[0], overlap[1] });
+    const Contact contact = possibleContact(a, b);
+    if (contact == Contact::None || (contact == Contact::Any && cutAtOverlap(i, j)))
         return;
-    }
-    if (a.straight && b.straight) {
-        if (areNeighbours(i, j))
-            return; // two lines that share an end meet nowhere else
-        const vxPoint p = linePoint(a.values, b.values);
-        if (!p.isNaN()) {
-            double d1 = farthestSnapping;
-            double d2 = farthestSnapping;
-            addCut(i, timeNear(a.values, p, d1), 0);
-            addCut(j, timeNear(b.values, p, d2), 0);
-        }
+    if (areLines) {
+        if (!areJoinedLines) // they meet nowhere else
+            meetLines(i, j);
         return;
     }
     if (a.straight || b.straight) {
@@ -233,7 +213,35 @@ void Arrangement::meetPair(int i, int j)
         }
         return;
     }
-    cutAt(i, j, placesWhereMeet(a.values, b.values));
+    for (const TimePair &place : placesWhereMeet(a.values, b.values))
+        cutAt(i, j, place);
+}
+
+/** Cuts both curves where a stretch that they share begins and ends; false when they share none. */
+bool Arrangement::cutAtOverlap(int i, int j)
+{
+    TimePair overlap[2];
+    if (!findOverlap(m_curves[size_t(i)].inFrame, m_curves[size_t(j)].inFrame, overlap))
+        return false;
+    for (const TimePair &place : overlap)
+        cutAt(i, j, place);
+    return true;
+}
+
+void Arrangement::meetLines(int i, int j)
+{
+    const PreparedCurve &a = m_curves[size_t(i)].inFrame;
+    const PreparedCurve &b = m_curves[size_t(j)].inFrame;
+    const vxPoint p = linePoint(a.values, b.values);
+    if (p.isNaN())
+        return;
+    for (int line : { i, j }) {
+        const Cubic &c = m_curves[size_t(line)].inFrame.values;
+        if (p == c.p0() || p == c.p3())
+            continue; // timeNear() gives an end's time
+        double distance = farthestSnapping;
+        addCut(line, timeNear(c, p, distance), 0);
+    }
 }
 
 void Arrangement::meetItself(int i)
@@ -332,7 +340,8 @@ void Arrangement::meetPairByHalving(int i, int j)
     const PreparedCurve &b = m_curves[size_t(j)].inFrame;
     if (a.straight && b.straight)
         return;
-    cutAt(i, j, placesByHalving(a.values, b.values));
+    for (const TimePair &place : placesByHalving(a.values, b.values))
+        cutAt(i, j, place);
 }
 
 void Arrangement::cutAtTurns(int i, const std::vector<int> &partners)

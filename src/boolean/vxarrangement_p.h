@@ -57,9 +57,15 @@ struct ArrangedContour {
 
 /** A curve of an operand. */
 struct ArrangedCurve {
-    PreparedCurve inFrame;
+    ArrangedCurve(const Cubic &c, int itsContour)
+        : original(c), contour(itsContour), line(isChord(c) || !hasHandles(c))
+    {
+    }
+
+    PreparedCurve inFrame; ///< set when the frame is known
     Cubic original;
     int contour;
+    bool line; ///< no handles
 };
 
 /**
@@ -118,6 +124,23 @@ struct Link {
     int contour;
     int node0, node1;
     int edge;
+};
+
+/** The stretches that one runs together with, as a list. */
+struct Companions {
+    int first = -1; ///< the one that stands for them; -1 where the stretch shrank to a point
+    int next = -1;
+    int last = -1; ///< known to the first
+};
+
+/** What an attempt cut the curves into, as far as the sides of its edges follow from it. */
+struct Pieces {
+    std::vector<Node> nodes;
+    std::vector<Edge> edges;
+    std::vector<Share> shares;
+    std::vector<Link> links;
+    std::vector<Box> linkBoxes;
+    std::vector<int> linkStarts;
 };
 
 /** An edge as a result walks it. */
@@ -183,7 +206,9 @@ private:
     void collect(const QVector<const XPath *> &operands);
     void meet();
     void meetPair(int i, int j);
-    void cutAt(int i, int j, const std::vector<TimePair> &places);
+    void meetLines(int i, int j);
+    bool cutAtOverlap(int i, int j);
+    void cutAt(int i, int j, const TimePair &place);
     void meetItself(int i);
     void meetEnds(int i, int j);
     void meetThoroughly(const std::vector<char> &accused);
@@ -201,19 +226,20 @@ private:
     void cutCurve(int curve, const Cut *firstCut, const Cut *endCut, std::vector<Edge> &result);
     void joinEnds(std::vector<Edge> &stretches);
     void joinStretches(std::vector<Edge> &stretches);
-    void linkStretches(const std::vector<Edge> &stretches, const std::vector<int> &firstOf);
-    void makeEdges(std::vector<Edge> &stretches, const std::vector<int> &firstOf,
-                   const std::vector<int> &nextInGroup);
+    void linkStretches(const std::vector<Edge> &stretches, const std::vector<Companions> &companions);
+    void makeEdges(std::vector<Edge> &stretches, const std::vector<Companions> &companions);
     int operandOf(const Edge &stretch) const
     {
         return m_contours[size_t(m_curves[size_t(stretch.curve)].contour)].operand;
     }
-    void addShares(int first, const std::vector<int> &nextInGroup, const std::vector<Edge> &all);
+    void addShares(int first, const std::vector<Companions> &companions, const std::vector<Edge> &all);
 
     // vxarrangement_sides.cpp
     void findSides();
+    bool takeSides();
 
     // vxarrangement.cpp
+    void setPiecesAside();
     bool attempt(SetOperation operation, double snapping);
     bool answer(SetOperation operation, const Fill &fill) const;
     void select(SetOperation operation);
@@ -243,6 +269,7 @@ private:
     std::vector<Link> m_links;
     std::vector<Box> m_linkBoxes; ///< per link: box around the control points of the curve that stands for it
     std::vector<int> m_linkStarts; ///< per contour, and one past the last
+    Pieces m_earlier;              ///< those of the attempt before
     Selection m_selection;
 };
 

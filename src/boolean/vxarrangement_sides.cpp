@@ -1,11 +1,13 @@
 #include "vxarrangement_p.h"
 
+#include "vxintersect_p.h"
 #include "vxnumeric_p.h"
 #include "vxruntree_p.h"
 #include "vxtolerance.h"
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace vx {
 
@@ -54,10 +56,12 @@ public:
     /**
      * Counts what lies between infinity and the point start of an edge at time t: calls
      * metEdge(edge, rising), and metRow(contour, rising) for stretches in a row that were not looked at.
-     * False when a piece passes so near to that point that its side is left open.
+     * False when a piece passes so near to that point that its side is left open. Contours are those whose
+     * boxes hold the start, and any others, which count nothing.
      */
     template <typename MetEdge, typename MetRow>
-    bool cast(int fromEdge, double t, const vxPoint &start, MetEdge &&metEdge, MetRow &&metRow) const
+    bool cast(int fromEdge, double t, const vxPoint &start, const std::vector<int> &contours,
+              MetEdge &&metEdge, MetRow &&metRow) const
     {
         const double level = along(start);
         const double limit = across(start);
@@ -77,12 +81,12 @@ public:
         };
         bool decided = true;
         m_tree.walk(
-            { start.x, start.y, start.x, start.y }, 2 * boxMargin,
-            [&](const RunTree::Run &run) { return holdsStart(run.box, run.first, run.last); },
+            contours, [&](const RunTree::Run &run) { return holdsStart(run.box, run.first, run.last); },
             [&](int link) {
                 const int edge = m_links[size_t(link)].edge;
-                if (holdsStart(m_boxes[size_t(link)], link, link) && edge != -1)
-                    decided &= lookAt(edge, fromEdge, t, level, limit, metEdge);
+                const Box &box = m_boxes[size_t(link)]; // of the edge, where it has one
+                if (holdsStart(box, link, link) && edge != -1)
+                    decided &= lookAt(edge, box, fromEdge, t, level, limit, metEdge);
             });
         return decided;
     }
@@ -97,14 +101,14 @@ private:
 
     /** Counts the pieces of one edge between infinity and the ray's start; false as cast() gives it. */
     template <typename MetEdge>
-    bool lookAt(int e, int fromEdge, double t, double level, double limit, MetEdge &metEdge) const
+    bool lookAt(int e, const Box &box, int fromEdge, double t, double level, double limit,
+                MetEdge &metEdge) const
     {
         const Edge &edge = m_edges[size_t(e)];
         if (e == fromEdge && (edge.line || isMonotone(edge.inFrame)))
             return true; // its one piece is where the ray starts
         double times[4];
         const int count = edge.line ? wholeCurve(times) : monotoneTimes(edge.inFrame, times);
-        const Box box = hullBox(edge.inFrame);
         bool decided = true;
         double end = value(edge.inFrame, times[0]);
         for (int i = 0; i < count; ++i) {
@@ -221,45 +225,139 @@ private:
     const RunTree &m_tree;
 };
 
-/**
- * Windings of the operands at a point, and with them which are filled there; clearing costs what was added.
- */
+/** Windings of the operands at a point; clearing costs what was added. */
 class Windings
 {
 public:
-    explicit Windings(const std::vector<char> &evenOdd) : m_evenOdd(evenOdd), m_windings(evenOdd.size(), 0) {}
+    explicit Windings(const std::vector<char> &evenOdd) : m_evenOdd(evenOdd), m_windings(evenOdd.size())
+    {
+        m_touched.reserve(evenOdd.size());
+    }
 
     void clear()
     {
         for (int operand : m_touched)
-            m_windings[size_t(operand)] = 0;
+            m_windings[size_t(operand)] = Winding();
         m_touched.clear();
-        m_fill = Fill();
     }
     void add(int operand, int count)
     {
-        int &winding = m_windings[size_t(operand)];
-        const bool before = isFilled(operand, winding);
-        winding += count;
-        const bool after = isFilled(operand, winding);
-        m_touched.push_back(operand);
-        m_fill.count += int(after) - int(before);
-        if (operand == 0)
-            m_fill.first = after;
+        Winding &winding = m_windings[size_t(operand)];
+        if (!winding.touched) {
+            winding.touched = true;
+            m_touched.push_back(operand);
+        }
+        winding.number += count;
     }
-    const Fill &fill() const { return m_fill; }
+    /** Which operands are filled there. */
+    Fill fill() const
+    {
+        Fill fill;
+        for (int operand : m_touched) {
+            const int number = m_windings[size_t(operand)].number;
+            const bool filled = m_evenOdd[size_t(operand)] ? number % 2 != 0 : number != 0;
+            fill.count += int(filled);
+            fill.first |= operand == 0 && filled;
+        }
+        return fill;
+    }
 
 private:
-    bool isFilled(int operand, int winding) const
-    {
-        return m_evenOdd[size_t(operand)] ? winding % 2 != 0 : winding != 0;
-    }
+    struct Winding {
+        int number = 0;
+        bool touched = false;
+    };
 
     const std::vector<char> &m_evenOdd;
-    std::vector<int> m_windings;
+    std::vector<Winding> m_windings;
     std::vector<int> m_touched;
-    Fill m_fill;
 };
+
+/**
+ * The contours that a ray has to look at. Edges that follow each other mostly start in the boxes of the same
+ * ones, so these are sought for a row of edges together where they are not too many.
+ */
+class ContoursAround
+{
+public:
+    ContoursAround(const std::vector<Edge> &edges, const RunTree &tree)
+        : m_edges(edges), m_tree(tree), m_areAll(tree.contourCount() <= fewContours)
+    {
+        if (m_areAll) {
+            m_found.resize(size_t(tree.contourCount()));
+            std::iota(m_found.begin(), m_found.end(), 0);
+        }
+    }
+
+    /** Those whose boxes hold the start of a ray from an edge, and others. To be asked for edges in order. */
+    const std::vector<int> &of(int edge, const vxPoint &start)
+    {
+        if (m_areAll)
+            return m_found;
+        if (edge >= m_rowEnd)
+            m_areFew = m_tree.findContours(boxOfRow(edge), 2 * boxMargin, m_found);
+        if (!m_areFew)
+            m_tree.findContours({ start.x, start.y, start.x, start.y }, 2 * boxMargin, m_found);
+        return m_found;
+    }
+
+private:
+    static constexpr int rowLength = 16;
+    /** Up to here looking at all costs no more than seeking them. */
+    static constexpr int fewContours = 8;
+
+    Box boxOfRow(int first)
+    {
+        m_rowEnd = std::min(first + rowLength, int(m_edges.size()));
+        Box box = hullBox(m_edges[size_t(first)].inFrame);
+        for (int i = first + 1; i < m_rowEnd; ++i) {
+            const Box other = hullBox(m_edges[size_t(i)].inFrame);
+            box = { std::min(box.minX, other.minX), std::min(box.minY, other.minY),
+                    std::max(box.maxX, other.maxX), std::max(box.maxY, other.maxY) };
+        }
+        return box;
+    }
+
+    const std::vector<Edge> &m_edges;
+    const RunTree &m_tree;
+    bool m_areAll;
+    bool m_areFew = false; ///< for the row that ends before m_rowEnd
+    int m_rowEnd = 0;
+    std::vector<int> m_found;
+};
+
+bool areSame(const Node &a, const Node &b)
+{
+    return a.inFrame == b.inFrame;
+}
+
+bool areSame(const Edge &a, const Edge &b)
+{
+    return a.node0 == b.node0 && a.node1 == b.node1 && a.line == b.line && a.firstShare == b.firstShare &&
+           a.shareCount == b.shareCount && std::equal(a.inFrame.v, a.inFrame.v + 8, b.inFrame.v);
+}
+
+bool areSame(const Share &a, const Share &b)
+{
+    return a.operand == b.operand && a.count == b.count;
+}
+
+bool areSame(const Link &a, const Link &b)
+{
+    return a.contour == b.contour && a.node0 == b.node0 && a.node1 == b.node1 && a.edge == b.edge;
+}
+
+bool areSame(const Box &a, const Box &b)
+{
+    return a.minX == b.minX && a.minY == b.minY && a.maxX == b.maxX && a.maxY == b.maxY;
+}
+
+template <typename T>
+bool areSame(const std::vector<T> &a, const std::vector<T> &b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](const T &x, const T &y) { return areSame(x, y); });
+}
 
 } // namespace
 
@@ -268,6 +366,7 @@ void Arrangement::findSides()
     const RunTree tree(m_linkBoxes, m_linkStarts);
     const Rays<1> towardsLeft(m_edges, m_nodes, m_links, m_linkBoxes, tree);
     const Rays<0> towardsTop(m_edges, m_nodes, m_links, m_linkBoxes, tree);
+    ContoursAround around(m_edges, tree);
     Windings windings(m_evenOdd);
     const auto addShares = [&](const Edge &edge, int factor) {
         for (int i = 0; i < edge.shareCount; ++i) {
@@ -293,8 +392,9 @@ void Arrangement::findSides()
                 windings.add(m_contours[size_t(contour)].operand, rising == sideways ? -1 : 1);
             };
             const vxPoint start = placeAt(edge.inFrame, t);
-            const bool decided = sideways ? towardsLeft.cast(e, t, start, metEdge, metRow)
-                                          : towardsTop.cast(e, t, start, metEdge, metRow);
+            const std::vector<int> &contours = around.of(e, start);
+            const bool decided = sideways ? towardsLeft.cast(e, t, start, contours, metEdge, metRow)
+                                          : towardsTop.cast(e, t, start, contours, metEdge, metRow);
             if (decided && (tangent.x != 0 || tangent.y != 0))
                 break;
         }
@@ -306,6 +406,24 @@ void Arrangement::findSides()
         addShares(edge, countsPositive ? 1 : -1);
         far = windings.fill();
     }
+}
+
+/**
+ * Takes the sides that were found before where another snapping distance made no difference to anything that
+ * rays meet, as when all ends that it joins lie on one another; false where it did.
+ */
+bool Arrangement::takeSides()
+{
+    const Pieces &earlier = m_earlier;
+    if (earlier.edges.empty() || m_linkStarts != earlier.linkStarts || !areSame(m_nodes, earlier.nodes) ||
+        !areSame(m_edges, earlier.edges) || !areSame(m_links, earlier.links) ||
+        !areSame(m_linkBoxes, earlier.linkBoxes) || !areSame(m_shares, earlier.shares))
+        return false;
+    for (size_t e = 0; e < m_edges.size(); ++e) {
+        m_edges[e].left = earlier.edges[e].left;
+        m_edges[e].right = earlier.edges[e].right;
+    }
+    return true;
 }
 
 } // namespace vx

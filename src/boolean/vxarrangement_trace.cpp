@@ -55,7 +55,8 @@ private:
     /** Goes on until the walk is back at its start; loops that close on the way are contours of their own. */
     void traceFrom(int index)
     {
-        std::vector<Step> walk;
+        std::vector<Step> &walk = m_walk;
+        walk.clear();
         while (index != -1) {
             const Step &step = kept()[size_t(index)];
             m_used[size_t(index)] = 1;
@@ -199,6 +200,7 @@ private:
     std::vector<int> m_firstLeaving;
     std::vector<int> m_leaving;
     std::vector<int> m_choices; ///< scratch of nextAt
+    std::vector<Step> m_walk;   ///< scratch of traceFrom
     std::vector<char> m_used;
     /** Per node: place in the walk of the step that leaves it, -1 for none. */
     std::vector<int> m_position;
@@ -227,8 +229,9 @@ public:
     std::vector<Cubic> curves() const
     {
         std::vector<Cubic> result;
+        result.reserve(m_parts.size());
         if (isUntouched()) {
-            const QList<vxSegment *> segments = contourOf(m_parts.front()).path->getSegments();
+            const QList<vxSegment *> &segments = contourOf(m_parts.front()).path->_segments();
             for (int i = 0; i < segments.size(); ++i)
                 result.push_back(cubicBetween(*segments.at(i), *segments.at((i + 1) % segments.size())));
             return result;
@@ -281,6 +284,7 @@ private:
 
     void joinParts(const Contour &steps)
     {
+        m_parts.reserve(steps.size());
         for (const Step &step : steps) {
             const Part part = partOf(step);
             if (!m_parts.empty() && continues(m_parts.back(), part))
@@ -298,7 +302,7 @@ private:
     {
         const ArrangedContour &contour = contourOf(m_parts.front());
         if (int(m_parts.size()) != contour.curveCount ||
-            contour.path->getSegments().size() != contour.curveCount) // curves without extent were left out
+            contour.path->_segments().size() != contour.curveCount) // curves without extent were left out
             return false;
         return std::all_of(m_parts.begin(), m_parts.end(), [&](const Part &part) {
             return &contourOf(part) == &contour && part.t0 == 0 && part.t1 == 1 &&
@@ -314,7 +318,7 @@ private:
         return p.reversed ? c.reversed() : c;
     }
 
-    bool isLine(const Part &p) const { return !hasHandles(m_a.m_curves[size_t(p.curve)].original); }
+    bool isLine(const Part &p) const { return m_a.m_curves[size_t(p.curve)].line; }
     vxPoint chordOf(const Part &p) const
     {
         return m_a.m_nodes[size_t(p.endNode)].original.subtract(m_a.m_nodes[size_t(p.startNode)].original);
@@ -335,6 +339,7 @@ private:
     std::vector<Part> straightened() const
     {
         std::vector<Part> parts;
+        parts.reserve(m_parts.size());
         for (const Part &p : m_parts) {
             if (!parts.empty() && makeLine(parts.back(), p))
                 parts.back().endNode = p.endNode;

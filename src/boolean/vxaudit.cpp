@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 #include <vector>
 
 namespace vx {
@@ -50,12 +51,11 @@ struct FramedContour {
     std::vector<Cubic> curves;
     double signedArea = 0;
 
-    FramedContour(const std::vector<Cubic> &originals, const Frame &frame)
+    FramedContour(std::vector<Cubic> originals, const Frame &frame) : curves(std::move(originals))
     {
-        curves.reserve(originals.size());
-        for (const Cubic &original : originals) {
-            curves.push_back(frame.toFrame(original));
-            signedArea += vx::signedArea(curves.back());
+        for (Cubic &c : curves) {
+            c = frame.toFrame(c);
+            signedArea += vx::signedArea(c);
         }
     }
 };
@@ -146,16 +146,17 @@ bool runAlike(const FramedContour &a, const FramedContour &b, double &difference
 Outline outlineOf(const QVector<vxPath *> &paths, const Frame &frame)
 {
     Outline outline;
-    std::vector<Cubic> curves;
+    outline.contours.reserve(size_t(paths.size()));
     for (const vxPath *path : paths) {
         if (path->isEmpty())
             continue;
         const QList<vxSegment *> &segments = path->_segments();
         const int count = path->isClosed() ? segments.size() : segments.size() - 1;
-        curves.clear();
+        std::vector<Cubic> curves;
+        curves.reserve(size_t(std::max(count, 0)));
         for (int i = 0; i < count; ++i)
             curves.push_back(cubicBetween(*segments.at(i), *segments.at((i + 1) % segments.size())));
-        outline.contours.emplace_back(curves, frame);
+        outline.contours.emplace_back(std::move(curves), frame);
     }
     return outline;
 }
@@ -163,10 +164,11 @@ Outline outlineOf(const QVector<vxPath *> &paths, const Frame &frame)
 Outline outlineOf(const std::vector<Contour> &contours, const Arrangement &arrangement)
 {
     Outline outline;
+    outline.contours.reserve(contours.size());
     for (const Contour &contour : contours) {
-        const std::vector<Cubic> curves = arrangement.curvesOf(contour);
+        std::vector<Cubic> curves = arrangement.curvesOf(contour);
         if (!curves.empty())
-            outline.contours.emplace_back(curves, arrangement.frame());
+            outline.contours.emplace_back(std::move(curves), arrangement.frame());
     }
     return outline;
 }

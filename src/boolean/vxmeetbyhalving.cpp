@@ -50,71 +50,123 @@ bool refine(const Cubic &c1, const Cubic &c2, double &t, double &u)
     return pointAt(c1, t).isClose(pointAt(c2, u), meetingDistance);
 }
 
-/** A part of a curve. */
-struct Part {
-    Cubic values;
-    double from, to;
-    Box box;
-    bool flat;
+/** A part of a curve, with what each meeting of it asks computed when it is first asked. */
+class Part
+{
+public:
+    const Cubic values;
+    const double from, to;
+    const Box box;
 
-    Part(const Cubic &c, double t0, double t1)
-        : values(c), from(t0), to(t1), box(hullBox(c)), flat(isFlatEnough(c, flatness))
-    {
-    }
+    Part(const Cubic &c, double t0, double t1) : values(c), from(t0), to(t1), box(hullBox(c)) {}
     double middle() const { return (from + to) / 2; }
     double width() const { return to - from; }
-};
 
-/**
- * Whether a curve lies on one side of another's hull, as seen across that one's chord, by more than refine()
- * takes for a meeting. Boxes of curves that run side by side overlap everywhere.
- */
-bool liesBeside(const Cubic &curve, const Cubic &other)
-{
-    const double chordX = curve.v[6] - curve.v[0];
-    const double chordY = curve.v[7] - curve.v[1];
-    const auto height = [&](const Cubic &c, int i) { // times the length of the chord
-        return (c.v[2 * i] - curve.v[0]) * chordY - (c.v[2 * i + 1] - curve.v[1]) * chordX;
-    };
-    const auto hull = std::minmax({ 0.0, height(curve, 1), height(curve, 2) });
-    const auto beside =
-        std::minmax({ height(other, 0), height(other, 1), height(other, 2), height(other, 3) });
-    const double margin = 2 * meetingDistance * (std::fabs(chordX) + std::fabs(chordY));
-    return beside.first > hull.second + margin || beside.second < hull.first - margin;
-}
-
-/**
- * Whether two curves keep apart though one bends along with the other, by more than refine() takes for a
- * meeting. Let D(s) = A(s) - B(s), e point along B's chord and n across. Where A(s) = B(r), B goes by D(s)
- * from s to r, and so across no more than its steepness, the greatest |n . B'| by the least e . B', times
- * what it goes along. They do not meet where n . D is greater than steepness |e . D| everywhere; control
- * points bound all of these.
- */
-bool keepBeside(const Cubic &a, const Cubic &b)
-{
-    const vxPoint e = b.p3().subtract(b.p0());
-    const vxPoint n(-e.y, e.x);
-    const vxPoint steps[] = { b.p1().subtract(b.p0()), b.p2().subtract(b.p1()), b.p3().subtract(b.p2()) };
-    const double leastAlong = std::min({ e.dot(steps[0]), e.dot(steps[1]), e.dot(steps[2]) });
-    const double across =
-        std::max({ std::fabs(n.dot(steps[0])), std::fabs(n.dot(steps[1])), std::fabs(n.dot(steps[2])) });
-    if (!(across < leastAlong))
-        return false;
-    const bool opposite = e.dot(a.p3().subtract(a.p0())) < 0;
-    double least = std::numeric_limits<double>::infinity();
-    double greatest = -least;
-    double along = 0;
-    for (int i = 0; i < 4; ++i) {
-        const int k = opposite ? 6 - 2 * i : 2 * i;
-        const vxPoint d(a.v[k] - b.v[2 * i], a.v[k + 1] - b.v[2 * i + 1]);
-        least = std::min(least, n.dot(d));
-        greatest = std::max(greatest, n.dot(d));
-        along = std::max(along, std::fabs(e.dot(d)));
+    bool isFlat()
+    {
+        if (m_flat == Flat::Unknown)
+            m_flat = isFlatEnough(values, flatness) ? Flat::Yes : Flat::No;
+        return m_flat == Flat::Yes;
     }
-    // Twice the margin: what is missing to a meeting counts along and across.
-    const double margin = 4 * meetingDistance * (std::fabs(e.x) + std::fabs(e.y));
-    return std::max(least, -greatest) > across / leastAlong * along + margin;
-}
+
+    /**
+     * Whether this curve lies on one side of another's hull, as seen across its own chord, by more than
+     * refine() takes for a meeting. Boxes of curves that run side by side overlap everywhere.
+     */
+    bool liesBeside(const Part &other)
+    {
+        if (!m_strip.known)
+            findStrip();
+        const double first = heightOf(other.values, 0);
+        if (first > m_strip.highest)
+            return heightOf(other.values, 3) > m_strip.highest &&
+                   heightOf(other.values, 1) > m_strip.highest && heightOf(other.values, 2) > m_strip.highest;
+        return first < m_strip.lowest && heightOf(other.values, 3) < m_strip.lowest &&
+               heightOf(other.values, 1) < m_strip.lowest && heightOf(other.values, 2) < m_strip.lowest;
+    }
+
+    /**
+     * Whether another curve keeps apart from this one though one bends along with the other, by more than
+     * refine() takes for a meeting. Let A be the other, B this one and D(s) = A(s) - B(s), e point along B's
+     * chord and n across. Where A(s) = B(r), B goes by D(s) from s to r, and so across no more than its
+     * steepness, the greatest |n . B'| by the least e . B', times what it goes along. They do not meet where
+     * n . D is greater than steepness |e . D| everywhere; control points bound all of these.
+     */
+    bool keepsBeside(const Part &other)
+    {
+        if (!m_bend.known)
+            findBend();
+        if (!m_bend.isSlight)
+            return false;
+        const vxPoint e = chord();
+        const vxPoint n(-e.y, e.x);
+        const Cubic &a = other.values;
+        const bool opposite = e.dot(other.chord()) < 0;
+        double least = std::numeric_limits<double>::infinity();
+        double greatest = -least;
+        double along = 0;
+        for (int i = 0; i < 4; ++i) {
+            const int k = opposite ? 6 - 2 * i : 2 * i;
+            const vxPoint d(a.v[k] - values.v[2 * i], a.v[k + 1] - values.v[2 * i + 1]);
+            const double across = n.dot(d);
+            least = std::min(least, across);
+            greatest = std::max(greatest, across);
+            if (least <= 0 && greatest >= 0)
+                return false; // on neither side: what it is compared with below is not negative
+            along = std::max(along, std::fabs(e.dot(d)));
+        }
+        // Twice the margin: what is missing to a meeting counts along and across.
+        const double margin = 4 * meetingDistance * (std::fabs(e.x) + std::fabs(e.y));
+        return std::max(least, -greatest) > m_bend.steepness * along + margin;
+    }
+
+private:
+    vxPoint chord() const { return values.p3().subtract(values.p0()); }
+    /** Distance of a control point from the chord's line, times the length of the chord. */
+    double heightOf(const Cubic &c, int i) const
+    {
+        return (c.v[2 * i] - values.v[0]) * m_strip.chordY - (c.v[2 * i + 1] - values.v[1]) * m_strip.chordX;
+    }
+
+    void findStrip()
+    {
+        m_strip.known = true;
+        m_strip.chordX = values.v[6] - values.v[0];
+        m_strip.chordY = values.v[7] - values.v[1];
+        const double height1 = heightOf(values, 1);
+        const double height2 = heightOf(values, 2);
+        const double margin = 2 * meetingDistance * (std::fabs(m_strip.chordX) + std::fabs(m_strip.chordY));
+        m_strip.lowest = std::min({ 0.0, height1, height2 }) - margin;
+        m_strip.highest = std::max({ 0.0, height1, height2 }) + margin;
+    }
+
+    void findBend()
+    {
+        m_bend.known = true;
+        const vxPoint e = chord();
+        const vxPoint n(-e.y, e.x);
+        const vxPoint steps[] = { values.p1().subtract(values.p0()), values.p2().subtract(values.p1()),
+                                  values.p3().subtract(values.p2()) };
+        const double leastAlong = std::min({ e.dot(steps[0]), e.dot(steps[1]), e.dot(steps[2]) });
+        const double across =
+            std::max({ std::fabs(n.dot(steps[0])), std::fabs(n.dot(steps[1])), std::fabs(n.dot(steps[2])) });
+        m_bend.isSlight = across < leastAlong;
+        m_bend.steepness = across / leastAlong;
+    }
+
+    enum class Flat : char { Unknown, No, Yes };
+    Flat m_flat = Flat::Unknown;
+    /** The chord, and the heights over it between which the hull lies, widened by a margin. */
+    struct {
+        bool known = false;
+        double chordX, chordY, lowest, highest;
+    } m_strip;
+    struct {
+        bool known = false;
+        bool isSlight; ///< it goes along its chord all the way, and less across than along
+        double steepness;
+    } m_bend;
+};
 
 class Halving
 {
@@ -123,7 +175,9 @@ public:
 
     TimePairs run()
     {
-        visit(Part(m_c1, 0, 1), Part(m_c2, 0, 1), 0);
+        Part first(m_c1, 0, 1);
+        Part second(m_c2, 0, 1);
+        visit(first, second, 0);
         TimePairs found;
         for (const TimePair &pair : m_found)
             found.append(pair.t1, pair.t2);
@@ -133,26 +187,23 @@ public:
     }
 
 private:
-    void visit(const Part &a, const Part &b, int depth)
+    void visit(Part &a, Part &b, int depth)
     {
-        if (++m_visits > maxVisits || !boxesMeet(a.box, b.box) || liesBeside(a.values, b.values) ||
-            liesBeside(b.values, a.values) || keepBeside(a.values, b.values))
+        if (++m_visits > maxVisits || !boxesMeet(a.box, b.box) || a.liesBeside(b) || b.liesBeside(a) ||
+            b.keepsBeside(a))
             return;
-        if ((a.flat && b.flat) || depth >= maxDepth) {
+        if (depth >= maxDepth || (a.isFlat() && b.isFlat())) {
             report(a.middle(), b.middle());
             return;
         }
-        Cubic first;
-        Cubic second;
-        if (!a.flat && (b.flat || a.width() >= b.width())) {
-            subdivide(a.values, 0.5, first, second);
-            visit(Part(first, a.from, a.middle()), b, depth + 1);
-            visit(Part(second, a.middle(), a.to), b, depth + 1);
-        } else {
-            subdivide(b.values, 0.5, first, second);
-            visit(a, Part(first, b.from, b.middle()), depth + 1);
-            visit(a, Part(second, b.middle(), b.to), depth + 1);
-        }
+        Cubic halves[2];
+        const bool halvesFirst = !a.isFlat() && (b.isFlat() || a.width() >= b.width());
+        const Part &halved = halvesFirst ? a : b;
+        subdivide(halved.values, 0.5, halves[0], halves[1]);
+        Part front(halves[0], halved.from, halved.middle());
+        visit(halvesFirst ? front : a, halvesFirst ? b : front, depth + 1);
+        Part back(halves[1], halved.middle(), halved.to);
+        visit(halvesFirst ? back : a, halvesFirst ? b : back, depth + 1);
     }
 
     void report(double t, double u)

@@ -37,7 +37,7 @@ public:
         m_rootCount = int(m_runs.size());
         for (int i = 0; i < m_rootCount; ++i)
             split(i);
-        if (m_rootCount <= scanned)
+        if (size_t(m_rootCount) <= scanned)
             return;
         std::vector<Box> rootBoxes;
         rootBoxes.reserve(size_t(m_rootCount));
@@ -48,53 +48,84 @@ public:
     RunTree(const RunTree &) = delete;
     RunTree &operator=(const RunTree &) = delete;
 
+    int contourCount() const { return m_rootCount; }
+
     /**
-     * Asks enters(run) about contours that touch box widened by slack, and about the parts of every run that
-     * it says yes to; calls visit(piece) for all pieces of the smallest of these. No particular order.
+     * The contours that touch box widened by slack, for several walks there. False where they are too many to
+     * be looked at every time.
      */
-    template <typename Enters, typename Visit>
-    void walk(const Box &box, double slack, Enters &&enters, Visit &&visit) const
+    bool findContours(const Box &box, double slack, std::vector<int> &contours) const
     {
-        const auto walkRoot = [&](int i) {
-            if (enters(m_runs[size_t(i)]))
-                walkRun(m_runs[size_t(i)], enters, visit);
-        };
-        if (!m_roots) {
-            for (int i = 0; i < m_rootCount; ++i)
-                walkRoot(i);
-            return;
+        contours.clear();
+        if (m_roots) {
+            m_roots->query(box, slack, contours);
+            return contours.size() <= scanned;
         }
-        m_found.clear();
-        m_roots->query(box, slack, m_found);
-        for (int i : m_found)
-            walkRoot(i);
+        for (int i = 0; i < m_rootCount; ++i) {
+            if (areClose(m_runs[size_t(i)].box, box, slack))
+                contours.push_back(i);
+        }
+        return true;
     }
 
     /**
-     * Calls visit(other) for all pieces after piece whose boxes come within slack of its own; those with NaN
-     * come near all.
+     * Asks enters(run) about the contours found, and about the parts of every run that it says yes to; calls
+     * visit(piece) for all pieces of the smallest of these. No particular order.
+     */
+    template <typename Enters, typename Visit>
+    void walk(const std::vector<int> &contours, Enters &&enters, Visit &&visit) const
+    {
+        for (int i : contours) {
+            if (enters(m_runs[size_t(i)]))
+                walkRun(m_runs[size_t(i)], enters, visit);
+        }
+    }
+
+    /**
+     * Calls visit(i, j) once for all two pieces i < j whose boxes come within slack of each other; those with
+     * NaN come near all. The smallest runs ask for what is near all of their pieces together.
      */
     template <typename Visit>
-    void queryAfter(int piece, double slack, Visit &&visit) const
+    void visitPairs(double slack, Visit &&visit) const
     {
-        const Box &box = m_boxes[size_t(piece)];
-        const auto comesNear = [&box, slack](const Box &b) {
-            return !(b.maxX + slack < box.minX || box.maxX + slack < b.minX || b.maxY + slack < box.minY ||
-                     box.maxY + slack < b.minY);
-        };
-        walk(
-            box, slack, [&](const Run &run) { return run.last > piece && comesNear(run.box); },
-            [&](int other) {
-                if (other > piece && comesNear(m_boxes[size_t(other)]))
-                    visit(other);
-            });
+        std::vector<int> contours;
+        std::vector<int> near;
+        near.reserve(32);
+        for (const Run &run : m_runs) {
+            if (run.childCount != 0)
+                continue;
+            // Twice the slack, so that no rounding leaves out what is compared below.
+            const Box reach{ run.box.minX - 2 * slack, run.box.minY - 2 * slack, run.box.maxX + 2 * slack,
+                             run.box.maxY + 2 * slack };
+            findContours(reach, 0, contours);
+            near.clear();
+            walk(
+                contours,
+                [&](const Run &other) { return other.last > run.first && areClose(other.box, reach, 0); },
+                [&](int piece) {
+                    if (piece > run.first && areClose(m_boxes[size_t(piece)], reach, 0))
+                        near.push_back(piece);
+                });
+            for (int i = run.first; i <= run.last; ++i) {
+                for (int j : near) {
+                    if (j > i && areClose(m_boxes[size_t(i)], m_boxes[size_t(j)], slack))
+                        visit(i, j);
+                }
+            }
+        }
     }
 
 private:
     /** Up to here looking at all contours costs less than asking a tree. */
-    static constexpr int scanned = 64;
+    static constexpr size_t scanned = 64;
     /** Parts that a run is split into, and pieces of a run that is not split. */
     static constexpr int fanOut = 4;
+
+    static bool areClose(const Box &a, const Box &b, double slack)
+    {
+        return !(b.maxX + slack < a.minX || a.maxX + slack < b.minX || b.maxY + slack < a.minY ||
+                 a.maxY + slack < b.minY);
+    }
 
     template <typename Enters, typename Visit>
     void walkRun(const Run &run, Enters &enters, Visit &visit) const
@@ -153,7 +184,6 @@ private:
     std::vector<Run> m_runs; ///< whole contours first
     int m_rootCount = 0;
     std::unique_ptr<BoxTree> m_roots;
-    mutable std::vector<int> m_found; ///< scratch of walk
 };
 
 } // namespace vx

@@ -69,9 +69,11 @@ PreparedCurve::PreparedCurve(const Cubic &c, const Box &itsBox)
 
 Box hullBox(const Cubic &c)
 {
-    const auto x = std::minmax({ c.v[0], c.v[2], c.v[4], c.v[6] });
-    const auto y = std::minmax({ c.v[1], c.v[3], c.v[5], c.v[7] });
-    return { x.first, y.first, x.second, y.second };
+    const double *v = c.v;
+    return { std::min(std::min(v[0], v[2]), std::min(v[4], v[6])),
+             std::min(std::min(v[1], v[3]), std::min(v[5], v[7])),
+             std::max(std::max(v[0], v[2]), std::max(v[4], v[6])),
+             std::max(std::max(v[1], v[3]), std::max(v[5], v[7])) };
 }
 
 vxPoint linePoint(const Cubic &line1, const Cubic &line2)

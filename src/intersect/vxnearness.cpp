@@ -1,6 +1,6 @@
 #include "vxnearness_p.h"
 
-#include "vxline.h"
+#include "vxchorddistance_p.h"
 #include "vxtolerance.h"
 
 #include <algorithm>
@@ -12,12 +12,12 @@ namespace vx {
 
 bool isFarFromChord(const Cubic &c, const vxPoint &p, double slack)
 {
-    const auto distance = [&c](double x, double y) {
-        return vxLine::getSignedDistance(c.v[0], c.v[1], c.v[6], c.v[7], x, y, false);
-    };
-    const double d1 = distance(c.v[2], c.v[3]);
-    const double d2 = distance(c.v[4], c.v[5]);
-    const double d = distance(p.x, p.y);
+    const double points[] = { c.v[2], c.v[3], c.v[4], c.v[5], p.x, p.y };
+    double distances[3];
+    ChordDistance(c).measure<3>(points, distances);
+    const double d1 = distances[0];
+    const double d2 = distances[1];
+    const double d = distances[2];
     return d < std::min({ d1, d2, 0.0 }) - slack || d > std::max({ d1, d2, 0.0 }) + slack;
 }
 
@@ -63,6 +63,9 @@ template <typename Accept>
 bool offerTimes(const Cubic &c, const vxPoint &point, Accept &&accept)
 {
     for (int axis : { 0, 1 }) {
+        const double *v = c.v + axis;
+        if (v[0] == v[2] && v[0] == v[4] && v[0] == v[6])
+            continue; // all times or none, for the solver none
         double roots[3];
         const int count = timesAtCoordinate(c, axis, axis == 0 ? point.x : point.y, roots, 0, 1);
         for (int i = 0; i < count; ++i) {

@@ -109,19 +109,19 @@ TEST(RunTree, finds_the_pairs_that_come_near)
             boxes[boxes.size() / 2].minX = std::nan("");
         const double slack = 0.5;
         const vx::RunTree tree(boxes, starts);
+        std::vector<std::pair<int, int>> expected;
         for (int i = 0; i < int(boxes.size()); ++i) {
-            std::vector<int> expected;
             const vx::Box &a = boxes[size_t(i)];
             for (int j = i + 1; j < int(boxes.size()); ++j) {
                 const vx::Box &b = boxes[size_t(j)];
                 if (!(b.maxX + slack < a.minX || a.maxX + slack < b.minX || b.maxY + slack < a.minY ||
                       a.maxY + slack < b.minY))
-                    expected.push_back(j);
+                    expected.emplace_back(i, j);
             }
-            std::vector<int> found;
-            tree.queryAfter(i, slack, [&](int j) { found.push_back(j); });
-            std::sort(found.begin(), found.end());
-            ASSERT_EQ(found, expected);
         }
+        std::vector<std::pair<int, int>> found;
+        tree.visitPairs(slack, [&](int i, int j) { found.emplace_back(i, j); });
+        std::sort(found.begin(), found.end());
+        ASSERT_EQ(found, expected);
     }
 }
