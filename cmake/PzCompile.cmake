@@ -15,6 +15,9 @@ endif()
 # Same input, same bits: no contraction into fused multiply-add (its use depends on the target), no fast-math.
 add_compile_options(-ffp-contract=off -Wall -Wextra -Wpedantic -Werror)
 
+# Nobody reads errno after sqrt or asks for floating-point exceptions; values are the same without both.
+add_compile_options(-fno-math-errno -fno-trapping-math)
+
 # Nobody replaces the library's functions at load time, so calls among them may be direct and inlined.
 include(CheckCXXCompilerFlag)
 check_cxx_compiler_flag(-fno-semantic-interposition PZ_HAS_NO_INTERPOSITION)
