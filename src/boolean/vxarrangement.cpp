@@ -19,8 +19,12 @@ constexpr double frameSize = 1024;
  * odd node tells.
  */
 constexpr double snappingDistances[] = { 5e-5, 1e-5, 2e-6, 2e-4, 1e-3 };
-/** What refine() tries: near to what clipping resolves, a time of 1e-9 on a curve of a thousand units. */
-constexpr double fineSnappingDistances[] = { 5e-7, 2e-6 };
+/**
+ * What refine() tries. The first is near to what clipping resolves, a time of 1e-9 on a curve of a thousand
+ * units; the last ones are for bundles of curves that all but coincide, which joins on their way would
+ * tangle.
+ */
+constexpr double fineSnappingDistances[] = { 5e-7, 2e-6, 1e-7, 1e-8 };
 /**
  * Of the square on the drawing's longer side: finer snapping changes no area by more, or it lost a feature.
  */
@@ -64,11 +68,7 @@ bool Arrangement::solve(SetOperation operation)
 {
     double best = snappingDistances[0];
     int fewestOdd = std::numeric_limits<int>::max();
-    for (int look = 0; look < 3; ++look) {
-        if (look == 1)
-            meetThoroughly(accusedCurves());
-        else if (look == 2)
-            meetNodes(accusedCurves());
+    for (int look = 2;; ++look) {
         for (double snapping : snappingDistances) {
             if (attempt(operation, snapping))
                 return true;
@@ -78,21 +78,43 @@ bool Arrangement::solve(SetOperation operation)
             }
         }
         attempt(operation, best);
+        if (!lookAgain(look))
+            return false;
     }
-    return false;
 }
 
 void Arrangement::refine(SetOperation operation)
 {
     const double coarse = m_snapping;
     const double area = m_selection.area;
-    for (double snapping : fineSnappingDistances) {
-        if (snapping < coarse && attempt(operation, snapping) &&
-            std::fabs(m_selection.area - area) <= refinedFraction * m_extent * m_extent)
-            return;
+    const std::vector<Cut> cuts = m_cuts;
+    for (int look = 2;; ++look) {
+        for (double snapping : fineSnappingDistances) {
+            if (snapping < coarse && attempt(operation, snapping) &&
+                std::fabs(m_selection.area - area) <= refinedFraction * m_extent * m_extent)
+                return;
+        }
+        if (m_selection.oddNodes == 0 || !lookAgain(look))
+            break;
     }
-    if (m_snapping != coarse)
-        attempt(operation, coarse);
+    m_cuts = cuts;
+    m_cutCounts.clear();
+    attempt(operation, coarse);
+}
+
+/**
+ * Cuts the curves at odd nodes in more places; false when there is no other way to look for some. Nodes come
+ * first, since that only tells a curve of places that are known, and again for those that were found since.
+ */
+bool Arrangement::lookAgain(int look)
+{
+    if (look > 4)
+        return false;
+    if (look == 3)
+        meetThoroughly(accusedCurves());
+    else
+        meetNodes(accusedCurves());
+    return true;
 }
 
 bool Arrangement::attempt(SetOperation operation, double snapping)

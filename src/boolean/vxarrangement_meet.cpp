@@ -22,6 +22,33 @@ namespace {
 
 /** In units of the frame: an end point nearer than this to a curve may come to lie on it by snapping. */
 constexpr double farthestSnapping = 1e-3;
+constexpr double thinnestBox = 0.01; // sides, one by the other
+/** Part of a curve's size: it runs on a line where it keeps to it within this. */
+constexpr double foldWidth = 1e-12;
+
+/**
+ * Appends a curve. One that runs forth and back on a line becomes the lines that it runs: a point on it is up
+ * to three places on the curve, of which a search may find one.
+ */
+void appendCurve(const Cubic &c, std::vector<Cubic> &outline)
+{
+    double times[2];
+    const double reach = std::max({ std::fabs(c.v[6] - c.v[0]), std::fabs(c.v[7] - c.v[1]),
+                                    std::fabs(c.v[2] - c.v[0]), std::fabs(c.v[3] - c.v[1]) });
+    const int count = foldTimes(c, foldWidth * reach, times);
+    if (count == 0) {
+        outline.push_back(c);
+        return;
+    }
+    std::sort(times, times + count);
+    vxPoint from = c.p0();
+    for (int i = 0; i <= count; ++i) {
+        const vxPoint to = i < count ? placeAt(c, times[i]) : c.p3();
+        if (to != from)
+            outline.push_back(Cubic::fromLine(from, to));
+        from = to;
+    }
+}
 
 /**
  * Curves of a contour as it is filled: an open one is closed by a line; curves without extent are left out.
@@ -35,7 +62,7 @@ void filledOutline(const vxPath &path, std::vector<Cubic> &outline)
     for (int i = 0; i < count; ++i) {
         const Cubic c = cubicBetween(*segments.at(i), *segments.at((i + 1) % segments.size()));
         if (c.p0() != c.p3() || c.p0() != c.p1() || c.p3() != c.p2())
-            outline.push_back(c);
+            appendCurve(c, outline);
     }
     if (!path.isClosed() && !outline.empty() && outline.back().p3() != outline.front().p0())
         outline.push_back(Cubic::fromLine(outline.back().p3(), outline.front().p0()));
@@ -131,7 +158,9 @@ void Arrangement::collect(const QVector<const XPath *> &operands)
     }
     if (m_curves.empty())
         return;
-    m_extent = std::max(box.maxX - box.minX, box.maxY - box.minY);
+    const auto sides = std::minmax({ box.maxX - box.minX, box.maxY - box.minY });
+    m_extent = sides.second;
+    m_boxArea = std::max(sides.first, thinnestBox * m_extent) * m_extent;
     m_frame = Frame::around(box);
     for (ArrangedCurve &curve : m_curves)
         curve.inFrame = PreparedCurve(m_frame.toFrame(curve.original));
@@ -283,9 +312,8 @@ void Arrangement::meetEnds(int i, int j)
 }
 
 /**
- * The second look at curves that end at odd nodes: their meetings are sought by halving, and they are cut
- * where they turn back in x or y, since a fold thinner than the snapping distance hides its tip from all
- * vertices.
+ * Another look at curves that end at odd nodes: their meetings are sought by halving, and they are cut where
+ * they turn back in x or y, since a fold thinner than the snapping distance hides its tip from all vertices.
  */
 void Arrangement::meetThoroughly(const std::vector<char> &accused)
 {
@@ -309,8 +337,8 @@ void Arrangement::meetThoroughly(const std::vector<char> &accused)
 }
 
 /**
- * The third look: the nodes themselves, crossings among them, are brought onto accused curves that pass
- * within reach. In a bundle of curves thinner than the snapping distance a crossing of two is a place on all.
+ * The nodes themselves, crossings among them, are brought onto accused curves that pass within reach. In a
+ * bundle of curves thinner than the snapping distance a crossing of two is a place on all.
  */
 void Arrangement::meetNodes(const std::vector<char> &accused)
 {

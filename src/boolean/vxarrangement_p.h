@@ -185,8 +185,8 @@ public:
      * outlines.
      */
     double movedArea() const;
-    /** Longer side of the operands' common box, in their units. */
-    double extent() const { return m_extent; }
+    /** Area of the operands' common box, which counts as no thinner than a hundredth of its length. */
+    double boxArea() const { return m_boxArea; }
     /** The result's contours, simple ones that touch at nodes at most. */
     std::vector<Contour> contours() const;
     /** Paths of these (count 0, the caller's), outer ones clockwise, holes not, flagged so. */
@@ -241,6 +241,7 @@ private:
     // vxarrangement.cpp
     void setPiecesAside();
     bool attempt(SetOperation operation, double snapping);
+    bool lookAgain(int look);
     bool answer(SetOperation operation, const Fill &fill) const;
     void select(SetOperation operation);
     int countOddNodes(const std::vector<Step> &kept) const;
@@ -255,7 +256,8 @@ private:
     std::vector<ArrangedContour> m_contours;
     std::vector<ArrangedCurve> m_curves;
     Frame m_frame;
-    double m_extent = 0;
+    double m_extent = 0; ///< longer side of the operands' common box, in their units
+    double m_boxArea = 0;
 
     std::vector<Cut> m_cuts;
     size_t m_sortedCuts = 0;         ///< so many were there when they were sorted

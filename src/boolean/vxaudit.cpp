@@ -15,7 +15,7 @@ namespace vx {
 
 namespace {
 
-/** Of the square on the operands' longer side: areas that agree within this are the same. */
+/** Of the area of the operands' common box: areas that agree within this are the same. */
 constexpr double areaMargin = 1e-9;
 /**
  * Of the outline: lengths that agree within this are the same. Coarser than areas, since the quadrature of a
@@ -198,8 +198,7 @@ bool agrees(const Outline &traced, const Outline &expected, const Arrangement &a
             const RunNotes &notes)
 {
     const double scale = arrangement.frame().scale;
-    const double extent = arrangement.extent() * scale;
-    const double margin = areaMargin * extent * extent;
+    const double margin = areaMargin * arrangement.boxArea() * scale * scale;
     const double signedArea = arrangement.selection().signedArea * scale * scale;
     if (traced.contours.size() != expected.contours.size() ||
         !(std::fabs(traced.signedArea() - (notes.counterClockwise ? -signedArea : signedArea)) <= margin))
@@ -253,7 +252,7 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, SetOperation ope
     bool same = false;
     // Areas that snapping may have moved tell nothing of the engine's: two ways of drawing one shape would be
     // snapped differently, and each agree with its own.
-    if (arrangement.movedArea() <= areaMargin * arrangement.extent() * arrangement.extent()) {
+    if (arrangement.movedArea() <= areaMargin * arrangement.boxArea()) {
         expected = arrangement.contours();
         same = isTraced(expected);
     }

@@ -1,5 +1,6 @@
 #include "vxcleancopy_p.h"
 
+#include "vxmonopieces_p.h"
 #include "vxrunnotes_p.h"
 #include "xpath.h"
 
@@ -119,6 +120,23 @@ bool movedArea(const XPath &original, const XPath &copy, bool isSame)
     return !(std::fabs(areaOf(original) - areaOf(copy)) <= simplifiedFraction * box.getArea());
 }
 
+/**
+ * In path units: a fold whose branches lie farther apart is a thin loop, on which samples can tell the sides.
+ */
+constexpr double foldWidth = 1e-6;
+
+bool hasFold(const XPath &path)
+{
+    double times[2];
+    for (const vxPath *child : path.children) {
+        for (int i = 0; i < outlineSize(*child); ++i) {
+            if (foldTimes(outlineCurve(*child, i), foldWidth, times) != 0)
+                return true;
+        }
+    }
+    return false;
+}
+
 XPath *workingCopy(const XPath &path)
 {
     XPath *copy = path.clone();
@@ -155,6 +173,7 @@ XPath *cleanCopy(const XPath *path, RunNotes &notes)
     // Reducing changes nothing but where it drops a segment.
     const bool isReduced = haveSameCount(*path, *copy);
     own.simplified = movedArea(*path, *copy, isReduced);
+    own.folded = hasFold(*copy);
     dropRepeated(*copy);
     const auto placements = resolveCrossings(*copy, own);
     known = placements ? std::make_shared<CleanUp>(*path, isReduced, own, *placements) : nullptr;

@@ -35,6 +35,7 @@ void RunNotes::add(const RunNotes &part)
     atVertex |= part.atVertex;
     selfCrossing |= part.selfCrossing;
     simplified |= part.simplified;
+    folded |= part.folded;
     chained |= part.chained;
     movedSample |= part.movedSample;
     grazedSample |= part.grazedSample;

@@ -36,6 +36,11 @@ struct RunNotes {
     bool selfCrossing = false;
     /** Vertices on nearly straight runs were dropped, which moves the outline a little. */
     bool simplified = false;
+    /**
+     * A curve runs forth and back on one line. Where it lies on itself, both sides of the outline are the
+     * same, and a count taken there tells nothing of the rest of its stretch.
+     */
+    bool folded = false;
     /** Several intersections at one place. */
     bool chained = false;
     /**
@@ -58,8 +63,8 @@ struct RunNotes {
     void add(const RunNotes &part);
     bool any() const
     {
-        return overlap || touch || shallow || atVertex || selfCrossing || simplified || chained ||
-               movedSample || grazedSample || discardedContour || search.limitReached || search.nearMiss;
+        return overlap || touch || shallow || atVertex || selfCrossing || simplified || folded ||
+               chained || movedSample || grazedSample || discardedContour || search.limitReached || search.nearMiss;
     }
 };
 

@@ -79,6 +79,11 @@ double signedArea(const Cubic &c);
 bool isStraight(const Cubic &c);
 /** The same of a chord and the handles relative to its ends. */
 bool isStraight(const vxLine &line, const vxPoint &h1, const vxPoint &h2);
+/**
+ * Times at which a curve turns round that runs forth and back over itself: one with its control points on one
+ * line, but for margin path units. Their number, 0 for any other curve.
+ */
+int foldTimes(const Cubic &c, double margin, double times[2]);
 /** Both control points sit at the thirds of the chord, within machineZero per coordinate. */
 bool isLinear(const Cubic &c);
 bool isLinear(const vxLine &line, const vxPoint &h1, const vxPoint &h2);

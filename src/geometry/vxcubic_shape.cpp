@@ -3,6 +3,7 @@
 #include "vxnumeric_p.h"
 
 #include <algorithm>
+#include <cmath>
 
 using vxTolerance::closeDistance;
 using vxTolerance::timeMargin;
@@ -47,6 +48,31 @@ bool vx::isStraight(const vxLine &line, const vxPoint &h1, const vxPoint &h2)
     const double s1 = v.dot(h1) / square;
     const double s2 = v.dot(h2) / square;
     return s1 >= 0 && s1 <= 1 && s2 >= -1 && s2 <= 0;
+}
+
+int vx::foldTimes(const Cubic &c, double margin, double times[2])
+{
+    if (!hasHandles(c))
+        return 0;
+    const vxPoint start = c.p0();
+    const vxPoint to[] = { c.p1().subtract(start), c.p2().subtract(start), c.p3().subtract(start) };
+    const vxPoint &along =
+        *std::max_element(to, to + 3, [](const vxPoint &p, const vxPoint &q) { return p.dot(p) < q.dot(q); });
+    const double square = along.dot(along);
+    const double reach = margin * std::sqrt(square);
+    for (const vxPoint &p : to) {
+        if (!(std::fabs(along.cross(p)) <= reach))
+            return 0;
+    }
+    // The derivative along the line, as a quadratic of these control points; of a size for the solver.
+    const double d0 = along.dot(to[0]) / square;
+    const double d1 = along.dot(to[1].subtract(to[0])) / square;
+    const double d2 = along.dot(to[2].subtract(to[1])) / square;
+    if (d0 * d2 >= 0 && !(d1 * (d0 + d2) < 0 && d1 * d1 > d0 * d2))
+        return 0;
+    const int count = solveQuadratic(d0 - 2 * d1 + d2, 2 * (d1 - d0), d0, times, 0, 1);
+    // A handle that lies on its end makes a root of the end, where nothing turns.
+    return int(std::remove_if(times, times + count, [](double t) { return t == 0 || t == 1; }) - times);
 }
 
 bool vx::isLinear(const Cubic &c)

@@ -181,6 +181,26 @@ TEST(Audit, leaves_no_wrong_point_on_random_shapes)
     auditor.expectAllVerdicts();
 }
 
+TEST(Audit, sees_curves_that_run_forth_and_back_over_themselves)
+{
+    // The middle of each outline lies where its curve lies on itself.
+    const struct {
+        std::string fold;
+        double area;
+    } rows[] = {
+        { "M 20 0 C 40 0 40 0 0 0 L 0 60 Z", 600 },
+        { "M 60 40 C 60 40 40 0 80 80 L 20 0 Z", 400 },
+        { "M 0 0 C 90 30 90 30 0 0 L 0 -9 L -9 0 Z", 40.5 },
+    };
+    const XPathPtr apart = read("M 200 0 L 210 0 L 210 10 L 200 10 Z");
+    for (const auto &row : rows) {
+        const XPathPtr folded = read(row.fold);
+        EXPECT_NEAR(areaOf(*Answer(folded, apart, 2).path), row.area + 100, 1e-6) << row.fold;
+        EXPECT_NEAR(areaOf(*Answer(folded, apart, 3).path), row.area, 1e-6) << row.fold;
+        EXPECT_NEAR(areaOf(*Answer(apart, folded, 3).path), 100, 1e-6) << row.fold;
+    }
+}
+
 TEST(UnitingAll, gives_the_area_of_uniting_in_turn)
 {
     shapes::Random random(5);

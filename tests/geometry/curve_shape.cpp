@@ -63,6 +63,36 @@ TEST(CurveShape, straight_or_not)
     }
 }
 
+TEST(CurveShape, folds_turn_round_where_the_speed_along_their_line_is_zero)
+{
+    const struct {
+        const char *name;
+        vx::Cubic c;
+        int turns;
+    } rows[] = {
+        { "overshooting", { { 0, 0, 16, 8, 16, 8, 4, 2 } }, 1 },
+        { "out_and_back", { { 5, 5, 6, 7, 6, 7, 5, 5 } }, 1 },
+        { "turning_twice", { { 0, 0, 30, 0, -20, 0, 10, 0 } }, 2 },
+        { "handle_on_the_start", { { 60, 40, 60, 40, 40, 0, 80, 80 } }, 1 },
+        { "small", { { 0, 0, 4e-7, 0, 4e-7, 0, 1e-7, 0 } }, 1 },
+        { "a_little_off_the_line", { { 0, 0, 16, 8, 16, 8 + 1e-7, 4, 2 } }, 1 },
+        { "a_loop", { { 0, 0, 16, 8, 16, 9, 4, 2 } }, 0 },
+        { "reaching_the_other_end", { { 0, 0, 9, 3, 0, 0, 9, 3 } }, 0 },
+        { "straight", { { 0, 0, 3, 1, 6, 2, 9, 3 } }, 0 },
+        { "not_a_number", { { 0, 0, std::nan(""), 0, 1, 1, 2, 2 } }, 0 },
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
+        double times[2];
+        ASSERT_EQ(vx::foldTimes(row.c, 1e-6, times), row.turns);
+        const vxPoint size = row.c.p1().subtract(row.c.p0());
+        for (int i = 0; i < row.turns; ++i) {
+            const vxPoint speed = vx::evaluate(row.c, times[i], vx::Evaluate::Tangent, false);
+            EXPECT_LE(speed.getLength(), 1e-6 * (1 + size.getLength()));
+        }
+    }
+}
+
 TEST(CurveShape, bounds_are_tight)
 {
     std::mt19937 random(3);
