@@ -37,6 +37,13 @@ public:
     }
 
     bool isClear() const { return m_isClear && m_metOwn; }
+    /** The same of a place on no curve: all pieces were clear. */
+    bool isClearOfAll() const { return m_isClear && !m_metOwn; }
+    /** Counts of all pieces, for a place on no curve. */
+    vxWinding resultAside() const
+    {
+        return LevelCount::combine(m_left[0] + m_left[1], m_right[0] + m_right[1]);
+    }
     /** Counts of all pieces. */
     vxWinding result() const
     {

@@ -208,7 +208,7 @@ MonoIndex::~MonoIndex() = default;
 MonoIndex::MonoIndex(const vxPath &path)
 {
     reserve(outlineSize(path));
-    append(path);
+    appendOutline(path, nullptr);
 }
 
 MonoIndex::MonoIndex(const QList<vxMono *> &monos)
@@ -217,7 +217,7 @@ MonoIndex::MonoIndex(const QList<vxMono *> &monos)
     for (const vxMono *piece : monos) {
         if (piece->last || m_pieces.empty())
             beginOutline(size(), piece->last);
-        appendPiece(*piece);
+        appendPiece(*piece, nullptr);
     }
 }
 
@@ -231,15 +231,21 @@ void MonoIndex::reserve(int curves)
 
 void MonoIndex::append(const vxPath &path)
 {
+    appendOutline(path, &path._curves());
+}
+
+void MonoIndex::appendOutline(const vxPath &path, const QList<vxCurve *> *curves)
+{
     const int first = size();
     const int count = outlineSize(path);
+    const int curveCount = curves ? curves->size() : 0;
     for (int i = 0; i < count; ++i) {
         const Cubic c = outlineCurve(path, i);
+        const vxCurve *curve = i < curveCount ? curves->at(i) : nullptr;
         if (isCounted(path, i, c))
-            appendCurve(c);
+            appendCurve(c, curve);
         else
-            m_curvesWithoutReach.push_back(m_curveCount);
-        ++m_curveCount;
+            m_curvesWithoutReach.push_back(curve);
     }
     int last = size() - 1;
     while (last >= first && m_pieces[size_t(last)].mono.winding == 0)
@@ -247,26 +253,29 @@ void MonoIndex::append(const vxPath &path)
     if (last >= first || (first == 0 && size() > 0))
         beginOutline(first, last >= first ? &m_pieces[size_t(last)].mono : nullptr);
     m_spread.reset();
+    m_strips.reset();
 }
 
-void MonoIndex::appendCurve(const Cubic &c)
+void MonoIndex::appendCurve(const Cubic &c, const vxCurve *curve)
 {
+    if (isOnePiece(c)) {
+        appendPiece(pieceOf(c), curve);
+        return;
+    }
     vxMono pieces[3];
     const int count = monotonePieces(c, pieces);
     for (int i = 0; i < count; ++i)
-        appendPiece(pieces[i]);
+        appendPiece(pieces[i], curve);
 }
 
-void MonoIndex::appendPiece(const vxMono &piece)
+void MonoIndex::appendPiece(const vxMono &piece, const vxCurve *curve)
 {
     const Box reach = reachOf(piece);
-    m_pieces.emplace_back(piece, passageOf(piece, reach), m_curveCount);
+    m_pieces.emplace_back(piece, passageOf(piece, reach), curve);
     m_reaches.append(reach);
     if (!(reach.minY <= reach.maxY))
-        m_curvesWithoutReach.push_back(m_curveCount);
-    m_largestCoordinate =
-        std::max(m_largestCoordinate, std::max(std::max(-reach.minX, reach.maxX),
-                                               std::max(std::fabs(reach.minY), std::fabs(reach.maxY))));
+        m_curvesWithoutReach.push_back(curve);
+    m_largestCoordinate = std::max(m_largestCoordinate, largestOf(reach));
 }
 
 void MonoIndex::beginOutline(int first, const vxMono *last)
@@ -313,12 +322,38 @@ private:
 
 MonoIndex::Spread *MonoIndex::spread() const
 {
-    constexpr size_t fewOutlines = 64;
-    if (m_outlines.size() <= fewOutlines)
+    if (!hasManyOutlines())
         return nullptr;
     if (!m_spread)
         m_spread = std::make_unique<Spread>(*this);
     return m_spread.get();
+}
+
+const IntervalStrips *MonoIndex::makeStrips() const
+{
+    // Building costs about as much as a question to the runs for each so many pieces.
+    constexpr int piecesPerQuestion = 64;
+    if (m_questions < size() / piecesPerQuestion) {
+        ++m_questions;
+        return nullptr;
+    }
+    m_strips = std::make_unique<IntervalStrips>(size(), [this](int i) {
+        return IntervalStrips::Interval{ m_reaches[i].minY, m_reaches[i].maxY };
+    });
+    return m_strips.get();
+}
+
+template <typename Visit>
+void MonoIndex::visitLevels(double lo, double hi, Visit &&visit) const
+{
+    const auto meets = [lo, hi](const Box &box) { return box.minY <= hi && lo <= box.maxY; };
+    const auto visitMeeting = [&](int i) {
+        if (meets(m_reaches[i]))
+            visit(i);
+    };
+    const IntervalStrips *strips = this->strips();
+    if (!strips || !strips->visitAround(lo, hi, visitMeeting))
+        m_reaches.query(0, size(), meets, visit);
 }
 
 template <typename Meets, typename Visit>
@@ -332,41 +367,64 @@ void MonoIndex::visitOutlines(const std::vector<int> &outlines, int first, int l
 }
 
 template <typename Visit>
-void MonoIndex::visitNearLevel(const vxPoint &point, double slack, int first, int last, Visit &&visit) const
+void MonoIndex::visitNearLevel(const vxPoint &point, double slack, Visit &&visit) const
 {
     const double lo = point.y - slack;
     const double hi = point.y + slack;
-    const auto meets = [lo, hi](const Box &box) { return box.minY <= hi && lo <= box.maxY; };
-    if (Spread *many = spread())
-        visitOutlines(many->outlinesThatCount(point, slack), first, last, meets, visit);
-    else
-        m_reaches.query(first, last, meets, visit);
+    if (hasManyOutlines()) {
+        const auto meets = [lo, hi](const Box &box) { return box.minY <= hi && lo <= box.maxY; };
+        visitOutlines(spread()->outlinesThatCount(point, slack), 0, size(), meets, visit);
+    } else {
+        visitLevels(lo, hi, visit);
+    }
 }
 
 void MonoIndex::findNearLevel(const vxPoint &point, double slack, std::vector<int> &found) const
 {
     found.clear();
-    visitNearLevel(point, slack, 0, size(), [&found](int i) { found.push_back(i); });
+    visitNearLevel(point, slack, [&found](int i) { found.push_back(i); });
 }
 
-void MonoIndex::countClearly(const vxPoint &place, double slack, const vxCurve *own,
-                             const std::vector<vxCurve *> &curves, int second, ClearCount &count) const
+void MonoIndex::countClearly(const vxPoint &place, double slack, const vxCurve *own, int second,
+                             ClearCount &count) const
 {
-    const Box &box = count.box();
-    const auto meets = [&box](const Box &other) { return other.minY <= box.maxY && box.minY <= other.maxY; };
-    const auto visit = [&](int i) {
+    visitNearLevel(place, slack, [&](int i) {
         const Piece &piece = m_pieces[size_t(i)];
-        count.visit(piece.mono, piece.passage, m_reaches[i], curves[size_t(piece.curve)] == own, i >= second);
-    };
-    if (Spread *many = spread())
-        visitOutlines(many->outlinesThatCount(place, slack), 0, size(), meets, visit);
-    else
-        m_reaches.query(0, size(), meets, visit);
+        count.visit(piece.mono, piece.passage, m_reaches[i], piece.curve == own, i >= second);
+    });
+}
+
+void MonoIndex::findNeighbours(const vxCurve *own, int second, ClearNeighbours &neighbours) const
+{
+    const double lo = neighbours.box().minX;
+    const double hi = neighbours.box().maxX;
+    m_reaches.query(
+        0, size(), [lo, hi](const Box &box) { return box.minX <= hi && lo <= box.maxX; },
+        [&](int i) {
+            const Piece &piece = m_pieces[size_t(i)];
+            neighbours.visit(piece.mono, piece.curve == own, i >= second);
+        });
+}
+
+bool MonoIndex::countAside(const Box &box, int first, int last, vxWinding &winding) const
+{
+    ClearCount count(box);
+    visitLevels(box.minY, box.maxY, [&](int i) {
+        const Piece &piece = m_pieces[size_t(i)];
+        if (i >= first && i < last)
+            count.visit(piece.mono, piece.passage, m_reaches[i], false, false);
+    });
+    winding = count.resultAside();
+    return count.isClearOfAll();
 }
 
 void MonoIndex::visitLevel(const vxPoint &point, int first, int last, LevelCount &count) const
 {
-    visitNearLevel(point, 0, first, last, OutlineVisit(*this, count));
+    OutlineVisit visit(*this, count);
+    visitNearLevel(point, 0, [&](int i) {
+        if (i >= first && i < last)
+            visit(i);
+    });
 }
 
 void MonoIndex::visitLevel(const vxPoint &point, const std::vector<int> &nearLevel, int first, int last,

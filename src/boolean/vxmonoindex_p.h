@@ -2,7 +2,9 @@
 
 #include "vxboxruns_p.h"
 #include "vxclearcount_p.h"
+#include "vxclearneighbours_p.h"
 #include "vxintervalindex_p.h"
+#include "vxintervalstrips_p.h"
 #include "vxlevelcount_p.h"
 #include "vxmono.h"
 #include "vxorderedboxes_p.h"
@@ -36,7 +38,7 @@ public:
 
     /** Makes room for the pieces of so many curves. */
     void reserve(int curves);
-    /** Adds the pieces of a path. */
+    /** Adds the pieces of a path, which tell which of its curves they belong to. */
     void append(const vxPath &path);
     /** Number of pieces. */
     int size() const { return m_reaches.size(); }
@@ -55,22 +57,30 @@ public:
      */
     void findNearLevel(const vxPoint &point, double slack, std::vector<int> &found) const;
     /**
-     * Counts for a place on one of the appended curves, which are listed; pieces from second on are the
-     * second operand's. The count's box reaches slack around the place. Outlines aside of it that the level
-     * of the place meets as often upwards as downwards are left out.
+     * Counts for a place on one of the appended curves; pieces from second on are the second operand's. The
+     * count's box reaches slack around the place. Outlines aside of it that the level of the place meets as
+     * often upwards as downwards are left out.
      */
-    void countClearly(const vxPoint &place, double slack, const vxCurve *own,
-                      const std::vector<vxCurve *> &curves, int second, ClearCount &count) const;
+    void countClearly(const vxPoint &place, double slack, const vxCurve *own, int second,
+                      ClearCount &count) const;
+    /** Finds the neighbours of a place on one of the appended curves, as countClearly() does. */
+    void findNeighbours(const vxCurve *own, int second, ClearNeighbours &neighbours) const;
+    /** Counts the pieces in [first, last) for a box that lies on no curve. False where it is not clear. */
+    bool countAside(const Box &box, int first, int last, vxWinding &winding) const;
+    /** Whether outlines that cancel are left out, so that a count is for one level only. */
+    bool hasManyOutlines() const
+    {
+        constexpr size_t few = 64;
+        return m_outlines.size() > few;
+    }
     /** winding(), not horizontal, of a point whose pieces findNearLevel() found. */
     vxWinding winding(const vxPoint &point, const std::vector<int> &nearLevel, int first, int last) const;
     /** Reach of a piece: its levels from end to end, and the width of its control points. */
     const Box &reach(int piece) const { return m_reaches[piece]; }
-    /**
-     * Which of the appended curves a piece belongs to, counted on over all paths, closing lines included.
-     */
-    int curveOf(int piece) const { return m_pieces[size_t(piece)].curve; }
+    /** The appended curve that a piece belongs to; null for a line that closes an open path. */
+    const vxCurve *curveOf(int piece) const { return m_pieces[size_t(piece)].curve; }
     /** The curves whose place no piece tells: they have no length, or NaN among their heights. */
-    const std::vector<int> &curvesWithoutReach() const { return m_curvesWithoutReach; }
+    const std::vector<const vxCurve *> &curvesWithoutReach() const { return m_curvesWithoutReach; }
     /** Bound of the coordinates of all pieces; infinite with NaN. */
     double largestCoordinate() const { return m_largestCoordinate; }
 
@@ -115,9 +125,9 @@ private:
     struct Piece {
         vxMono mono;
         Passage passage;
-        int curve;
+        const vxCurve *curve;
 
-        Piece(const vxMono &mono, const Passage &passage, int curve)
+        Piece(const vxMono &mono, const Passage &passage, const vxCurve *curve)
             : mono(mono), passage(passage), curve(curve)
         {
         }
@@ -147,22 +157,30 @@ private:
     class Spread;
     class OutlineVisit;
 
-    void appendCurve(const Cubic &c);
-    void appendPiece(const vxMono &piece);
+    /** Curves are null where nobody asks for them. */
+    void appendOutline(const vxPath &path, const QList<vxCurve *> *curves);
+    void appendCurve(const Cubic &c, const vxCurve *curve);
+    void appendPiece(const vxMono &piece, const vxCurve *curve);
     void beginOutline(int first, const vxMono *last);
     int endOf(size_t outline) const;
     /** Null where there are few outlines. */
     Spread *spread() const;
+    /** Null for the first few questions. */
+    const IntervalStrips *strips() const { return m_strips ? m_strips.get() : makeStrips(); }
+    const IntervalStrips *makeStrips() const;
+    /** Calls visit(piece), ascending, for those that reach levels from lo to hi. */
+    template <typename Visit>
+    void visitLevels(double lo, double hi, Visit &&visit) const;
     /** Calls visit(piece) for those in [first, last) of some outlines whose reach meets something. */
     template <typename Meets, typename Visit>
     void visitOutlines(const std::vector<int> &outlines, int first, int last, const Meets &meets,
                        Visit &&visit) const;
     /**
-     * Calls visit(piece) for the pieces in [first, last) whose levels come within slack of the point's,
-     * ascending; leaves out outlines that cancel and are farther off than slack.
+     * Calls visit(piece) for the pieces whose levels come within slack of the point's, ascending; leaves out
+     * outlines that cancel and are farther off than slack.
      */
     template <typename Visit>
-    void visitNearLevel(const vxPoint &point, double slack, int first, int last, Visit &&visit) const;
+    void visitNearLevel(const vxPoint &point, double slack, Visit &&visit) const;
     /** How far to look for neighbours on a vertical at first, in path units; infinite: all the way. */
     double usualReach() const;
     /** Of the pieces that the vertical through a point may meet from top to bottom, and others; nearest
@@ -174,11 +192,13 @@ private:
     std::vector<Piece> m_pieces;
     BoxRuns m_reaches;
     std::vector<Outline> m_outlines;
-    std::vector<int> m_curvesWithoutReach;
-    int m_curveCount = 0;
+    std::vector<const vxCurve *> m_curvesWithoutReach;
     double m_largestCoordinate = 0;
     /** Made at the first question where there are many outlines. */
     mutable std::unique_ptr<Spread> m_spread;
+    /** Over the levels of pieces; made when they are asked for again and again. */
+    mutable std::unique_ptr<IntervalStrips> m_strips;
+    mutable int m_questions = 0;
 };
 
 } // namespace vx

@@ -1,5 +1,6 @@
 #include "vxpassage_p.h"
 
+#include "vxmonopieces_p.h"
 #include "vxtolerance.h"
 
 #include <algorithm>
@@ -37,6 +38,19 @@ double guessRoot(const PowerForm &f, double t, double accuracy)
             break;
     }
     return t;
+}
+
+/** meetsVerticals() of a line, as far from its start, across, as a place is, and beside that. */
+bool chordMeetsVerticals(const double *v, double fromStart, double beside, double &top, double &bottom)
+{
+    const double width = std::fabs(v[6] - v[0]);
+    if (!(fromStart > beside && width - fromStart > beside))
+        return false;
+    const double rise = (v[7] - v[1]) / width;
+    const double y = v[1] + fromStart * rise;
+    top = y - std::fabs(beside * rise);
+    bottom = y + std::fabs(beside * rise);
+    return true;
 }
 
 } // namespace
@@ -97,6 +111,35 @@ Side sideByBracket(const vxMono &piece, const Box &reach, const vxPoint &point)
     if (std::fabs(off) > closeDistance + slack)
         return off < 0 ? Side::Left : Side::Right;
     return Side::Unsure;
+}
+
+// With x of the control points in order, x rises or falls all the way: what is before the box at one time and
+// behind it at another meets its verticals in between.
+bool meetsVerticals(const vxMono &piece, const Box &box, double &top, double &bottom)
+{
+    const double *v = piece.values;
+    const double toRight = v[6] > v[0] ? 1 : -1;
+    if (!((v[2] - v[0]) * toRight >= 0 && (v[4] - v[2]) * toRight >= 0 && (v[6] - v[4]) * toRight >= 0))
+        return false;
+    const double x = (box.minX + box.maxX) / 2;
+    const double halfWidth = (box.maxX - box.minX) / 2;
+    if (isChord(cubicOf(piece)))
+        return chordMeetsVerticals(v, (x - v[0]) * toRight, 2 * halfWidth, top, bottom);
+    const PowerForm across(v, x);
+    const double t = guessRoot(across, (x - v[0]) / (v[6] - v[0]), 1e-9);
+    const double beside = 2 * halfWidth / std::fabs(across.slopeAt(t));
+    if (!(t > beside && t < 1 - beside))
+        return false;
+    const double clearly = 1.5 * halfWidth;
+    if (!(across.at(t - beside) * toRight < -clearly && across.at(t + beside) * toRight > clearly))
+        return false;
+
+    const double fastest =
+        3 * std::max({ std::fabs(v[3] - v[1]), std::fabs(v[5] - v[3]), std::fabs(v[7] - v[5]) });
+    const double y = PowerForm(v + 1, 0).at(t);
+    top = y - fastest * beside;
+    bottom = y + fastest * beside;
+    return true;
 }
 
 } // namespace vx

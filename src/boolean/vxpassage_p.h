@@ -22,6 +22,13 @@ struct Passage {
     double low, high;
 };
 
+/** The largest absolute coordinate of a box. */
+inline double largestOf(const Box &box)
+{
+    return std::max(std::max(std::fabs(box.minX), std::fabs(box.maxX)),
+                    std::max(std::fabs(box.minY), std::fabs(box.maxY)));
+}
+
 /**
  * reach: reachOf() the piece.
  *
@@ -41,8 +48,7 @@ inline Passage passageOf(const vxMono &piece, const Box &reach)
     constexpr double largestCoordinate = 1e6;
     const double *v = piece.values;
     const double height = reach.maxY - reach.minY;
-    const double largest = std::max(std::max(std::fabs(reach.minX), std::fabs(reach.maxX)),
-                                    std::max(std::fabs(reach.minY), std::fabs(reach.maxY)));
+    const double largest = largestOf(reach);
     const double slack = -1e-9 * height; // a cut at an extremum leaves its handle level but for rounding
     const double up = v[7] > v[1] ? 1 : -1;
     const bool sure = largest <= largestCoordinate && height >= smallestHeight && piece.winding != 0 &&
@@ -67,6 +73,12 @@ Side sideByBracket(const vxMono &piece, const Box &reach, const vxPoint &point);
  * along chords that leave the piece on one side and the box on the other.
  */
 Side sideAcrossChord(Cubic piece, const Box &box);
+
+/**
+ * Whether a piece surely meets each vertical of a box once; if so, top and bottom become bounds of the levels
+ * where it does.
+ */
+bool meetsVerticals(const vxMono &piece, const Box &box, double &top, double &bottom);
 
 /** Of the crossing of a piece with the level through a point; Unsure: it has to be solved for. */
 inline Side sideOfCrossing(const vxMono &piece, const Passage &passage, const Box &reach,

@@ -70,14 +70,16 @@ void Sampler::Chain::follow(vxSegment *start)
     if (!start->path)
         return;
     const QList<vxCurve *> &curves = start->path->_curves();
+    const QList<vxSegment *> &segments = start->path->_segments();
     vxSegment *segment = start;
     do {
         const int i = segment->index;
         if (vxCurve *curve = i >= 0 && i < curves.size() ? curves.at(i) : segment->getCurve()) {
-            links.push_back({ segment, curve, curve->getLength() });
-            length += links.back().length;
+            const double ofCurve = curve->getLength();
+            links.push_back({ segment, curve, ofCurve });
+            length += ofCurve;
         }
-        segment = segment->getNext();
+        segment = i >= 0 && i + 1 < segments.size() ? segments.at(i + 1) : segment->getNext();
     } while (segment && !segment->intersection() && segment != start);
 }
 
@@ -86,24 +88,27 @@ bool Sampler::Chain::holds(const vxCurve *curve) const
     return std::any_of(links.begin(), links.end(), [curve](const Link &link) { return link.curve == curve; });
 }
 
-const Sampler::Link *Sampler::Chain::linkAt(double &distance) const
+Sampler::Place Sampler::Chain::placeAt(double distance) const
 {
     for (const Link &link : links) {
         if (link.length >= distance)
-            return &link;
+            return { &link, distance, link.curve->_cubic() };
         distance -= link.length;
     }
-    return nullptr;
+    return {};
 }
 
 Sampler::Sampler(const XPath *path1, const XPath *path2, int op, RunNotes &notes)
     : m_path1(path1), m_path2(path2), m_op(op), m_notes(notes)
 {
     reserve();
-    appendCurves(*path1);
+    for (const vxPath *child : path1->children)
+        m_pieces.append(*child);
     m_secondPiece = m_pieces.size();
-    if (path2)
-        appendCurves(*path2);
+    if (path2) {
+        for (const vxPath *child : path2->children)
+            m_pieces.append(*child);
+    }
 }
 
 Sampler::Sampler(const XPath *path1, const XPath *path2, const QList<vxMono *> &monos, int op,
@@ -121,38 +126,25 @@ void Sampler::reserve()
             count += outlineSize(*path->children.at(i));
     }
     m_pieces.reserve(count);
-    m_curves.reserve(size_t(count));
+    m_chain.links.reserve(32);
 }
 
-void Sampler::appendCurves(const XPath &path)
+Sampler::Sample Sampler::sampleAt(const Place &place)
 {
-    for (const vxPath *child : path.children) {
-        m_pieces.append(*child);
-        const QList<vxCurve *> &curves = child->_curves();
-        m_curves.insert(m_curves.end(), curves.begin(), curves.end());
-        m_curves.resize(m_curves.size() + size_t(outlineSize(*child) - curves.size()));
-    }
-}
-
-Sampler::Sample Sampler::sampleAt(double distance) const
-{
-    const Link *link = m_chain.linkAt(distance);
-    if (!link)
+    if (!place.link)
         return {};
-    const Cubic c = link->curve->_cubic();
-    const double t = timeAtLengthOf(c, distance, link->length);
+    const double t = timeAtLengthOf(place.cubic, place.distance, place.link->length);
     vxPoint point;
     vxPoint tangent;
-    pointAndTangentAt(c, t, point, tangent);
+    pointAndTangentAt(place.cubic, t, point, tangent);
     const double rise = std::fabs(tangent.y);
-    return { link->curve, t, point, rise < angleMargin, rise >= angleMargin && rise < grazingRise };
+    return { place.link->curve, t, point, rise < angleMargin, rise >= angleMargin && rise < grazingRise };
 }
 
-bool Sampler::isCurveThrough(int curve, const vxPoint &point) const
+bool Sampler::isOtherThrough(const vxCurve *curve, const vxPoint &point) const
 {
-    const vxCurve *candidate = m_curves[size_t(curve)];
-    return candidate && !m_chain.holds(candidate) &&
-           passesThrough(candidate->_cubic(), point, m_pieces.largestCoordinate());
+    return curve && !m_chain.holds(curve) &&
+           passesThrough(curve->_cubic(), point, m_pieces.largestCoordinate());
 }
 
 /**
@@ -172,11 +164,11 @@ bool Sampler::liesOnAnother(const vxPoint &point)
     const bool nearPieces = std::any_of(m_nearLevel.begin(), m_nearLevel.end(), [&](int i) {
         const Box &reach = m_pieces.reach(i);
         return point.x >= reach.minX - slack && point.x <= reach.maxX + slack &&
-               isCurveThrough(m_pieces.curveOf(i), point);
+               isOtherThrough(m_pieces.curveOf(i), point);
     });
-    const std::vector<int> &others = m_pieces.curvesWithoutReach();
-    return nearPieces ||
-           std::any_of(others.begin(), others.end(), [&](int i) { return isCurveThrough(i, point); });
+    const std::vector<const vxCurve *> &others = m_pieces.curvesWithoutReach();
+    return nearPieces || std::any_of(others.begin(), others.end(),
+                                     [&](const vxCurve *curve) { return isOtherThrough(curve, point); });
 }
 
 vxWinding Sampler::count(const Sample &sample)
@@ -196,38 +188,119 @@ vxWinding Sampler::count(const Sample &sample)
                           : windingOf(0, m_pieces.size());
 }
 
-/**
- * The count at a sample that is no doubtful place, where every other outline passes it clearly on one side:
- * what liesOnAnother() denies and count() then gives, by looking once at the pieces on its level. False where
- * it is not that clear.
- */
-bool Sampler::countClearly(const Sample &sample, vxWinding &winding) const
+bool Sampler::allowsClearCounts() const
 {
     // Up to here, rounding moves a crossing of an outline that is not nearly level by far less than
     // closeDistance; see ClearCount.
     constexpr double largest = 1e4;
-    if (m_listedPieces || !m_pieces.curvesWithoutReach().empty() ||
-        !(m_pieces.largestCoordinate() <= largest) || sample.horizontal || grazes(sample))
+    return !m_listedPieces && m_pieces.curvesWithoutReach().empty() &&
+           m_pieces.largestCoordinate() <= largest;
+}
+
+/**
+ * The count at a place of a curve that is nowhere nearly level there, known within blur along each axis, if
+ * every other outline passes it clearly on one side: what liesOnAnother() denies and count() then gives, by
+ * looking once at the pieces on its level. False where it is not that clear.
+ */
+bool Sampler::countClearly(const vxCurve *own, const vxPoint &p, double blur, vxWinding &winding) const
+{
+    if (!allowsClearCounts())
         return false;
-    const double slack = reachOfCurves();
-    const vxPoint &p = sample.point;
+    const double slack = reachOfCurves() + blur;
     ClearCount count({ p.x - slack, p.y - slack, p.x + slack, p.y + slack });
-    m_pieces.countClearly(p, slack, sample.curve, m_curves, m_secondPiece, count);
+    m_pieces.countClearly(p, slack, own, m_secondPiece, count);
     if (!count.isClear())
         return false;
-    if (asksForSides() && belongsTo(sample.curve, m_path1) && count.windingIn(true) != 0)
+    if (asksForSides() && belongsTo(own, m_path1) && count.windingIn(true) != 0)
         winding = {};
-    else if (asksForSides() && belongsTo(sample.curve, m_path2) && count.windingIn(false) == 0)
+    else if (asksForSides() && belongsTo(own, m_path2) && count.windingIn(false) == 0)
         winding = {};
     else
         winding = count.result();
     return true;
 }
 
+/**
+ * Does the same at a place well within a line, without searching for its time.
+ *
+ * A line with its control points on its ends is at s = 3 t^2 - 2 t^3 of its way at time t, and the rules of
+ * quadrature are exact for its speed. Newton's method begins at t = d for a sample at d of the way, steps to
+ * (1 + 4 d) / 6 where d < 1/2, which is beyond the root but not beyond 1/2, and comes down from there, since
+ * s is convex; beyond 1/2 it is the mirror image. So it arrives, and rounding (of a few 1e-16 of the largest
+ * coordinate in the speed's coefficients) takes the sample less than 1e-10 off the place that d says.
+ */
+bool Sampler::countOnLine(const Place &place, vxWinding &winding) const
+{
+    constexpr double blur = 1e-8;
+    constexpr double shortest = 1e-2;
+    constexpr double fromEnd = 1. / 64;
+    const Cubic &c = place.cubic;
+    if (!place.link || !isChord(c) || !(place.link->length >= shortest))
+        return false;
+    const double length = place.link->length;
+    const double part = place.distance / length;
+    if (!(std::min(part, 1 - part) > std::max(fromEnd, 2 * besideVertex / length)))
+        return false;
+    const vxPoint chord = c.p3().subtract(c.p0());
+    const vxPoint point = c.p0().add(chord.multiply(part));
+    if (chord.y == 0)
+        return countOnLevelLine(place.link->curve, point, blur, winding);
+    return std::fabs(chord.y) > 2 * grazingRise * length &&
+           countClearly(place.link->curve, point, blur, winding);
+}
+
+/**
+ * What liesOnAnother() denies and count() then gives at a place of a level line, known within blur. That is
+ * counted halfway to the nearest outlines above and below. Their distances are bounded here; where every
+ * piece passes all the levels that come into question, clearly on one side of the place, it is the same count
+ * on each of them.
+ */
+bool Sampler::countOnLevelLine(const vxCurve *own, const vxPoint &p, double blur, vxWinding &winding) const
+{
+    if (!allowsClearCounts() || m_pieces.hasManyOutlines())
+        return false;
+    const double slack = reachOfCurves() + blur;
+    ClearNeighbours neighbours({ p.x - slack, p.y - slack, p.x + slack, p.y + slack });
+    m_pieces.findNeighbours(own, m_secondPiece, neighbours);
+    if (!neighbours.isClear())
+        return false;
+    using Of = ClearNeighbours::Of;
+    if (asksForSides()) {
+        const bool isFirst = belongsTo(own, m_path1);
+        if (!countBetween(neighbours, isFirst ? Of::Second : Of::First, winding))
+            return false;
+        if ((winding.winding != 0) == isFirst) {
+            winding = {};
+            return true;
+        }
+    }
+    return countBetween(neighbours, Of::Both, winding);
+}
+
+/** What count() gives for a place on a level line with these neighbours; false where it is not clear. */
+bool Sampler::countBetween(const ClearNeighbours &neighbours, ClearNeighbours::Of operands,
+                           vxWinding &winding) const
+{
+    using Of = ClearNeighbours::Of;
+    const int first = operands == Of::Second ? m_secondPiece : 0;
+    const int last = operands == Of::First ? m_secondPiece : m_pieces.size();
+    const ClearNeighbours::Distance above = neighbours.above(operands);
+    const ClearNeighbours::Distance below = neighbours.below(operands);
+    vxWinding upper, lower;
+    if (!above.isNone() &&
+        !(above.isSure() && m_pieces.countAside(neighbours.halfwayAbove(above), first, last, upper)))
+        return false;
+    if (!below.isNone() &&
+        !(below.isSure() && m_pieces.countAside(neighbours.halfwayBelow(below), first, last, lower)))
+        return false;
+    winding = { std::max(upper.winding, lower.winding), (upper.winding == 0) != (lower.winding == 0) };
+    return true;
+}
+
 /** The count at a sample; false where that lies on another outline, so that a count would say nothing. */
 bool Sampler::countIfFree(const Sample &sample, vxWinding &winding)
 {
-    if (countClearly(sample, winding))
+    if (!sample.horizontal && !grazes(sample) && countClearly(sample.curve, sample.point, 0, winding))
         return true;
     if (liesOnAnother(sample.point))
         return false;
@@ -271,10 +344,13 @@ bool Sampler::isShared() const
 bool Sampler::isConfirmed(const vxWinding &winding)
 {
     for (double fraction : otherFractions) {
-        const Sample sample = sampleAt(m_chain.length * fraction);
+        const Place place = m_chain.placeAt(m_chain.length * fraction);
         vxWinding other;
-        if (!sample.curve || grazes(sample) || !countIfFree(sample, other))
-            continue;
+        if (!countOnLine(place, other)) {
+            const Sample sample = sampleAt(place);
+            if (!sample.curve || grazes(sample) || !countIfFree(sample, other))
+                continue;
+        }
         // The tracer looks at the contour flag of a union only, where the count alone does not decide.
         const bool flagMatters = m_op == 2 && winding.winding != 1;
         return other.winding == winding.winding && (!flagMatters || other.contour == winding.contour);
@@ -286,7 +362,7 @@ bool Sampler::isConfirmed(const vxWinding &winding)
 bool Sampler::countElsewhere(Sample &sample, vxWinding &winding)
 {
     for (double fraction : otherFractions) {
-        sample = sampleAt(m_chain.length * fraction);
+        sample = sampleAt(m_chain.placeAt(m_chain.length * fraction));
         if (sample.curve && countIfFree(sample, winding))
             return true;
     }
@@ -301,10 +377,13 @@ bool Sampler::countElsewhere(Sample &sample, vxWinding &winding)
  */
 vxWinding Sampler::countStretch()
 {
-    const Sample middle = sampleAt(m_chain.length / 2);
+    vxWinding winding;
+    const Place place = m_chain.placeAt(m_chain.length / 2);
+    if (countOnLine(place, winding))
+        return winding;
+    const Sample middle = sampleAt(place);
     const bool shared = isShared();
     Sample sample = middle;
-    vxWinding winding;
     if (middle.curve && (shared || !countIfFree(middle, winding))) {
         m_notes.movedSample = true;
         if (shared || !countElsewhere(sample, winding)) {

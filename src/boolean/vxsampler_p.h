@@ -29,6 +29,12 @@ private:
         vxCurve *curve;
         double length;
     };
+    /** On a link, whose curve is cubic, at an arc length from its start. */
+    struct Place {
+        const Link *link = nullptr;
+        double distance = 0;
+        Cubic cubic{};
+    };
     /** Curves up to the next intersection, the end of the path, or back at the start. */
     struct Chain {
         std::vector<Link> links;
@@ -36,11 +42,8 @@ private:
 
         void follow(vxSegment *start);
         bool holds(const vxCurve *curve) const;
-        /**
-         * The link in which a distance along the chain falls, which becomes the distance within it; null if
-         * none.
-         */
-        const Link *linkAt(double &distance) const;
+        /** Nowhere for a distance beyond the end. */
+        Place placeAt(double distance) const;
     };
     struct Sample {
         vxCurve *curve = nullptr;
@@ -52,16 +55,21 @@ private:
     };
 
     void reserve();
-    void appendCurves(const XPath &path);
-    Sample sampleAt(double distance) const;
+    static Sample sampleAt(const Place &place);
     bool isShared() const;
     double reachOfCurves() const;
     bool liesOnAnother(const vxPoint &point);
-    bool isCurveThrough(int curve, const vxPoint &point) const;
+    /** Whether a curve that is not of the stretch passes through a point; null does not. */
+    bool isOtherThrough(const vxCurve *curve, const vxPoint &point) const;
     bool asksForSides() const { return m_op == 3 && m_path2; }
     /** At a sample for which m_nearLevel was found, unless it is horizontal. */
     vxWinding count(const Sample &sample);
-    bool countClearly(const Sample &sample, vxWinding &winding) const;
+    bool countClearly(const vxCurve *own, const vxPoint &p, double blur, vxWinding &winding) const;
+    bool allowsClearCounts() const;
+    bool countOnLine(const Place &place, vxWinding &winding) const;
+    bool countOnLevelLine(const vxCurve *own, const vxPoint &p, double blur, vxWinding &winding) const;
+    bool countBetween(const ClearNeighbours &neighbours, ClearNeighbours::Of operands,
+                      vxWinding &winding) const;
     bool countIfFree(const Sample &sample, vxWinding &winding);
     bool countElsewhere(Sample &sample, vxWinding &winding);
     bool isConfirmed(const vxWinding &winding);
@@ -76,8 +84,6 @@ private:
     int m_secondPiece = 0;
     /** Counted instead of those where the caller lists pieces. */
     std::unique_ptr<MonoIndex> m_listedPieces;
-    /** The curves as m_pieces numbers them; null for the lines that close open paths. */
-    std::vector<vxCurve *> m_curves;
     /** The stretch at hand, and the pieces near the level of its sample. */
     Chain m_chain;
     std::vector<int> m_nearLevel;

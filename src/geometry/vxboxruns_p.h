@@ -8,32 +8,18 @@
 namespace vx {
 
 /**
- * Which of many boxes meet something, visited in the order in which they were added. Boxes around runs of
- * neighbours are asked first: along an outline neighbours lie together, and where a run's box meets a level
- * so does one of its connected pieces. Built in one pass.
+ * Which of many boxes meet something, visited in the order in which they were added. A few boxes are looked
+ * at one by one. Of more, boxes around runs of neighbours are asked first: along an outline neighbours lie
+ * together, and where a run's box meets a level so does one of its connected pieces. Runs are formed in one
+ * pass, when they are wanted.
  */
 class BoxRuns
 {
 public:
-    void reserve(size_t count)
-    {
-        m_boxes.reserve(count);
-        m_runs.reserve(count / run + 1);
-        m_longRuns.reserve(count / longRun + 1);
-        m_longestRuns.reserve(count / longestRun);
-    }
+    void reserve(size_t count) { m_boxes.reserve(count); }
 
     /** Coordinates are not NaN; a box with max below min is met by nothing. */
-    void append(const Box &box)
-    {
-        if (m_boxes.size() % run == 0)
-            m_runs.push_back(box);
-        else
-            include(m_runs.back(), box);
-        m_boxes.push_back(box);
-        if (m_boxes.size() % longRun == 0)
-            closeLongRun();
-    }
+    void append(const Box &box) { m_boxes.push_back(box); }
 
     int size() const { return int(m_boxes.size()); }
     const Box &operator[](int i) const { return m_boxes[size_t(i)]; }
@@ -46,6 +32,17 @@ public:
     void query(int first, int last, Meets &&meets, Visit &&visit) const
     {
         const Box *boxes = m_boxes.data();
+        const auto visitOneByOne = [&](const Box *box, const Box *stop) {
+            for (; box != stop; ++box) {
+                if (meets(*box))
+                    visit(int(box - boxes));
+            }
+        };
+        if (m_boxes.size() <= few) {
+            visitOneByOne(boxes + first, boxes + std::max(first, last));
+            return;
+        }
+        formRuns();
         const Box *runs = m_runs.data();
         const unsigned end = unsigned(std::max(last, 0));
         for (unsigned i = unsigned(first); i < end;) {
@@ -60,18 +57,15 @@ public:
                 }
             }
             const unsigned next = i - i % run + run;
-            if (meets(runs[i / run])) {
-                const Box *stop = boxes + std::min(next, end);
-                for (const Box *box = boxes + i; box != stop; ++box) {
-                    if (meets(*box))
-                        visit(int(box - boxes));
-                }
-            }
+            if (meets(runs[i / run]))
+                visitOneByOne(boxes + i, boxes + std::min(next, end));
             i = next;
         }
     }
 
 private:
+    /** Up to here runs do not repay their making. */
+    static constexpr size_t few = 512;
     static constexpr unsigned run = 8;
     static constexpr unsigned longRun = 64;
     static constexpr unsigned longestRun = 4096;
@@ -92,11 +86,20 @@ private:
         return i < runs.size() && !meets(runs[i]);
     }
 
-    void closeLongRun()
+    /** Takes in the boxes that are new. */
+    void formRuns() const
     {
-        m_longRuns.push_back(aroundLast(m_runs, longRun / run));
-        if (m_boxes.size() % longestRun == 0)
-            m_longestRuns.push_back(aroundLast(m_longRuns, longestRun / longRun));
+        for (; m_inRuns < m_boxes.size(); ++m_inRuns) {
+            const Box &box = m_boxes[m_inRuns];
+            if (m_inRuns % run == 0)
+                m_runs.push_back(box);
+            else
+                include(m_runs.back(), box);
+            if ((m_inRuns + 1) % longRun == 0)
+                m_longRuns.push_back(aroundLast(m_runs, longRun / run));
+            if ((m_inRuns + 1) % longestRun == 0)
+                m_longestRuns.push_back(aroundLast(m_longRuns, longestRun / longRun));
+        }
     }
 
     static Box aroundLast(const std::vector<Box> &boxes, size_t count)
@@ -108,9 +111,10 @@ private:
     }
 
     std::vector<Box> m_boxes;
-    std::vector<Box> m_runs;
-    std::vector<Box> m_longRuns;
-    std::vector<Box> m_longestRuns;
+    mutable size_t m_inRuns = 0; ///< of the boxes
+    mutable std::vector<Box> m_runs;
+    mutable std::vector<Box> m_longRuns;
+    mutable std::vector<Box> m_longestRuns;
 };
 
 } // namespace vx

@@ -71,6 +71,20 @@ double integrateSpeed(const Speed &speed, double a, double b)
     return order == 16 ? integrate16(speed, a, b) : vx::integrate(speed, a, b, order);
 }
 
+/**
+ * Whether isStraight() surely denies it: the first handle leaves the chord by far more than it allows. Quick.
+ */
+bool isSurelyBent(const vx::Cubic &c)
+{
+    constexpr double farOff = 1e-3;
+    constexpr double largest = 1e6; // so that rounding moves that distance by far less
+    const vxPoint handle = c.p1().subtract(c.p0());
+    const vxPoint chord = c.p3().subtract(c.p0());
+    const double cross = handle.cross(chord);
+    return cross * cross > farOff * farOff * chord.dot(chord) &&
+           std::fabs(c.v[0]) + std::fabs(c.v[1]) + std::fabs(handle.x) + std::fabs(handle.y) < largest;
+}
+
 /** Length of a straight curve between two times; its speed is uneven, so the part is cut out. */
 double straightLength(vx::Cubic c, double a, double b)
 {
@@ -127,7 +141,7 @@ double vx::length(const Cubic &c, double a, double b)
 {
     if (a == 0 && b == 1 && isChord(c))
         return c.p0().getDistance(c.p3()); // what the next line gives, sooner
-    if (isStraight(c))
+    if (!isSurelyBent(c) && isStraight(c))
         return straightLength(c, a, b);
     return integrateSpeed(Speed(c), a, b);
 }

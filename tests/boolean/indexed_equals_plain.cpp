@@ -2,6 +2,7 @@
 
 #include "vxboxruns_p.h"
 #include "vxcurvelocation.h"
+#include "vxintervalstrips_p.h"
 #include "vxlocationowner_p.h"
 #include "vxmonoindex_p.h"
 #include "vxorderedboxes_p.h"
@@ -162,30 +163,84 @@ TEST(IndexedEqualsPlain, winding_counts_follow_edits)
 TEST(IndexedEqualsPlain, boxes_in_runs)
 {
     shapes::Random random(2);
-    constexpr int count = 9001;
-    vx::BoxRuns runs;
-    double x = 0;
-    double y = 0;
-    for (int i = 0; i < count; ++i) {
-        x += random.between(-5, 5);
-        y += random.between(-5, 5);
-        runs.append({ x, y, x + random.between(-1, 9), y + random.between(-1, 9) });
+    for (const int count : { 300, 9001 }) { // a few have no runs
+        vx::BoxRuns runs;
+        double x = 0;
+        double y = 0;
+        for (int i = 0; i < count; ++i) {
+            x += random.between(-5, 5);
+            y += random.between(-5, 5);
+            runs.append({ x, y, x + random.between(-1, 9), y + random.between(-1, 9) });
+        }
+        for (int i = 0; i < 500; ++i) {
+            const vxPoint p = random.between({ -60, -60 }, { 60, 60 });
+            const auto holds = [&p](const vx::Box &box) {
+                return box.minX <= p.x && p.x <= box.maxX && box.minY <= p.y && p.y <= box.maxY;
+            };
+            const int first = int(random.between(0, count));
+            const int last = int(random.between(0, count));
+            std::vector<int> plain;
+            for (int k = first; k < last; ++k) {
+                if (holds(runs[k]))
+                    plain.push_back(k);
+            }
+            std::vector<int> found;
+            runs.query(first, last, holds, [&found](int k) { found.push_back(k); });
+            ASSERT_EQ(found, plain) << first << " to " << last;
+        }
     }
-    for (int i = 0; i < 500; ++i) {
-        const vxPoint p = random.between({ -60, -60 }, { 60, 60 });
-        const auto holds = [&p](const vx::Box &box) {
-            return box.minX <= p.x && p.x <= box.maxX && box.minY <= p.y && p.y <= box.maxY;
-        };
-        const int first = int(random.between(0, count));
-        const int last = int(random.between(0, count));
+}
+
+namespace {
+
+using Interval = vx::IntervalStrips::Interval;
+
+/** Asks for many values; returns how many intervals were looked at. */
+int lookThroughStrips(const std::vector<Interval> &intervals)
+{
+    const vx::IntervalStrips strips(int(intervals.size()), [&](int i) { return intervals[size_t(i)]; });
+    int looked = 0;
+    int answered = 0;
+    for (double value = -10; value < 150; value += 0.5) {
+        const double slack = 1e-3;
+        const auto meets = [&](const Interval &i) { return i.lo <= value + slack && value - slack <= i.hi; };
         std::vector<int> plain;
-        for (int k = first; k < last; ++k) {
-            if (holds(runs[k]))
-                plain.push_back(k);
+        for (size_t i = 0; i < intervals.size(); ++i) {
+            if (meets(intervals[i]))
+                plain.push_back(int(i));
         }
         std::vector<int> found;
-        runs.query(first, last, holds, [&found](int k) { found.push_back(k); });
-        ASSERT_EQ(found, plain) << first << " to " << last;
+        const bool isAnswered = strips.visitAround(value - slack, value + slack, [&](int i) {
+            ++looked;
+            if (meets(intervals[size_t(i)]))
+                found.push_back(i);
+        });
+        EXPECT_EQ(found, isAnswered ? plain : std::vector<int>()) << value;
+        answered += isAnswered;
+    }
+    EXPECT_GT(answered, 300);
+    return looked;
+}
+
+} // namespace
+
+TEST(IndexedEqualsPlain, intervals_in_strips)
+{
+    shapes::Random random(6);
+    std::vector<Interval> some;
+    for (int i = 0; i < 400; ++i) {
+        const double lo = random.between(0, 90);
+        some.push_back({ lo, lo + random.between(0, i % 9 == 0 ? 50 : 2) });
+    }
+    EXPECT_LT(lookThroughStrips(some), 320 * 400 / 5) << "of each strip a few";
+    lookThroughStrips({});
+    const std::vector<Interval> oddities[] = {
+        { { qQNaN(), 1 }, { 3, 2 } }, { { -qInf(), 5 }, { 20, qInf() } }, { { 1e-320, 2e-320 } }, { { 7, 7 } }
+    };
+    for (std::vector<Interval> intervals : oddities) {
+        lookThroughStrips(intervals);
+        intervals.insert(intervals.end(), some.begin(), some.end());
+        lookThroughStrips(intervals);
     }
 }
 

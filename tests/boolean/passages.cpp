@@ -112,6 +112,39 @@ TEST(Passages, lie_beside_a_box_on_the_side_of_their_crossings)
     EXPECT_GT(told, pieces / 10);
 }
 
+TEST(Passages, meet_the_verticals_of_a_box_within_bounds)
+{
+    shapes::Random random(13);
+    int told = 0;
+    constexpr int pieces = 30000;
+    for (int i = 0; i < pieces; ++i) {
+        vxMono piece = randomPiece(random);
+        double *v = piece.values;
+        if (i % 2 == 0) {
+            v[2] = v[0], v[3] = v[1], v[4] = v[6], v[5] = v[7]; // a line
+        } else if (v[2] > v[4]) {
+            std::swap(v[2], v[4]);
+        }
+        const vx::Cubic c = vx::cubicOf(piece);
+        const double size = 1e-6 * std::pow(10, random.between(0, 4));
+        const double x = v[0] + (v[6] - v[0]) * random.between(-0.1, 1.1);
+        const vx::Box box{ x - size, 0, x + size, 0 };
+        double top, bottom;
+        if (std::isnan(v[7]) || !vx::meetsVerticals(piece, box, top, bottom)) // NaN where all steps are 0
+            continue;
+        ++told;
+        constexpr double rounding = 1e-9;
+        for (double vertical : { box.minX, x, box.maxX }) {
+            double roots[3];
+            ASSERT_EQ(vx::timesAtCoordinate(c, 0, vertical, roots, 0, 1), 1) << i;
+            const double y = vx::pointAt(c, roots[0]).y;
+            ASSERT_TRUE(y >= top - rounding && y <= bottom + rounding) << i;
+        }
+    }
+    std::printf("%d of %d surely meet\n", told, pieces);
+    EXPECT_GT(told, pieces / 4);
+}
+
 TEST(Passages, leave_doubtful_pieces_to_the_solver)
 {
     const auto hasPassage = [](const std::string &values) {

@@ -136,50 +136,76 @@ vxWinding plainCount(vxSegment *start, const XPath &a, const XPath &b, int op, v
     return count;
 }
 
+struct Tally {
+    int stretches = 0;
+    int moved = 0;
+    int grazed = 0;
+};
+
+void expectAsPlain(XPath &a, XPath &b, const std::string &what, Tally &tally)
+{
+    const QList<vxCurveLocation *> crossings = a.getCrossings(&b);
+    const vx::LocationOwner owner(crossings);
+    a.divideLocations(vxCurveLocation::expand(crossings), 0);
+    for (int op : { 2, 3 }) {
+        vx::RunNotes notes;
+        vx::Sampler sampler(&a, &b, op, notes);
+        for (const XPath *path : { &a, &b }) {
+            for (const vxPath *child : qAsConst(path->children)) {
+                for (vxSegment *segment : child->getSegments()) {
+                    if (!segment->intersection() && segment->index != 0)
+                        continue;
+                    vx::RunNotes plainNotes;
+                    const vxWinding plain = plainCount(segment, a, b, op, plainNotes, tally.grazed);
+                    notes = vx::RunNotes();
+                    sampler.propagate(segment);
+                    ASSERT_EQ(segment->winding, plain.winding) << what;
+                    ASSERT_EQ(segment->contour, plain.contour) << what;
+                    ASSERT_EQ(notes.movedSample, plainNotes.movedSample) << what;
+                    ASSERT_EQ(notes.grazedSample, plainNotes.grazedSample) << what;
+                    ++tally.stretches;
+                    tally.moved += notes.movedSample;
+                }
+            }
+        }
+    }
+    for (const XPath *path : { &a, &b }) {
+        for (const vxPath *child : qAsConst(path->children)) {
+            for (vxSegment *segment : child->getSegments())
+                segment->setIntersection(nullptr);
+        }
+    }
+}
+
+/** Rectangles and ellipses, on a grid or beside it. */
+XPathPtr tiles(shapes::Random &random)
+{
+    const bool onGrid = random.between(0, 1) < 0.5;
+    const auto any = [&](double lo, double hi) {
+        const double value = random.between(lo, hi);
+        return onGrid ? std::round(value) : value;
+    };
+    std::string data;
+    for (int i = 0; i < 4; ++i) {
+        const double x = any(0, 20), y = any(0, 20), width = any(1, 12), height = any(1, 12);
+        data += i % 2 == 0 ? shapes::rectangle(x, y, width, height) : shapes::ellipse(x, y, width, height);
+        data += " ";
+    }
+    return read(data);
+}
+
 } // namespace
 
 TEST(Samples, count_and_note_what_the_plain_form_does)
 {
-    int stretches = 0;
-    int moved = 0;
-    int grazed = 0;
-    for (const shapes::Case &c : shapes::cases()) {
-        const XPathPtr a = read(c.a);
-        const XPathPtr b = read(c.b);
-        const QList<vxCurveLocation *> crossings = a->getCrossings(b.get());
-        const vx::LocationOwner owner(crossings);
-        a->divideLocations(vxCurveLocation::expand(crossings), 0);
-        for (int op : { 2, 3 }) {
-            vx::RunNotes notes;
-            vx::Sampler sampler(a.get(), b.get(), op, notes);
-            for (const XPath *path : { a.get(), b.get() }) {
-                for (const vxPath *child : qAsConst(path->children)) {
-                    for (vxSegment *segment : child->getSegments()) {
-                        if (!segment->intersection() && segment->index != 0)
-                            continue;
-                        vx::RunNotes plainNotes;
-                        const vxWinding plain = plainCount(segment, *a, *b, op, plainNotes, grazed);
-                        notes = vx::RunNotes();
-                        sampler.propagate(segment);
-                        ASSERT_EQ(segment->winding, plain.winding) << c.id;
-                        ASSERT_EQ(segment->contour, plain.contour) << c.id;
-                        ASSERT_EQ(notes.movedSample, plainNotes.movedSample) << c.id;
-                        ASSERT_EQ(notes.grazedSample, plainNotes.grazedSample) << c.id;
-                        ++stretches;
-                        moved += notes.movedSample;
-                    }
-                }
-            }
-        }
-        for (const XPath *path : { a.get(), b.get() }) {
-            for (const vxPath *child : qAsConst(path->children)) {
-                for (vxSegment *segment : child->getSegments())
-                    segment->setIntersection(nullptr);
-            }
-        }
-    }
-    std::printf("%d stretches, %d moved, %d grazed\n", stretches, moved, grazed);
-    EXPECT_GT(stretches, 1000);
-    EXPECT_GT(moved, 20);
-    EXPECT_GT(grazed, 20);
+    Tally tally;
+    for (const shapes::Case &c : shapes::cases())
+        expectAsPlain(*read(c.a), *read(c.b), c.id, tally);
+    shapes::Random random(8);
+    for (int i = 0; i < 200; ++i)
+        expectAsPlain(*tiles(random), *tiles(random), "tiles " + std::to_string(i), tally);
+    std::printf("%d stretches, %d moved, %d grazed\n", tally.stretches, tally.moved, tally.grazed);
+    EXPECT_GT(tally.stretches, 1000);
+    EXPECT_GT(tally.moved, 20);
+    EXPECT_GT(tally.grazed, 20);
 }

@@ -1,3 +1,5 @@
+#include "support/shapes.h"
+
 #include "vxcubic_p.h"
 
 #include <gtest/gtest.h>
@@ -55,6 +57,24 @@ TEST(TimeAtLength, is_the_inverse_of_length)
     }
     const double t = vx::timeAtLength(arch, 20, 0.25);
     EXPECT_NEAR(polygonLength(arch, 0.25, t), 20, 1e-5);
+}
+
+TEST(TimeAtLength, of_a_line_gives_the_place_in_proportion)
+{
+    // Counting windings takes that for granted, far out and on short lines too.
+    shapes::Random random(4);
+    for (int i = 0; i < 20000; ++i) {
+        const double far = std::pow(10, random.between(0, 4));
+        const double size = std::pow(10, random.between(-2, 4));
+        const double angle = random.between(0, 6.3);
+        const vxPoint start(random.between(-far, far), random.between(-far, far));
+        const vxPoint end(start.x + size * std::cos(angle), start.y + size * std::sin(angle));
+        const vx::Cubic line = vx::Cubic::fromLine(start, end);
+        const double length = vx::length(line);
+        const double part = i % 3 == 0 ? 1. / 64 : i % 3 == 1 ? 63. / 64 : random.between(1. / 64, 63. / 64);
+        const vxPoint found = vx::pointAt(line, vx::timeAtLengthOf(line, part * length, length));
+        ASSERT_LT(found.getDistance(start.add(end.subtract(start).multiply(part))), 2e-10) << i;
+    }
 }
 
 TEST(TimeAtLength, ends_and_out_of_range)
