@@ -24,7 +24,7 @@ constexpr double snappingDistances[] = { 5e-5, 1e-5, 2e-6, 2e-4, 1e-3 };
  * units; the last ones are for bundles of curves that all but coincide, which joins on their way would
  * tangle.
  */
-constexpr double fineSnappingDistances[] = { 5e-7, 2e-6, 1e-7, 1e-8 };
+constexpr double fineSnappingDistances[] = { 5e-7, 2e-6, 1e-7, leastSnapping };
 /**
  * Of the square on the drawing's longer side: finer snapping changes no area by more, or it lost a feature.
  */
@@ -138,9 +138,16 @@ void Arrangement::setPiecesAside()
     m_linkStarts.swap(m_earlier.linkStarts);
 }
 
-double Arrangement::movedArea() const
+bool Arrangement::movedAtMost(double area, SetOperation operation)
 {
-    return m_movedArea / m_frame.scale / m_frame.scale;
+    const auto inUnits = [this](double moved) { return moved / m_frame.scale / m_frame.scale; };
+    if (inUnits(m_movedArea.most) <= area)
+        return true;
+    if (m_measuresExactly || !(inUnits(m_movedArea.least) <= area))
+        return false;
+    m_measuresExactly = true;
+    attempt(operation, m_snapping);
+    return inUnits(m_movedArea.most) <= area;
 }
 
 bool Arrangement::answer(SetOperation operation, const Fill &fill) const

@@ -23,6 +23,10 @@ constexpr double dropFraction = 0.9;
 constexpr double togetherFactor = 2;
 /** ... and within this part of their length, so that short ones are not all the same. */
 constexpr double togetherFraction = 0.01;
+/** In units of the frame: stretches whose control points differ by less run together without a closer look.
+ */
+constexpr double alikeDistance = 1e-9;
+static_assert(togetherFactor * leastSnapping > 10 * alikeDistance, "far within the reach of any snapping");
 
 /** Whether a curve leaves the surroundings of its start. */
 bool bulges(const Cubic &c, double distance)
@@ -58,16 +62,68 @@ double reachOf(const Cubic &c, double snapping)
 }
 
 /**
- * Whether two stretches between the same nodes keep within reach of each other; areaBetween is set to about
- * the area between them then, at least.
+ * Greatest difference of a coordinate of two stretches' control points, where they run between the same nodes
+ * in the same direction, or against each other and are no loops.
  */
-bool runTogether(const Edge &a, const Edge &b, double snapping, double &areaBetween)
+double difference(const Edge &a, const Edge &b)
 {
-    areaBetween = 0;
+    const double *first = a.inFrame.v;
+    const double *second = b.inFrame.v;
+    const int other = a.node0 == b.node0 ? 0 : 2; // ends lie on the nodes
+    return std::max({ std::fabs(first[2] - second[2 + other]), std::fabs(first[3] - second[3 + other]),
+                      std::fabs(first[4] - second[4 - other]), std::fabs(first[5] - second[5 - other]) });
+}
+
+/** The lengths of a curve's control polygon along both axes together: at least its length. */
+double polygonBound(const Cubic &c)
+{
+    double bound = 0;
+    for (int i = 0; i < 6; ++i)
+        bound += std::fabs(c.v[i + 2] - c.v[i]);
+    return bound;
+}
+
+/**
+ * Whether a curve goes one way along the axis on which comesNear() first looks for times (x, but for upright
+ * lines), and far enough: then its speed there is at least three sixteenths of its chord from a quarter of
+ * its time to three quarters, and its speed in all at most 24 chords.
+ *
+ * That makes comesNear() sure to find a point that lies off a place at these times by d up to alikeDistance.
+ * The one time that it begins with is off by 6 d / chord, and so the place by 140 d. From there each step
+ * leaves no more than a twentieth of the way, 140 d |B''| / |B'|^2 for chords from 0.1, and what is left
+ * after four is rounding.
+ */
+bool goesOneWay(const Cubic &c)
+{
+    constexpr double leastChord = 0.1;
+    constexpr double leastPart = 1.0 / 8;
+    const double *x = c.v;
+    const double *v = x[0] == x[2] && x[0] == x[4] && x[0] == x[6] ? x + 1 : x;
+    const auto steps = std::minmax({ v[2] - v[0], v[4] - v[2], v[6] - v[4] });
+    const double chord = std::fabs(v[6] - v[0]);
+    return (steps.first >= 0 || steps.second <= 0) && chord >= leastChord &&
+           chord >= leastPart * polygonBound(c);
+}
+
+/**
+ * Whether two stretches between the same nodes keep within reach of each other; areaBetween is set to about
+ * the area between them then, at least. Exactly: not to bounds of that, which take less time.
+ */
+bool runTogether(const Edge &a, const Edge &b, double snapping, bool exactly, AreaRange &areaBetween)
+{
+    areaBetween = AreaRange();
     // Ends of one chord, farther apart than the snapping distance: the places below would be found on it to
     // some last places, while reach is a hundredth of that distance at least.
     if (a.line && b.line && a.node0 != a.node1)
         return true;
+    if (!exactly) {
+        const double apart = difference(a, b);
+        if (apart <= alikeDistance && goesOneWay(b.inFrame)) {
+            // Places are off by 1.5 times that at most; rounding is far below 1e-11.
+            areaBetween.most = 4 * (apart + 1e-11) * polygonBound(a.inFrame);
+            return true;
+        }
+    }
     const vxPoint places[] = { placeAt(a.inFrame, 0.25), placeAt(a.inFrame, 0.5), placeAt(a.inFrame, 0.75) };
     const Box box = hullBox(b.inFrame);
     for (const vxPoint &place : places) {
@@ -82,7 +138,7 @@ bool runTogether(const Edge &a, const Edge &b, double snapping, double &areaBetw
             return false;
         farthest = std::max(farthest, distance);
     }
-    areaBetween = farthest * length(a.inFrame);
+    areaBetween.least = areaBetween.most = farthest * length(a.inFrame);
     return true;
 }
 
@@ -125,15 +181,14 @@ public:
         m_headCount = size_t(1) << bits;
         m_indexes.assign(m_headCount + count, -1);
     }
-    void insert(quint64 a, quint64 b, int index)
-    {
-        int &head = m_indexes[slot(a, b)];
-        m_indexes[m_headCount + size_t(index)] = head;
-        head = index;
-    }
-    /** The first index with the hash, -1 for none; next() goes on. */
-    int first(quint64 a, quint64 b) const { return m_indexes[slot(a, b)]; }
+    /** The first index with the hash, -1 for none; next() goes on, insert() puts another before it. */
+    int &first(quint64 a, quint64 b) { return m_indexes[slot(a, b)]; }
     int next(int index) const { return m_indexes[m_headCount + size_t(index)]; }
+    void insert(int &first, int index)
+    {
+        m_indexes[m_headCount + size_t(index)] = first;
+        first = index;
+    }
 
 private:
     /** Multiplicative hashing: odd constants near 2^64 divided by the golden ratio, the upper bits count. */
@@ -197,15 +252,23 @@ private:
         const vxPoint p = m_stretches[size_t(i)].inFrame.p0();
         const Cells x = cellsAt(p.x);
         const Cells y = cellsAt(p.y);
+        int &own = cells.first(quint64(x.own), quint64(y.own));
+        joinWith(own, i, p, cells);
         for (qint64 column = x.first; column <= x.last; ++column) {
             for (qint64 row = y.first; row <= y.last; ++row) {
-                for (int k = cells.first(quint64(column), quint64(row)); k != -1; k = cells.next(k)) {
-                    if (p.isClose(m_stretches[size_t(k)].inFrame.p0(), m_distance))
-                        join(i, k);
-                }
+                if (column != x.own || row != y.own)
+                    joinWith(cells.first(quint64(column), quint64(row)), i, p, cells);
             }
         }
-        cells.insert(quint64(x.own), quint64(y.own), i);
+        cells.insert(own, i);
+    }
+
+    void joinWith(int first, int i, const vxPoint &p, const HashedChains &cells)
+    {
+        for (int k = first; k != -1; k = cells.next(k)) {
+            if (p.isClose(m_stretches[size_t(k)].inFrame.p0(), m_distance))
+                join(i, k);
+        }
     }
 
     void join(int a, int b)
@@ -370,7 +433,7 @@ void Arrangement::joinEnds(std::vector<Edge> &all)
     // A stretch ends where the next of its contour starts; the last one's next is the first.
     const auto contourOf = [&](size_t i) { return m_curves[size_t(all[i].curve)].contour; };
     size_t first = 0;
-    m_movedArea = 0;
+    double moved = 0;
     for (size_t i = 0; i < all.size(); ++i) {
         Edge &stretch = all[i];
         const bool isLast = i + 1 == all.size() || contourOf(i + 1) != contourOf(i);
@@ -385,9 +448,10 @@ void Arrangement::joinEnds(std::vector<Edge> &all)
             continue;
         if (p0 != to0)
             m_nodes[size_t(stretch.node0)].exact = false;
-        m_movedArea += p0.getDistance(p3) * (p0.getDistance(to0) + p3.getDistance(to1)) / 2;
+        moved += p0.getDistance(p3) * (p0.getDistance(to0) + p3.getDistance(to1)) / 2;
         stretch.inFrame = withEnds(stretch.inFrame, to0, to1);
     }
+    m_movedArea = { moved, moved };
 }
 
 /**
@@ -426,19 +490,22 @@ void Arrangement::joinStretches(std::vector<Edge> &all)
             continue;
         const auto ends = std::minmax(stretch.node0, stretch.node1);
         int group = -1;
-        double areaBetween = 0;
-        for (int k = firsts.first(quint64(ends.first), quint64(ends.second)); k != -1; k = firsts.next(k)) {
+        AreaRange areaBetween;
+        int &head = firsts.first(quint64(ends.first), quint64(ends.second));
+        for (int k = head; k != -1; k = firsts.next(k)) {
             const Edge &first = all[size_t(k)];
-            double area;
+            AreaRange area;
             if (std::minmax(first.node0, first.node1) == ends && (group == -1 || k < group) &&
-                runTogether(stretch, first, m_snapping, area)) {
+                runTogether(stretch, first, m_snapping, m_measuresExactly, area)) {
                 group = k;
                 areaBetween = area;
             }
         }
-        m_movedArea += areaBetween;
+        // Rounding keeps the order of sums: what exact terms would come to lies in the range, too.
+        m_movedArea.least += areaBetween.least;
+        m_movedArea.most += areaBetween.most;
         if (group == -1) {
-            firsts.insert(quint64(ends.first), quint64(ends.second), i);
+            firsts.insert(head, i);
             group = i;
         } else {
             companions[size_t(companions[size_t(group)].last)].next = i;
@@ -458,6 +525,7 @@ void Arrangement::linkStretches(const std::vector<Edge> &all, const std::vector<
     m_links.reserve(all.size());
     m_linkBoxes.clear();
     m_linkBoxes.reserve(all.size());
+    m_linkStarts.reserve(m_contours.size() + 1);
     m_linkStarts.assign(1, 0);
     int contour = 0;
     for (size_t i = 0; i < all.size(); ++i) {

@@ -102,6 +102,14 @@ bool runAcross(const PreparedCurve &line1, const PreparedCurve &line2)
            std::fabs(cross) > apartDistance * (line1.chordBound + line2.chordBound);
 }
 
+/** Whether snapping may bring a point, which is no end of it, onto a curve: a quick look at its box. */
+bool mayComeToLieOn(const PreparedCurve &c, const vxPoint &p)
+{
+    return p != c.values.p0() && p != c.values.p3() && p.x >= c.box.minX - farthestSnapping &&
+           p.x <= c.box.maxX + farthestSnapping && p.y >= c.box.minY - farthestSnapping &&
+           p.y <= c.box.maxY + farthestSnapping;
+}
+
 bool isFinite(const std::vector<Cubic> &outline)
 {
     double zero = 0; // NaN once a value is not finite
@@ -177,14 +185,19 @@ void Arrangement::meet()
     for (const ArrangedContour &contour : m_contours)
         starts.push_back(contour.firstCurve);
     starts.push_back(int(m_curves.size()));
-    m_cuts.reserve(m_curves.size());
+    m_cuts.reserve(2 * m_curves.size());
     const RunTree tree(boxes, starts);
     for (int i = 0; i < int(m_curves.size()); ++i)
         meetItself(i);
     tree.visitPairs(farthestSnapping, [this](int i, int j) {
         meetPair(i, j);
-        meetEnds(i, j);
-        meetEnds(j, i);
+        const PreparedCurve &a = m_curves[size_t(i)].inFrame;
+        const PreparedCurve &b = m_curves[size_t(j)].inFrame;
+        // The starts alone: every end is the start of the next curve of its contour.
+        if (mayComeToLieOn(a, b.values.p0()))
+            meetEnd(i, b.values.p0());
+        if (mayComeToLieOn(b, a.values.p0()))
+            meetEnd(j, a.values.p0());
     });
 }
 
@@ -268,9 +281,21 @@ void Arrangement::meetLines(int i, int j)
         const Cubic &c = m_curves[size_t(line)].inFrame.values;
         if (p == c.p0() || p == c.p3())
             continue; // timeNear() gives an end's time
-        double distance = farthestSnapping;
-        addCut(line, timeNear(c, p, distance), 0);
+        addCut(line, nearPlace(line, p).t, 0);
     }
+}
+
+/** The place on curve i, within reach of snapping, that is nearest to a point. */
+const NearPlace &Arrangement::nearPlace(int i, const vxPoint &p)
+{
+    ArrangedCurve &curve = m_curves[size_t(i)];
+    NearPlace &place = curve.lastNear;
+    if (place.point != p) {
+        place.point = p;
+        place.distance = farthestSnapping;
+        place.t = timeNear(curve.inFrame.values, p, place.distance);
+    }
+    return place;
 }
 
 void Arrangement::meetItself(int i)
@@ -291,24 +316,14 @@ void Arrangement::meetItself(int i)
     }
 }
 
-/** End points of curve j that lie on curve i, or so near that snapping may bring them there. */
-void Arrangement::meetEnds(int i, int j)
+/** An end point of another curve that may lie on curve i, or so near that snapping may bring it there. */
+void Arrangement::meetEnd(int i, const vxPoint &p)
 {
-    const PreparedCurve &c = m_curves[size_t(i)].inFrame;
-    const Cubic &other = m_curves[size_t(j)].inFrame.values;
-    // The start alone: every end is the start of the next curve of its contour.
-    const vxPoint p = other.p0();
-    if (p == c.values.p0() || p == c.values.p3())
+    if (isFarFromChord(m_curves[size_t(i)].inFrame.values, p, farthestSnapping))
         return;
-    if (p.x < c.box.minX - farthestSnapping || p.x > c.box.maxX + farthestSnapping ||
-        p.y < c.box.minY - farthestSnapping || p.y > c.box.maxY + farthestSnapping)
-        return;
-    if (isFarFromChord(c.values, p, farthestSnapping))
-        return;
-    double distance = farthestSnapping;
-    const double t = timeNear(c.values, p, distance);
-    if (t != noTime)
-        addCut(i, t, distance);
+    const NearPlace &place = nearPlace(i, p);
+    if (place.t != noTime)
+        addCut(i, place.t, place.distance);
 }
 
 /**

@@ -6,6 +6,7 @@
 
 #include <QVector>
 
+#include <limits>
 #include <vector>
 
 class XPath;
@@ -55,6 +56,13 @@ struct ArrangedContour {
     int curveCount;
 };
 
+/** Where a curve comes near a point; noTime where it does not. */
+struct NearPlace {
+    vxPoint point = vxPoint(std::numeric_limits<double>::quiet_NaN(), 0); ///< that of the last question
+    double t = 0;
+    double distance = 0;
+};
+
 /** A curve of an operand. */
 struct ArrangedCurve {
     ArrangedCurve(const Cubic &c, int itsContour)
@@ -64,6 +72,7 @@ struct ArrangedCurve {
 
     PreparedCurve inFrame; ///< set when the frame is known
     Cubic original;
+    NearPlace lastNear; ///< ends that meet a curve are asked for again and again
     int contour;
     bool line; ///< no handles
 };
@@ -133,6 +142,11 @@ struct Companions {
     int last = -1; ///< known to the first
 };
 
+/** What is known of an area. */
+struct AreaRange {
+    double least = 0, most = 0;
+};
+
 /** What an attempt cut the curves into, as far as the sides of its edges follow from it. */
 struct Pieces {
     std::vector<Node> nodes;
@@ -142,6 +156,9 @@ struct Pieces {
     std::vector<Box> linkBoxes;
     std::vector<int> linkStarts;
 };
+
+/** The finest distance, in units of the frame, within which ends are joined. */
+constexpr double leastSnapping = 1e-8;
 
 /** An edge as a result walks it. */
 struct Step {
@@ -181,10 +198,10 @@ public:
     /** Snapping distance of the solution in the operands' units. */
     double snapping() const { return m_snapping / m_frame.scale; }
     /**
-     * At least the area, in the operands' square units, by which joining ends and stretches moved the
-     * outlines.
+     * Whether joining ends and stretches moved the outlines by no more than an area in the operands' square
+     * units; what is measured is the least that it can be. After solve() or refine() for that operation.
      */
-    double movedArea() const;
+    bool movedAtMost(double area, SetOperation operation);
     /** Area of the operands' common box, which counts as no thinner than a hundredth of its length. */
     double boxArea() const { return m_boxArea; }
     /** The result's contours, simple ones that touch at nodes at most. */
@@ -210,7 +227,8 @@ private:
     bool cutAtOverlap(int i, int j);
     void cutAt(int i, int j, const TimePair &place);
     void meetItself(int i);
-    void meetEnds(int i, int j);
+    void meetEnd(int i, const vxPoint &p);
+    const NearPlace &nearPlace(int i, const vxPoint &p);
     void meetThoroughly(const std::vector<char> &accused);
     void meetNodes(const std::vector<char> &accused);
     void meetPairByHalving(int i, int j);
@@ -235,6 +253,7 @@ private:
     void addShares(int first, const std::vector<Companions> &companions, const std::vector<Edge> &all);
 
     // vxarrangement_sides.cpp
+    class SideFinder;
     void findSides();
     bool takeSides();
 
@@ -264,7 +283,8 @@ private:
     std::vector<size_t> m_cutCounts; ///< per curve
     std::vector<Place> m_places;     ///< scratch of cutCurve
     double m_snapping = 0;
-    double m_movedArea = 0; ///< in units of the frame
+    AreaRange m_movedArea;          ///< in units of the frame
+    bool m_measuresExactly = false; ///< the range above comes to one number
     std::vector<Node> m_nodes;
     std::vector<Edge> m_edges;
     std::vector<Share> m_shares;

@@ -35,6 +35,9 @@ public:
         std::vector<int> next(m_firstLeaving.begin(), m_firstLeaving.end() - 1);
         for (int i = 0; i < int(kept().size()); ++i)
             m_leaving[size_t(next[size_t(startOf(kept()[size_t(i)]))]++)] = i;
+        m_walk.reserve(kept().size());
+        m_choices.reserve(8);
+        m_contours.reserve(4);
     }
 
     std::vector<Contour> trace()
@@ -184,6 +187,11 @@ private:
     Direction directionAt(const Step &step, bool atEnd, double radius, int halvings) const
     {
         const Cubic c = seenFrom(step, atEnd);
+        if (halvings < finest && edgeOf(step).line) {
+            // Wherever the circle is, but for rounding: places are good to some 1e-12.
+            const vxPoint chord = c.p3().subtract(c.p0());
+            return { std::atan2(chord.y, chord.x), 1e-10 / radius };
+        }
         double lo = 0;
         double hi = 0.25;
         for (int i = 0; i < halvings; ++i) {

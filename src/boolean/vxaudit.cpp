@@ -252,7 +252,7 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, SetOperation ope
     bool same = false;
     // Areas that snapping may have moved tell nothing of the engine's: two ways of drawing one shape would be
     // snapped differently, and each agree with its own.
-    if (arrangement.movedArea() <= areaMargin * arrangement.boxArea()) {
+    if (arrangement.movedAtMost(areaMargin * arrangement.boxArea(), operation)) {
         expected = arrangement.contours();
         same = isTraced(expected);
     }

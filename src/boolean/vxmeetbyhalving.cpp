@@ -1,5 +1,6 @@
 #include "vxmeetingplaces_p.h"
 
+#include "vxcubic_split_p.h"
 #include "vxnearness_p.h"
 #include "vxtolerance.h"
 
@@ -31,12 +32,29 @@ constexpr double meetingDistance = 10 * closeDistance;
  */
 bool refine(const Cubic &c1, const Cubic &c2, double &t, double &u)
 {
-    for (int i = 0; i < maxSteps; ++i) {
-        const vxPoint d = placeAt(c1, t).subtract(placeAt(c2, u));
+    const SteppedCurve first(c1);
+    const SteppedCurve second(c2);
+    TimePair mark{ noTime, noTime };
+    int markStep = 0;
+    int end = maxSteps;
+    for (int i = 0; i < end; ++i) {
+        // A step follows from the times alone: once they come back, whole rounds may be left out. That is so
+        // where curves that do not meet hold the walk at their ends, and in the last places.
+        if (t == mark.t1 && u == mark.t2) {
+            end = i + (end - i) % (i - markStep);
+            if (i == end)
+                break;
+        }
+        if ((i & (i - 1)) == 0) {
+            mark = { t, u };
+            markStep = i;
+        }
+        vxPoint place1, place2, d1, d2;
+        first.evaluate(t, place1, d1);
+        second.evaluate(u, place2, d2);
+        const vxPoint d = place1.subtract(place2);
         if (d.getLength() < 1e-11)
             break;
-        const vxPoint d1 = velocityAt(c1, t);
-        const vxPoint d2 = velocityAt(c2, u);
         const double det = d1.cross(d2);
         if (det == 0)
             break;
@@ -50,6 +68,8 @@ bool refine(const Cubic &c1, const Cubic &c2, double &t, double &u)
     return pointAt(c1, t).isClose(pointAt(c2, u), meetingDistance);
 }
 
+struct Halves;
+
 /** A part of a curve, with what each meeting of it asks computed when it is first asked. */
 class Part
 {
@@ -57,6 +77,7 @@ public:
     const Cubic values;
     const double from, to;
     const Box box;
+    Halves *halves = nullptr; ///< set when they are first needed
 
     Part(const Cubic &c, double t0, double t1) : values(c), from(t0), to(t1), box(hullBox(c)) {}
     double middle() const { return (from + to) / 2; }
@@ -168,6 +189,38 @@ private:
     } m_bend;
 };
 
+/** The two halves of a part. */
+struct Halves {
+    Part front, back;
+
+    Halves(const Cubic &frontValues, const Cubic &backValues, const Part &whole)
+        : front(frontValues, whole.from, whole.middle()), back(backValues, whole.middle(), whole.to)
+    {
+    }
+};
+
+/** Owns the halves of parts, which meet many parts of the other curve each; they stay where they are. */
+class HalvesStore
+{
+public:
+    Halves *halve(const Part &part)
+    {
+        if (m_blocks.empty() || m_blocks.back().size() == blockSize) {
+            m_blocks.emplace_back();
+            m_blocks.back().reserve(blockSize);
+        }
+        Cubic front;
+        Cubic back;
+        split(part.values, 0.5, front, back);
+        return &m_blocks.back().emplace_back(front, back, part);
+    }
+
+private:
+    static constexpr size_t blockSize = 16;
+
+    std::vector<std::vector<Halves>> m_blocks; ///< never grown beyond what was reserved
+};
+
 class Halving
 {
 public:
@@ -196,14 +249,12 @@ private:
             report(a.middle(), b.middle());
             return;
         }
-        Cubic halves[2];
         const bool halvesFirst = !a.isFlat() && (b.isFlat() || a.width() >= b.width());
-        const Part &halved = halvesFirst ? a : b;
-        subdivide(halved.values, 0.5, halves[0], halves[1]);
-        Part front(halves[0], halved.from, halved.middle());
-        visit(halvesFirst ? front : a, halvesFirst ? b : front, depth + 1);
-        Part back(halves[1], halved.middle(), halved.to);
-        visit(halvesFirst ? back : a, halvesFirst ? b : back, depth + 1);
+        Part &halved = halvesFirst ? a : b;
+        if (!halved.halves)
+            halved.halves = m_halves.halve(halved);
+        for (Part *half : { &halved.halves->front, &halved.halves->back })
+            visit(halvesFirst ? *half : a, halvesFirst ? b : *half, depth + 1);
     }
 
     void report(double t, double u)
@@ -231,6 +282,7 @@ private:
 
     const Cubic &m_c1;
     const Cubic &m_c2;
+    HalvesStore m_halves;
     std::vector<TimePair> m_found; ///< sorted by the first time
     int m_visits = 0;
 };

@@ -51,6 +51,7 @@ public:
                    all[k - 1].onSecond.isClose(all[k].onSecond, rowDistance);
         };
         std::vector<TimePair> places;
+        places.reserve(std::min(all.size(), size_t(9)));
         bool follows = false;
         for (size_t k = 0; k < all.size(); ++k) {
             const bool isFollowed = followsClosely(k + 1);
@@ -73,6 +74,7 @@ private:
             return std::tie(p.t1, p.t2) < std::tie(q.t1, q.t2);
         });
         std::vector<Meeting> all;
+        all.reserve(pairs.size());
         for (const TimePair &pair : pairs) {
             const Meeting meeting{ pair, m_first.point(pair.t1), m_second.point(pair.t2) };
             if (isPlace(meeting))
@@ -106,12 +108,13 @@ private:
     double m_speed;
 };
 
-/** Clipping for so many calls; cut short where those do not do. */
-TimePairs clipFor(int calls, const Cubic &a, const Cubic &b)
+/** Clipping for so many calls; cut short where those do not do. allOrNone: as ClipRange has it. */
+TimePairs clipFor(int calls, bool allOrNone, const Cubic &a, const Cubic &b)
 {
     // With room for rounding: a meeting that is found needlessly does no harm here, one that is lost does.
     ClipRange range;
     range.slack = 1e-10;
+    range.allOrNone = allOrNone;
     TimePairs found;
     clipCurves(a, b, range, greatestCalls - calls, found);
     return found;
@@ -121,7 +124,7 @@ TimePairs clipFor(int calls, const Cubic &a, const Cubic &b)
 
 std::vector<TimePair> placesWhereMeet(const Cubic &a, const Cubic &b)
 {
-    const TimePairs clipped = clipFor(usualCalls, a, b);
+    const TimePairs clipped = clipFor(usualCalls, true, a, b);
     if (clipped.count() == 0 && !clipped.isCutShort())
         return {};
     const Meetings meetings(a, b);
@@ -130,7 +133,7 @@ std::vector<TimePair> placesWhereMeet(const Cubic &a, const Cubic &b)
     const TimePairs halved = meetByHalving(a, b);
     std::vector<TimePair> places = meetings.placesOf(halved);
     if (halved.isCutShort()) {
-        const std::vector<TimePair> more = meetings.placesOf(clipFor(greatestCalls, a, b));
+        const std::vector<TimePair> more = meetings.placesOf(clipFor(greatestCalls, false, a, b));
         places.insert(places.end(), more.begin(), more.end());
     }
     return places;

@@ -70,14 +70,31 @@ public:
 
     /**
      * Asks enters(run) about the contours found, and about the parts of every run that it says yes to; calls
-     * visit(piece) for all pieces of the smallest of these. No particular order.
+     * visit(piece) for all pieces of the smallest of these, contour by contour in their order.
      */
     template <typename Enters, typename Visit>
     void walk(const std::vector<int> &contours, Enters &&enters, Visit &&visit) const
     {
+        // A run of 4^k pieces has k levels, of which each but the last leaves fanOut - 1 runs for later.
+        const Run *pending[16 * fanOut];
         for (int i : contours) {
+            const Run **last = pending;
             if (enters(m_runs[size_t(i)]))
-                walkRun(m_runs[size_t(i)], enters, visit);
+                *last++ = &m_runs[size_t(i)];
+            while (last != pending) {
+                const Run &run = **--last;
+                if (run.childCount == 0) {
+                    for (int piece = run.first; piece <= run.last; ++piece)
+                        visit(piece);
+                    continue;
+                }
+                // The first one is to be walked first.
+                const Run *first = &m_runs[size_t(run.child)];
+                for (const Run *part = first + run.childCount; part-- != first;) {
+                    if (enters(*part))
+                        *last++ = part;
+                }
+            }
         }
     }
 
@@ -89,26 +106,29 @@ public:
     void visitPairs(double slack, Visit &&visit) const
     {
         std::vector<int> contours;
+        contours.reserve(std::min(size_t(m_rootCount), scanned));
         std::vector<int> near;
         near.reserve(32);
         for (const Run &run : m_runs) {
             if (run.childCount != 0)
                 continue;
             // Twice the slack, so that no rounding leaves out what is compared below.
-            const Box reach{ run.box.minX - 2 * slack, run.box.minY - 2 * slack, run.box.maxX + 2 * slack,
-                             run.box.maxY + 2 * slack };
+            const Box reach = widened(run.box, 2 * slack);
             findContours(reach, 0, contours);
             near.clear();
             walk(
                 contours,
-                [&](const Run &other) { return other.last > run.first && areClose(other.box, reach, 0); },
+                [&](const Run &other) { return other.last > run.first && areClose(other.box, reach); },
                 [&](int piece) {
-                    if (piece > run.first && areClose(m_boxes[size_t(piece)], reach, 0))
+                    if (piece > run.first && areClose(m_boxes[size_t(piece)], reach))
                         near.push_back(piece);
                 });
             for (int i = run.first; i <= run.last; ++i) {
+                const Box box = m_boxes[size_t(i)];
+                const Box wide = widened(box, 2 * slack);
                 for (int j : near) {
-                    if (j > i && areClose(m_boxes[size_t(i)], m_boxes[size_t(j)], slack))
+                    if (j > i && areClose(wide, m_boxes[size_t(j)]) &&
+                        areClose(box, m_boxes[size_t(j)], slack))
                         visit(i, j);
                 }
             }
@@ -121,25 +141,18 @@ private:
     /** Parts that a run is split into, and pieces of a run that is not split. */
     static constexpr int fanOut = 4;
 
+    static Box widened(const Box &box, double slack)
+    {
+        return { box.minX - slack, box.minY - slack, box.maxX + slack, box.maxY + slack };
+    }
+    static bool areClose(const Box &a, const Box &b)
+    {
+        return !(b.maxX < a.minX || a.maxX < b.minX || b.maxY < a.minY || a.maxY < b.minY);
+    }
     static bool areClose(const Box &a, const Box &b, double slack)
     {
         return !(b.maxX + slack < a.minX || a.maxX + slack < b.minX || b.maxY + slack < a.minY ||
                  a.maxY + slack < b.minY);
-    }
-
-    template <typename Enters, typename Visit>
-    void walkRun(const Run &run, Enters &enters, Visit &visit) const
-    {
-        if (run.childCount == 0) {
-            for (int i = run.first; i <= run.last; ++i)
-                visit(i);
-            return;
-        }
-        for (const Run *part = &m_runs[size_t(run.child)], *end = part + run.childCount; part != end;
-             ++part) {
-            if (enters(*part))
-                walkRun(*part, enters, visit);
-        }
     }
 
     void split(int index)

@@ -58,7 +58,10 @@ using PartPair = std::array<Part, 2>;
 class Clipper
 {
 public:
-    Clipper(double slack, int calls, TimePairs &found) : m_slack(slack), m_calls(calls), m_found(found) {}
+    Clipper(const ClipRange &range, int calls, TimePairs &found)
+        : m_slack(range.slack), m_allOrNone(range.allOrNone), m_calls(calls), m_found(found)
+    {
+    }
 
     int calls() const { return m_calls; }
     /** Tells the list of meetings where one may have been lost to rounding: away from all that were found. */
@@ -71,6 +74,7 @@ private:
     bool isLoss(const Part &clipped, const Part &line) const;
 
     double m_slack;
+    bool m_allOrNone;
     int m_calls;
     TimePairs &m_found;
     TimePairs m_lost;
@@ -239,6 +243,8 @@ void Clipper::clip(PartPair &pair, size_t clipped, int recursion)
     for (;; std::swap(part, line), ++recursion) {
         if (recursion + 1 >= maxRecursion || ++m_calls > maxCalls) {
             m_found.cutShort();
+            if (m_allOrNone)
+                m_calls = maxCalls; // no further call gets beyond this
             return;
         }
         double from;
@@ -333,7 +339,7 @@ int clipCurves(const Cubic &c1, const Cubic &c2, const ClipRange &range, int cal
     PartPair pair{ Part{ c1, range.tMin, range.tMax }, Part{ c2, range.uMin, range.uMax } };
     if (range.flip)
         std::swap(pair[0], pair[1]);
-    Clipper clipper(range.slack, calls, found);
+    Clipper clipper(range, calls, found);
     clipper.clip(pair, range.flip ? 1 : 0, range.recursion);
     clipper.finish();
     return clipper.calls();

@@ -67,15 +67,6 @@ PreparedCurve::PreparedCurve(const Cubic &c, const Box &itsBox)
     straight = !bent && isStraight(c);
 }
 
-Box hullBox(const Cubic &c)
-{
-    const double *v = c.v;
-    return { std::min(std::min(v[0], v[2]), std::min(v[4], v[6])),
-             std::min(std::min(v[1], v[3]), std::min(v[5], v[7])),
-             std::max(std::max(v[0], v[2]), std::max(v[4], v[6])),
-             std::max(std::max(v[1], v[3]), std::max(v[5], v[7])) };
-}
-
 vxPoint linePoint(const Cubic &line1, const Cubic &line2)
 {
     return vxLine::intersect(line1.v[0], line1.v[1], line1.v[6], line1.v[7], line2.v[0], line2.v[1],

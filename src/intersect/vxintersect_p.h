@@ -3,6 +3,7 @@
 #include "vxcubic_p.h"
 #include "vxtolerance.h"
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -46,7 +47,14 @@ struct PreparedCurve {
 };
 
 /** Box of the control points. */
-Box hullBox(const Cubic &c);
+inline Box hullBox(const Cubic &c)
+{
+    const double *v = c.v;
+    return { std::min(std::min(v[0], v[2]), std::min(v[4], v[6])),
+             std::min(std::min(v[1], v[3]), std::min(v[5], v[7])),
+             std::max(std::max(v[0], v[2]), std::max(v[4], v[6])),
+             std::max(std::max(v[1], v[3]), std::max(v[5], v[7])) };
+}
 /** Whether the boxes come within closeDistance of each other; false with NaN. */
 inline bool boxesMeet(const Box &a, const Box &b)
 {
@@ -134,6 +142,8 @@ struct ClipRange {
     int recursion = 0;
     /** Widens the fat line on both sides, against rounding where the curves are a few last places wide. */
     double slack = 0;
+    /** Ends the search once it is cut short: what it has found by then is of no use. */
+    bool allOrNone = false;
 };
 
 /**

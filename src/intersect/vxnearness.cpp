@@ -40,17 +40,20 @@ bool isFarFromHull(const Cubic &c, const vxPoint &p, double distance)
  * Moves a time to that of the place nearest to a point: Newton on (B(t) - p) . B'(t) = 0, with B'' left out,
  * which converges wherever the curve is no sharp bend. Returns how far the place is off.
  */
-inline double settle(const Cubic &c, const vxPoint &point, double &t)
+inline double settle(const SteppedCurve &c, const vxPoint &point, double &t)
 {
     constexpr int rounds = 4;
-    vxPoint place = placeAt(c, t);
+    vxPoint place, d1;
+    c.evaluate(t, place, d1);
     for (int i = 0; i < rounds; ++i) {
-        const vxPoint d1 = velocityAt(c, t);
         const double step = place.subtract(point).dot(d1) / d1.dot(d1);
         if (!std::isfinite(step) || std::fabs(step) < 1e-15)
             break;
-        t = std::clamp(t - step, 0.0, 1.0);
-        place = placeAt(c, t);
+        const double next = std::clamp(t - step, 0.0, 1.0);
+        if (next == t)
+            break; // held at an end: all rounds come to the same
+        t = next;
+        c.evaluate(t, place, d1);
     }
     return place.getDistance(point);
 }
@@ -83,8 +86,9 @@ double timeNear(const Cubic &c, const vxPoint &point, double &distance)
     if (isFarFromHull(c, point, distance))
         return noTime;
     double best = noTime;
+    const SteppedCurve curve(c);
     const auto tryFrom = [&](double t) {
-        const double d = settle(c, point, t);
+        const double d = settle(curve, point, t);
         if (d <= distance) {
             distance = d;
             best = t;
@@ -113,8 +117,9 @@ bool comesNear(const Cubic &c, const vxPoint &point, double &distance)
 {
     if (isFarFromHull(c, point, distance))
         return false;
+    const SteppedCurve curve(c);
     return offerTimes(c, point, [&](double t) {
-        const double d = settle(c, point, t);
+        const double d = settle(curve, point, t);
         if (!(d <= distance))
             return false;
         distance = d;

@@ -26,6 +26,35 @@ inline vxPoint velocityAt(const Cubic &c, double t)
                    a * (c.v[3] - c.v[1]) + b * (c.v[5] - c.v[3]) + d * (c.v[7] - c.v[5]));
 }
 
+/**
+ * A curve for Newton's steps: placeAt() and velocityAt() at one time, to the last bit, with what they share
+ * and what all times share computed once.
+ */
+class SteppedCurve
+{
+public:
+    explicit SteppedCurve(const Cubic &c) : m_curve(c)
+    {
+        for (int i = 0; i < 6; ++i)
+            m_steps[i] = c.v[i + 2] - c.v[i];
+    }
+
+    void evaluate(double t, vxPoint &place, vxPoint &velocity) const
+    {
+        const double *v = m_curve.v;
+        const double *s = m_steps;
+        const double u = 1 - t;
+        const double f = 3 * u * u, g = 6 * u * t, h = 3 * t * t;
+        velocity = vxPoint(f * s[0] + g * s[2] + h * s[4], f * s[1] + g * s[3] + h * s[5]);
+        const double a = u * u * u, b = f * t, d = 3 * u * t * t, e = t * t * t;
+        place = vxPoint(a * v[0] + b * v[2] + d * v[4] + e * v[6], a * v[1] + b * v[3] + d * v[5] + e * v[7]);
+    }
+
+private:
+    const Cubic &m_curve;
+    double m_steps[6];
+};
+
 /** Bound of |B'(t)|. */
 inline double greatestSpeed(const Cubic &c)
 {

@@ -1,5 +1,6 @@
 #include "support/shapes.h"
 
+#include "vxarrangement_p.h"
 #include "vxarrangementview.h"
 #include "vxcubic_p.h"
 #include "vxruntree_p.h"
@@ -87,6 +88,34 @@ TEST(Arrangement, knows_what_is_filled_on_both_sides)
     for (int i = 0; i < 20; ++i)
         told += expectSides(comb, scatter(random, 1), false);
     EXPECT_GT(told, 3000);
+}
+
+TEST(Arrangement, tells_from_bounds_what_it_would_tell_from_the_area_that_was_moved)
+{
+    const std::string outline = shapes::ellipse(100, 100, 90, 60) + " " + shapes::rectangle(300, 40, 80, 50);
+    for (double off : { 0.0, 1e-12, 3e-10, 1e-8, 1e-6 }) {
+        const auto a = read(outline);
+        const auto b =
+            read(shapes::ellipse(100 + off, 100, 90, 60) + " " + shapes::rectangle(300, 40, 80, 50));
+        const auto unite = vx::SetOperation::Unite;
+        const auto movedAtMost = [&](double area) {
+            vx::Arrangement asked({ a.get(), b.get() });
+            asked.solve(unite);
+            return asked.movedAtMost(area, unite);
+        };
+        // Once asked about an area that bounds leave open, it measures: here that is on the way.
+        vx::Arrangement measured({ a.get(), b.get() });
+        measured.solve(unite);
+        double less = 1e-40;
+        double moved = 1e6;
+        for (int i = 0; i < 60; ++i) {
+            const double area = std::sqrt(less * moved);
+            (measured.movedAtMost(area, unite) ? moved : less) = area;
+        }
+        EXPECT_LT(moved, 1e-3 + 1e3 * off);
+        for (double factor : { 1e-3, 0.5, 0.999, 1.001, 2.0, 1e3 })
+            EXPECT_EQ(movedAtMost(factor * moved), factor > 1) << off << ' ' << moved << ' ' << factor;
+    }
 }
 
 TEST(RunTree, finds_the_pairs_that_come_near)

@@ -333,3 +333,17 @@ TEST(Apart, chord_distances_are_signed_distances_to_the_bit)
         ASSERT_EQ(distance(p), vxLine::getSignedDistance(c.v[0], c.v[1], c.v[6], c.v[7], p.x, p.y));
     }
 }
+
+TEST(Apart, places_for_steps_are_those_of_single_times_to_the_bit)
+{
+    Curves curves(5);
+    for (int i = 0; i < 2000; ++i) {
+        curves.next();
+        const vx::Cubic c = curves.any();
+        const double t = curves.oneIn(4) ? i % 2 : curves.between(0, 1);
+        vxPoint place, velocity;
+        vx::SteppedCurve(c).evaluate(t, place, velocity);
+        ASSERT_EQ(place, vx::placeAt(c, t));
+        ASSERT_EQ(velocity, vx::velocityAt(c, t));
+    }
+}
