@@ -44,6 +44,8 @@ vxPoint vx::evaluate(const Cubic &c, double t, Evaluate what, bool normalized)
 {
     if (!(t >= 0 && t <= 1))
         return nowhere;
+    if (what == Evaluate::Point && (t == 0 || t == 1))
+        return t == 0 ? c.p0() : c.p3(); // as the polynomial has them
     const Polynomial p(c);
     if (what == Evaluate::Point)
         return p.point(t);

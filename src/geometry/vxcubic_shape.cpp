@@ -24,13 +24,25 @@ bool isWithin(double q, double min, double max)
     return q >= min && q <= max;
 }
 
+/**
+ * Whether a handle ends so far off the chord that no rounding brings it within closeDistance: of distances
+ * times the chord's length, at most the sum of its sides. Spares most curves the roots of isStraight().
+ */
+bool isBent(const vxPoint &start, const vxPoint &chord, const vxPoint &h1, const vxPoint &h2)
+{
+    const auto size = [](const vxPoint &p) { return std::fabs(p.x) + std::fabs(p.y); };
+    const double rounding = 1e-14 * (size(start) + size(chord) + size(h1) + size(h2));
+    const double least = (2 * closeDistance + rounding) * size(chord);
+    return std::fabs(h1.cross(chord)) > least || std::fabs(h2.cross(chord)) > least;
+}
+
 } // namespace
 
 bool vx::isStraight(const Cubic &c)
 {
     const vxPoint h1 = c.p1().subtract(c.p0());
     const vxPoint h2 = c.p2().subtract(c.p3());
-    return (h1.isZero() && h2.isZero()) || isStraight(vxLine(c.p0(), c.p3()), h1, h2);
+    return !isBent(c.p0(), c.p3().subtract(c.p0()), h1, h2) && isStraight(vxLine(c.p0(), c.p3()), h1, h2);
 }
 
 bool vx::isStraight(const vxLine &line, const vxPoint &h1, const vxPoint &h2)

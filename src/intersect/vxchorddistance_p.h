@@ -1,6 +1,6 @@
 #pragma once
 
-#include "vxcubic_p.h"
+#include "vxpair_p.h"
 
 #include <cmath>
 
@@ -44,6 +44,18 @@ public:
             for (int i = 0; i < count; ++i, p += 2)
                 distances[i] = ((p[0] - m_x) * m_dy - (p[1] - m_y) * m_dx) / m_length;
         }
+    }
+
+    /** Distances of two points, side by side: for the innermost loop. */
+    Pair measure(Pair p, Pair q) const
+    {
+        const Pair xs{ p[0], q[0] };
+        const Pair ys{ p[1], q[1] };
+        if (m_dx == 0)
+            return m_dy > 0 ? xs - m_x : m_x - xs;
+        if (m_dy == 0)
+            return m_dx < 0 ? ys - m_y : m_y - ys;
+        return ((xs - m_x) * m_dy - (ys - m_y) * m_dx) / m_length;
     }
 
 private:

@@ -2,6 +2,7 @@
 
 #include "vxchorddistance_p.h"
 #include "vxcubic_split_p.h"
+#include "vxpair_p.h"
 #include "vxtolerance.h"
 
 #include <algorithm>
@@ -24,21 +25,26 @@ constexpr double besideWidth = 1e-4;
 /** Of its range; a clip that leaves more than this removed too little, so one curve is halved instead. */
 constexpr double minProgress = 0.8;
 
-/** The fat line around a curve: distances from its chord that bound it. */
+/**
+ * The fat line around a curve: distances from its chord that bound it.
+ *
+ * On which side of a chord points lie is anybody's guess, and a wrong guess costs a processor more than the
+ * arithmetic does. Where it can, clipping therefore chooses by masks instead of branches.
+ */
 struct FatLine {
     ChordDistance distance;
-    double handles[2];
-    double dMin, dMax;
+    Pair handles;
+    /** The least distance, and the greatest with its sign changed. */
+    Pair bounds;
 
-    explicit FatLine(const Cubic &c) : distance(c)
+    explicit FatLine(const Cubic &c) : distance(c), handles(distance.measure(pairOf(c, 1), pairOf(c, 2)))
     {
-        distance.measure<2>(c.v + 2, handles);
         const double d1 = handles[0];
         const double d2 = handles[1];
+        const Pair reach{ std::min(d1, d2), -std::max(d1, d2) };
         // A cubic reaches at most 3/4 of its handles' distance when both lie on one side, 4/9 when on two.
-        const double factor = d1 * d2 > 0 ? 0.75 : 4.0 / 9;
-        dMin = factor * std::min(std::min(d1, d2), 0.0);
-        dMax = factor * std::max(std::max(d1, d2), 0.0);
+        const Pair factor = both(d1 * d2) > 0 ? both(0.75) : both(4.0 / 9);
+        bounds = factor * (reach > 0 ? both(0) : reach);
     }
     bool isFlat() const { return handles[0] == 0 && handles[1] == 0; }
 };
@@ -70,7 +76,7 @@ public:
     void clip(PartPair &pair, size_t clipped, int recursion);
 
 private:
-    void halve(PartPair &pair, size_t clipped, int recursion);
+    void clipFirstHalf(PartPair &pair, size_t clipped, int recursion);
     bool isLoss(const Part &clipped, const Part &line) const;
 
     double m_slack;
@@ -80,126 +86,79 @@ private:
     TimePairs m_lost;
 };
 
-enum class Chain { Top, Bottom };
-enum class From { Start, End };
+constexpr double third = 1.0 / 3;
+constexpr double twoThirds = 2.0 / 3;
 
-/** A walk along a chain: upwards to the threshold for the top chain, downwards for the bottom one. */
-template <Chain which>
-class Walk
+/** Time at which an edge of the hull reaches a threshold: its end does, its start does not. */
+inline double timeOnEdge(const HullPoint &p, const HullPoint &q, double threshold)
 {
-public:
-    Walk(const HullPoint &start, double threshold) : m_at(start), m_threshold(threshold) {}
-
-    /** Goes on to a point; true when the threshold was on the way. */
-    bool goTo(const HullPoint &q)
-    {
-        const HullPoint p = m_at;
-        m_at = q;
-        if (!(which == Chain::Top ? q.y >= m_threshold : q.y <= m_threshold))
-            return false;
-        if (q.y != m_threshold)
-            m_at.x = p.x + (m_threshold - p.y) * (q.x - p.x) / (q.y - p.y);
-        return true;
-    }
-    double time() const { return m_at.x; }
-
-private:
-    HullPoint m_at;
-    double m_threshold;
-};
-
-/** Time at which a chain, walked from its start, first reaches the threshold. NaN when it does not. */
-template <Chain which>
-double chainTime(const HullChain &chain, double threshold)
-{
-    if (chain.count == 0)
-        return nan;
-    Walk<which> walk(chain.points[0], threshold);
-    for (int i = 1; i < chain.count; ++i) {
-        if (walk.goTo(chain.points[i]))
-            return walk.time();
-    }
-    return nan;
+    return q.y == threshold ? q.x : p.x + (threshold - p.y) * (q.x - p.x) / (q.y - p.y);
 }
 
-/** The hull of the points (0, d0), (1/3, d1), (2/3, d2), (1, d3). */
+/** The hull of the points (0, d0), (1/3, d1), (2/3, d2), (1, d3): which inner points lie on which chain. */
 class Hull
 {
 public:
-    explicit Hull(const double distances[4]) : d(distances)
+    /** Of ends (d0, d3) and inner points (d1, d2); turned: all with the opposite sign. */
+    Hull(Pair ends, Pair inner, bool turned)
     {
         // Heights of the inner points over the chord from first to last.
-        const double dist1 = d[1] - (2 * d[0] + d[3]) / 3;
-        const double dist2 = d[2] - (d[0] + 2 * d[3]) / 3;
-        // The first inner point's side; the second's where the first has no height.
-        m_main = dist1 < 0 || (dist1 == 0 && dist2 < 0) ? Chain::Bottom : Chain::Top;
-        m_hasFirst = m_hasSecond = true;
-        m_parted = dist1 * dist2 < 0;
-        if (!m_parted) {
-            // One inner point may lie within the triangle of the other three. Both heights have one sign
-            // here, but a height of 0 has none to rely on: without fabs -1/0 would drop the point that
-            // reaches farthest, and with it the meeting. 0/0 is NaN: both are kept.
-            const double ratio = std::fabs(dist1 / dist2);
-            m_hasFirst = !(ratio <= 0.5);
-            m_hasSecond = !(ratio >= 2);
+        const Pair heights = inner - (2 * ends + swapped(ends)) / 3;
+        const double height1 = heights[0];
+        const double height2 = heights[1];
+        const double size1 = std::fabs(height1);
+        const double size2 = std::fabs(height2);
+        m_firstOnTop = height1 > 0;
+        if (!(height1 > 0 || height1 < 0)) {
+            // It is on the second's side then; if that has no height either, on top before turning.
+            m_firstOnTop = turned ? height1 == 0 && height2 > 0 : !(height1 == 0 && height2 < 0);
         }
+        m_parted = height1 * height2 < 0;
+        // One inner point may lie within the triangle of the other three. Sizes, since a height of 0 has no
+        // sign to rely on: -1/0 would drop the point that reaches farthest, and with it the meeting. 0/0 is
+        // NaN: both stay.
+        const double ratio = size1 / size2;
+        m_hasFirst = m_parted | !(ratio <= 0.5);
+        m_hasSecond = m_parted | !(ratio >= 2);
     }
 
-    HullChain chain(Chain which) const
-    {
-        HullChain chain;
-        chain.append(0, d[0]);
-        if (hasFirst(which))
-            chain.append(third, d[1]);
-        if (hasSecond(which))
-            chain.append(twoThirds, d[2]);
-        chain.append(1, d[3]);
-        return chain;
-    }
-
-    /** Time at which the hull, entered from one of its ends, reaches [dMin, dMax]; NaN when it does not. */
-    template <From from>
-    double timeWithin(double dMin, double dMax) const
-    {
-        const double end = d[from == From::Start ? 0 : 3];
-        if (dMin > end)
-            return timeAt<Chain::Top, from>(dMin);
-        if (end > dMax)
-            return timeAt<Chain::Bottom, from>(dMax);
-        return from == From::Start ? 0 : 1;
-    }
+    bool hasFirst(bool onTop) const { return (onTop == m_firstOnTop) & m_hasFirst; }
+    bool hasSecond(bool onTop) const { return ((onTop == m_firstOnTop) != m_parted) & m_hasSecond; }
 
 private:
-    static constexpr double third = 1.0 / 3;
-    static constexpr double twoThirds = 2.0 / 3;
-
-    bool hasFirst(Chain which) const { return which == m_main && m_hasFirst; }
-    bool hasSecond(Chain which) const { return (which == m_main) != m_parted && m_hasSecond; }
-
-    /** chainTime() from either end, without the chain. */
-    template <Chain which, From from>
-    double timeAt(double threshold) const
-    {
-        if (from == From::Start) {
-            Walk<which> walk({ 0, d[0] }, threshold);
-            const bool reached = (hasFirst(which) && walk.goTo({ third, d[1] })) ||
-                                 (hasSecond(which) && walk.goTo({ twoThirds, d[2] })) ||
-                                 walk.goTo({ 1, d[3] });
-            return reached ? walk.time() : nan;
-        }
-        Walk<which> walk({ 1, d[3] }, threshold);
-        const bool reached = (hasSecond(which) && walk.goTo({ twoThirds, d[2] })) ||
-                             (hasFirst(which) && walk.goTo({ third, d[1] })) || walk.goTo({ 0, d[0] });
-        return reached ? walk.time() : nan;
-    }
-
-    const double *d;
     /** The chain of the first inner point; the second lies on the other one where they are parted. */
-    Chain m_main;
+    bool m_firstOnTop;
     bool m_parted;
     /** Points within the hull are left out. */
     bool m_hasFirst, m_hasSecond;
 };
+
+/** A point on the way along a chain. */
+struct Stop {
+    HullPoint point;
+    /** Points within the hull are passed by. */
+    bool isOnChain;
+    /** Whether the threshold is reached there. */
+    bool isBeyond;
+};
+
+/** Time at which a chain from a start short of the threshold first reaches it; NaN when it does not. */
+inline double timeOnChain(const HullPoint &start, const Stop &near, const Stop &far, const Stop &end,
+                          double threshold)
+{
+    HullPoint last = start;
+    if (near.isOnChain) {
+        if (near.isBeyond)
+            return timeOnEdge(start, near.point, threshold);
+        last = near.point;
+    }
+    if (far.isOnChain) {
+        if (far.isBeyond)
+            return timeOnEdge(last, far.point, threshold);
+        last = far.point;
+    }
+    return end.isBeyond ? timeOnEdge(last, end.point, threshold) : nan;
+}
 
 /**
  * Clips c1 to the fat line of c2; false when none of it lies inside. The part's times go to tMin and tMax.
@@ -207,27 +166,51 @@ private:
 bool clipToFatLine(const Cubic &c1, const Cubic &c2, double slack, double &tMin, double &tMax)
 {
     const FatLine line(c2);
-    double d[4];
-    line.distance.measure<4>(c1.v, d);
-    const double d0 = d[0], d1 = d[1], d2 = d[2], d3 = d[3];
-    const double dMin = line.dMin - slack;
-    const double dMax = line.dMax + slack;
-    // Most clips of curves that do not meet end here; the hull would say the same.
-    if ((d0 < dMin && d1 < dMin && d2 < dMin && d3 < dMin) ||
-        (d0 > dMax && d1 > dMax && d2 > dMax && d3 > dMax))
-        return false;
+    Pair ends = line.distance.measure(pairOf(c1, 0), pairOf(c1, 3));
+    Pair inner = line.distance.measure(pairOf(c1, 1), pairOf(c1, 2));
+    Pair bounds = line.bounds - slack;
+    const PairMask startsAbove = both(-ends[0]) < both(bounds[1]);
+    const bool turned = -ends[0] < bounds[1];
+    const bool startsOutside = (ends[0] < bounds[0]) | turned;
+    const bool endsOutside = (ends[1] < bounds[0]) | (-ends[1] < bounds[1]);
     tMin = 0;
     tMax = 1;
-    const auto isInside = [dMin, dMax](double d) { return d >= dMin && d <= dMax; };
     // Nothing to clip off at either end, unless both are on one line: that is an overlap's business.
-    if (isInside(d0) && isInside(d3))
-        return !(line.isFlat() && d0 == 0 && d1 == 0 && d2 == 0 && d3 == 0);
-    const Hull hull(d);
-    tMin = hull.timeWithin<From::Start>(dMin, dMax);
-    if (std::isnan(tMin))
+    if (!(startsOutside | endsOutside))
+        return !(line.isFlat() && ends[0] == 0 && inner[0] == 0 && inner[1] == 0 && ends[1] == 0);
+
+    // Where c1 starts above the line all is turned upside down, so that it never does. Times come out the
+    // same: they are ratios of differences of distances.
+    bounds = startsAbove ? swapped(bounds) : bounds;
+    ends = negatedWhere(startsAbove, ends);
+    inner = negatedWhere(startsAbove, inner);
+    const double dMin = bounds[0];
+    const double dMax = -bounds[1];
+    const double d0 = ends[0], d1 = inner[0], d2 = inner[1], d3 = ends[1];
+    const bool reached1 = d1 >= dMin;
+    const bool reached2 = d2 >= dMin;
+    const bool reached3 = d3 >= dMin;
+    // Most clips of curves that do not meet end here; the hull would say the same.
+    if (startsOutside & !(reached1 | reached2 | reached3))
         return false;
-    tMax = hull.timeWithin<From::End>(dMin, dMax);
-    return !std::isnan(tMax);
+    const Hull hull(ends, inner, turned);
+    const HullPoint p0{ 0, d0 };
+    const HullPoint p1{ third, d1 };
+    const HullPoint p2{ twoThirds, d2 };
+    const HullPoint p3{ 1, d3 };
+    if (startsOutside) {
+        tMin = timeOnChain(p0, { p1, hull.hasFirst(true), reached1 }, { p2, hull.hasSecond(true), reached2 },
+                           { p3, true, reached3 }, dMin);
+    }
+    if (endsOutside) {
+        const bool endsBelow = !reached3;
+        const double threshold = endsBelow ? dMin : dMax;
+        const auto isBeyond = [=](double d) { return endsBelow ? d >= dMin : d <= dMax; };
+        tMax = timeOnChain(p3, { p2, hull.hasSecond(endsBelow), isBeyond(d2) },
+                           { p1, hull.hasFirst(endsBelow), isBeyond(d1) }, { p0, true, isBeyond(d0) },
+                           threshold);
+    }
+    return !(std::isnan(tMin) | std::isnan(tMax));
 }
 
 void append(const PartPair &pair, TimePairs &list)
@@ -262,25 +245,27 @@ void Clipper::clip(PartPair &pair, size_t clipped, int recursion)
             return;
         }
         part->curve = partOf(part->curve, from, to);
-        if (to - from > minProgress) {
-            halve(pair, size_t(part - pair.data()), recursion);
-            return;
-        }
+        if (to - from > minProgress)
+            clipFirstHalf(pair, size_t(part - pair.data()), recursion);
     }
 }
 
-/** Halves the part of the longer range; where they are equal, that which was not clipped. */
-void Clipper::halve(PartPair &pair, size_t clipped, int recursion)
+/**
+ * Halves the part of the longer range; where they are equal, that which was not clipped. Deals with the first
+ * half, beginning with the one that was not clipped; the second is left in the pair.
+ */
+void Clipper::clipFirstHalf(PartPair &pair, size_t clipped, int recursion)
 {
     const size_t next = 1 - clipped;
     const size_t longer = pair[clipped].width() > pair[next].width() ? clipped : next;
-    PartPair firstHalf = pair;
+    PartPair firstHalf;
+    firstHalf[1 - longer] = pair[1 - longer];
     Part &first = firstHalf[longer];
     Part &second = pair[longer];
-    subdivide(second.curve, 0.5, first.curve, second.curve);
+    split(second.curve, 0.5, first.curve, second.curve);
+    first.min = second.min;
     first.max = second.min = second.middle();
     clip(firstHalf, next, recursion + 1);
-    clip(pair, next, recursion + 1);
 }
 
 bool Clipper::isLoss(const Part &clipped, const Part &line) const
@@ -312,10 +297,17 @@ void Clipper::finish()
 
 void distanceHull(double d0, double d1, double d2, double d3, HullChain &top, HullChain &bottom)
 {
-    const double d[] = { d0, d1, d2, d3 };
-    const Hull hull(d);
-    top = hull.chain(Chain::Top);
-    bottom = hull.chain(Chain::Bottom);
+    const Hull hull(Pair{ d0, d3 }, Pair{ d1, d2 }, false);
+    for (const bool onTop : { true, false }) {
+        HullChain &chain = onTop ? top : bottom;
+        chain.count = 0;
+        chain.append(0, d0);
+        if (hull.hasFirst(onTop))
+            chain.append(third, d1);
+        if (hull.hasSecond(onTop))
+            chain.append(twoThirds, d2);
+        chain.append(1, d3);
+    }
 }
 
 double clipHull(const HullChain &top, const HullChain &bottom, double dMin, double dMax)
@@ -323,15 +315,20 @@ double clipHull(const HullChain &top, const HullChain &bottom, double dMin, doub
     if (top.count == 0 || bottom.count == 0)
         return nan;
     if (dMin > top.points[0].y)
-        return chainTime<Chain::Top>(top, dMin);
+        return clipHullChain(top, true, dMin);
     if (bottom.points[0].y > dMax)
-        return chainTime<Chain::Bottom>(bottom, dMax);
+        return clipHullChain(bottom, false, dMax);
     return top.points[0].x;
 }
 
 double clipHullChain(const HullChain &chain, bool top, double threshold)
 {
-    return top ? chainTime<Chain::Top>(chain, threshold) : chainTime<Chain::Bottom>(chain, threshold);
+    for (int i = 1; i < chain.count; ++i) {
+        const HullPoint &q = chain.points[i];
+        if (top ? q.y >= threshold : q.y <= threshold)
+            return timeOnEdge(chain.points[i - 1], q, threshold);
+    }
+    return nan;
 }
 
 int clipCurves(const Cubic &c1, const Cubic &c2, const ClipRange &range, int calls, TimePairs &found)

@@ -18,9 +18,9 @@ constexpr double nearMissDistance = 5 * closeDistance;
 const vxPoint unknownPoint(qQNaN(), qQNaN());
 
 /** The values that a time found on values counts on: the whole curve's, where the curve has any. */
-Cubic wholeValues(vxCurve *curve, const PreparedCurve &values)
+Cubic wholeValues(vxCurve *curve, const Cubic &values)
 {
-    return curve && curve->segment1() && curve->segment2() ? curve->_cubic() : values.values;
+    return curve && curve->segment1() && curve->segment2() ? curve->_cubic() : values;
 }
 
 bool within(double t, bool skipStart, bool skipEnd)
@@ -145,14 +145,14 @@ int CurvePair::addCurves(const ClipRange &range, int calls)
     if (!anyAccepted)
         return calls;
     // Clipping counts times on the curves themselves, whatever part it was given.
-    const PreparedCurve whole1(wholeValues(m_curve1, m_values1));
-    const PreparedCurve whole2(wholeValues(m_curve2, m_values2));
-    vxCurve *curve1 = range.flip ? m_curve2 : m_curve1;
-    vxCurve *curve2 = range.flip ? m_curve1 : m_curve2;
-    CurvePair pair(range.flip ? whole2 : whole1, range.flip ? whole1 : whole2, curve1, curve2, m_locations,
-                   m_param);
-    for (int i = 0; i < found.count(); ++i)
-        pair.addLocation(found[i].t1, unknownPoint, found[i].t2, unknownPoint, false);
+    const Cubic whole1 = wholeValues(m_curve1, m_values1.values);
+    const Cubic whole2 = wholeValues(m_curve2, m_values2.values);
+    const Side side1{ m_curve1, whole1 };
+    const Side side2{ m_curve2, whole2 };
+    for (int i = 0; i < found.count(); ++i) {
+        addLocation(range.flip ? side2 : side1, found[i].t1, unknownPoint, range.flip ? side1 : side2,
+                    found[i].t2, unknownPoint, false);
+    }
     return calls;
 }
 
@@ -184,30 +184,36 @@ bool CurvePair::acceptTimes(double t1, double t2, bool overlap) const
 
 void CurvePair::addLocation(double t1, const vxPoint &p1, double t2, const vxPoint &p2, bool overlap)
 {
+    addLocation({ m_curve1, m_values1.values }, t1, p1, { m_curve2, m_values2.values }, t2, p2, overlap);
+}
+
+void CurvePair::addLocation(const Side &side1, double t1, const vxPoint &p1, const Side &side2, double t2,
+                            const vxPoint &p2, bool overlap)
+{
     if (t1 == noTime)
-        t1 = timeOf(m_values1.values, p1);
+        t1 = timeOf(side1.values, p1);
     if (t1 != noTime && t2 == noTime)
-        t2 = timeOf(m_values2.values, p2);
+        t2 = timeOf(side2.values, p2);
     if (!acceptTimes(t1, t2, overlap)) // nor is noTime within a curve
         return;
-    Cubic values1 = m_values1.values;
-    Cubic values2 = m_values2.values;
     if (m_param.renormalize) {
         // Times on the two halves of one curve become times on that curve, and so do the points to be
         // computed.
         const double s = m_param.renormalizeTime;
         t1 *= s;
         t2 = s + (1 - s) * t2;
-        values1 = wholeValues(m_curve1, m_values1);
-        values2 = wholeValues(m_curve2, m_values2);
     }
-    auto *loc1 = vxMake(m_param.batch, m_curve1, t1, p1.isNaN() ? pointAt(values1, t1) : p1, overlap, 0);
-    auto *loc2 = vxMake(m_param.batch, m_curve2, t2, p2.isNaN() ? pointAt(values2, t2) : p2, overlap, 0);
+    const auto pointOn = [this](const Side &side, double t) {
+        return m_param.renormalize ? pointAt(wholeValues(side.curve, side.values), t)
+                                   : pointAt(side.values, t);
+    };
+    auto *loc1 = vxMake(m_param.batch, side1.curve, t1, p1.isNaN() ? pointOn(side1, t1) : p1, overlap, 0);
+    auto *loc2 = vxMake(m_param.batch, side2.curve, t2, p2.isNaN() ? pointOn(side2, t2) : p2, overlap, 0);
     loc1->intersection = loc2;
     loc2->intersection = loc1;
 
-    const bool samePath = m_curve1 && m_curve2 && m_curve1->path() == m_curve2->path();
-    vxCurveLocation *loc = samePath && m_curve1->index() > m_curve2->index() ? loc2 : loc1;
+    const bool samePath = side1.curve && side2.curve && side1.curve->path() == side2.curve->path();
+    vxCurveLocation *loc = samePath && side1.curve->index() > side2.curve->index() ? loc2 : loc1;
     if ((m_param.include && !m_param.include(loc)) ||
         vxCurveLocation::insert(m_locations, loc, true) != loc) {
         loc1->release();

@@ -6,9 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 #include <limits>
-#include <utility>
 
 using namespace vxTolerance;
 
@@ -150,17 +148,22 @@ bool havePositions(const std::vector<Entry> &entries)
 }
 
 /** What inserting partners one by one into a list that is in order comes to: each behind its equals. */
-std::vector<Entry> merge(const std::vector<Entry> &own, std::vector<Entry> partners)
+void merge(const std::vector<Entry> &own, std::vector<Entry> &partners, vxCurveLocation **places)
 {
     std::stable_sort(partners.begin(), partners.end());
-    std::vector<Entry> merged;
-    merged.reserve(own.size() + partners.size());
-    std::merge(own.begin(), own.end(), partners.begin(), partners.end(), std::back_inserter(merged));
-    return merged;
+    auto partner = partners.cbegin();
+    for (const Entry &entry : own) {
+        for (; partner != partners.cend() && *partner < entry; ++partner)
+            *places++ = partner->location;
+        *places++ = entry.location;
+    }
+    for (; partner != partners.cend(); ++partner)
+        *places++ = partner->location;
 }
 
 /** Where the list is out of order or a position is unknown, places in it are what bisection says. */
-std::vector<Entry> insertOneByOne(const std::vector<Entry> &own, const std::vector<Entry> &partners)
+void insertOneByOne(const std::vector<Entry> &own, const std::vector<Entry> &partners,
+                    vxCurveLocation **places)
 {
     std::vector<const Entry *> order;
     order.reserve(own.size() + partners.size());
@@ -170,11 +173,8 @@ std::vector<Entry> insertOneByOne(const std::vector<Entry> &own, const std::vect
         const int place = bisect(int(order.size()), [&](int i) { return partner < *order[size_t(i)]; });
         order.insert(order.begin() + place, &partner);
     }
-    std::vector<Entry> inserted;
-    inserted.reserve(order.size());
     for (const Entry *entry : order)
-        inserted.push_back(*entry);
-    return inserted;
+        *places++ = entry->location;
 }
 
 } // namespace
@@ -198,31 +198,15 @@ QList<vxCurveLocation *> vxCurveLocation::expand(const QList<vxCurveLocation *> 
         havePositions(own) && havePositions(partners) && std::is_sorted(own.begin(), own.end());
     QList<vxCurveLocation *> result;
     vxCurveLocation **places = vx::lengthen(result, int(own.size() + partners.size()));
-    for (const Entry &entry : isOrdered ? merge(own, std::move(partners)) : insertOneByOne(own, partners))
-        *places++ = entry.location;
+    if (isOrdered)
+        merge(own, partners, places);
+    else
+        insertOneByOne(own, partners, places);
     return result;
-}
-
-std::vector<vxCurveLocation *> vx::withPartners(const QList<vxCurveLocation *> &list)
-{
-    std::vector<vxCurveLocation *> all;
-    all.reserve(size_t(list.size()) * 2);
-    for (vxCurveLocation *location : list) {
-        if (!location)
-            continue;
-        all.push_back(location);
-        if (location->intersection)
-            all.push_back(location->intersection);
-    }
-    std::sort(all.begin(), all.end());
-    all.erase(std::unique(all.begin(), all.end()), all.end());
-    return all;
 }
 
 void vxCurveLocation::releaseAll(const QList<vxCurveLocation *> &list)
 {
-    for (vxCurveLocation *location : vx::withPartners(list)) {
-        if (location->refCount == 0)
-            location->release();
-    }
+    // All are held until the last is released: a list may name one several times.
+    const vx::LocationOwner owner(list);
 }

@@ -38,6 +38,14 @@ public:
     void addLocation(double t1, const vxPoint &p1, double t2, const vxPoint &p2, bool overlap);
 
 private:
+    /** A curve and the values that its times count on. */
+    struct Side {
+        vxCurve *curve;
+        const Cubic &values;
+    };
+
+    void addLocation(const Side &side1, double t1, const vxPoint &p1, const Side &side2, double t2,
+                     const vxPoint &p2, bool overlap);
     bool meetOnlyAtTheirJoint() const;
     bool touchOnlyAtTheirJoint() const;
     /** Where neighbours are joined. */

@@ -2,6 +2,7 @@
 
 #include "vxline.h"
 #include "vxnumeric_p.h"
+#include "vxpair_p.h"
 #include "vxtolerance.h"
 
 #include <algorithm>
@@ -18,32 +19,17 @@ namespace {
 constexpr double ordinarySize = 1e6;
 constexpr double ordinaryChord = 10 * closeDistance;
 
-/**
- * The range of a curve's ends, extended by three quarters of what inner control values lie beyond it: their
- * weights 3 t (1 - t)^2 and 3 t^2 (1 - t) sum up to 3 t (1 - t), at most 3 / 4.
- */
-void pulledRange(double q0, double q1, double q2, double q3, double &min, double &max)
-{
-    min = std::min(q0, q3);
-    max = std::max(q0, q3);
-    min -= 0.75 * std::max(0.0, min - std::min(q1, q2));
-    max += 0.75 * std::max(0.0, std::max(q1, q2) - max);
-}
-
-/** The straight curve that Cubic::fromLine() makes. */
-bool hasHandlesOnItsEnds(const Cubic &c)
-{
-    return c.v[2] == c.v[0] && c.v[3] == c.v[1] && c.v[4] == c.v[6] && c.v[5] == c.v[7];
-}
-
 } // namespace
 
+// The box of the ends, extended by three quarters of what inner control values lie beyond it: their weights
+// 3 t (1 - t)^2 and 3 t^2 (1 - t) sum up to 3 t (1 - t), at most 3 / 4.
 Box pulledBox(const Cubic &c)
 {
-    Box box;
-    pulledRange(c.v[0], c.v[2], c.v[4], c.v[6], box.minX, box.maxX);
-    pulledRange(c.v[1], c.v[3], c.v[5], c.v[7], box.minY, box.maxY);
-    return box;
+    const Pair start = pairOf(c, 0), handle1 = pairOf(c, 1), handle2 = pairOf(c, 2), end = pairOf(c, 3);
+    const Pair least = lesser(start, end);
+    const Pair greatest = greater(start, end);
+    return boxOf(least - 0.75 * greater(both(0), least - lesser(handle1, handle2)),
+                 greatest + 0.75 * greater(both(0), greater(handle1, handle2) - greatest));
 }
 
 PreparedCurve::PreparedCurve(const Cubic &c, const Box &itsBox)
@@ -52,7 +38,7 @@ PreparedCurve::PreparedCurve(const Cubic &c, const Box &itsBox)
 {
     ordinary = box.minX >= -ordinarySize && box.maxX <= ordinarySize && box.minY >= -ordinarySize &&
                box.maxY <= ordinarySize && chordBound >= ordinaryChord;
-    if (ordinary && hasHandlesOnItsEnds(c)) {
+    if (ordinary && isChord(c)) {
         // What the rest would say: numbers of this size cancel exactly.
         lowest = highest = 0;
         straight = true;
@@ -63,8 +49,7 @@ PreparedCurve::PreparedCurve(const Cubic &c, const Box &itsBox)
     lowest = std::min(std::min(height1, height2), 0.0);
     highest = std::max(std::max(height1, height2), 0.0);
     // A handle far off the chord settles it; isStraight() allows closeDistance.
-    const bool bent = ordinary && highest - lowest > 10 * closeDistance * chordBound;
-    straight = !bent && isStraight(c);
+    straight = !isBent() && isStraight(c);
 }
 
 vxPoint linePoint(const Cubic &line1, const Cubic &line2)

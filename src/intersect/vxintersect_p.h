@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vxcubic_p.h"
+#include "vxpair_p.h"
 #include "vxtolerance.h"
 
 #include <algorithm>
@@ -44,16 +45,19 @@ struct PreparedCurve {
     {
         return (x - values.v[0]) * chordY - (y - values.v[1]) * chordX;
     }
+    /** Whether a handle is far off the chord: by five times closeDistance or more. */
+    bool isBent() const
+    {
+        return ordinary && highest - lowest > 10 * vxTolerance::closeDistance * chordBound;
+    }
 };
 
 /** Box of the control points. */
 inline Box hullBox(const Cubic &c)
 {
-    const double *v = c.v;
-    return { std::min(std::min(v[0], v[2]), std::min(v[4], v[6])),
-             std::min(std::min(v[1], v[3]), std::min(v[5], v[7])),
-             std::max(std::max(v[0], v[2]), std::max(v[4], v[6])),
-             std::max(std::max(v[1], v[3]), std::max(v[5], v[7])) };
+    const Pair start = pairOf(c, 0), handle1 = pairOf(c, 1), handle2 = pairOf(c, 2), end = pairOf(c, 3);
+    return boxOf(lesser(lesser(start, handle1), lesser(handle2, end)),
+                 greater(greater(start, handle1), greater(handle2, end)));
 }
 /** Whether the boxes come within closeDistance of each other; false with NaN. */
 inline bool boxesMeet(const Box &a, const Box &b)

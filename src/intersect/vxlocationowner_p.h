@@ -6,9 +6,6 @@
 
 namespace vx {
 
-/** The locations of list and their partners, each once, in no meaningful order. */
-std::vector<vxCurveLocation *> withPartners(const QList<vxCurveLocation *> &list);
-
 /**
  * Owns the locations of one run, both sides of every pair, for as long as it lives: segments may drop and
  * take references meanwhile without any location dying. What segments still hold at the end dies with them.
@@ -16,10 +13,17 @@ std::vector<vxCurveLocation *> withPartners(const QList<vxCurveLocation *> &list
 class LocationOwner
 {
 public:
-    explicit LocationOwner(const QList<vxCurveLocation *> &list) : m_locations(withPartners(list))
+    /** Of list and its partners, which may name a location several times: it is held as often. */
+    explicit LocationOwner(const QList<vxCurveLocation *> &list)
     {
-        for (vxCurveLocation *location : m_locations)
-            location->addRef();
+        m_locations.reserve(size_t(list.size()) * 2);
+        for (vxCurveLocation *location : list) {
+            if (!location)
+                continue;
+            hold(location);
+            if (location->intersection)
+                hold(location->intersection);
+        }
     }
     ~LocationOwner()
     {
@@ -30,6 +34,12 @@ public:
     LocationOwner &operator=(const LocationOwner &) = delete;
 
 private:
+    void hold(vxCurveLocation *location)
+    {
+        location->addRef();
+        m_locations.push_back(location);
+    }
+
     std::vector<vxCurveLocation *> m_locations;
 };
 

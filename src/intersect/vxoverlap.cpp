@@ -32,6 +32,8 @@ bool nearLine(const Cubic &line, const vxPoint &p)
 bool mayShare(const PreparedCurve &c1, const PreparedCurve &c2, bool &straight)
 {
     straight = c1.straight && c2.straight;
+    if (c1.isBent() && c2.isBent())
+        return true; // whichever is the reference: its own handles are not on its line
     const bool swap = chordSquared(c1.values) < chordSquared(c2.values);
     const Cubic &reference = swap ? c2.values : c1.values;
     const Cubic &probe = swap ? c1.values : c2.values;

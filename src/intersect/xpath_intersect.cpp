@@ -5,6 +5,7 @@
 #include "vxcurvepair_p.h"
 #include "vxintersections_p.h"
 #include "vxorderedboxes_p.h"
+#include "vxpair_p.h"
 
 #include <algorithm>
 #include <cmath>
@@ -52,15 +53,22 @@ void extend(vx::Box &box, const vx::Box &other)
 vx::Box verticesBox(const XPath &path)
 {
     constexpr double far = 1e6;
-    vx::Box box = emptyBox;
+    vx::Pair least = vx::both(infinite);
+    vx::Pair greatest = vx::both(-infinite);
+    vx::Pair sum{};
     for (const vxPath *child : path.children) {
         for (const vxSegment *segment : child->_segments()) {
-            const vxPoint &p = segment->point;
-            if (!(std::fabs(p.x) <= far && std::fabs(p.y) <= far))
-                return { qQNaN(), qQNaN(), qQNaN(), qQNaN() };
-            extend(box, { p.x, p.y, p.x, p.y });
+            const vx::Pair point = vx::pairOf(segment->point);
+            least = vx::lesser(least, point);
+            greatest = vx::greater(greatest, point);
+            sum += point;
         }
     }
+    const vx::Box box = vx::boxOf(least, greatest);
+    const bool isFar = box.minX < -far || box.minY < -far || box.maxX > far || box.maxY > far;
+    // No sum is a number where NaN is among what was added.
+    if (isFar || std::isnan(sum[0] + sum[1]))
+        return { qQNaN(), qQNaN(), qQNaN(), qQNaN() };
     return box;
 }
 

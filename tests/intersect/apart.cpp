@@ -330,7 +330,11 @@ TEST(Apart, chord_distances_are_signed_distances_to_the_bit)
             c.v[6 + i % 2] = c.v[i % 2]; // parallel to an axis
         const vx::ChordDistance distance(c);
         const vxPoint p = curves.point();
+        const vxPoint q = curves.point();
         ASSERT_EQ(distance(p), vxLine::getSignedDistance(c.v[0], c.v[1], c.v[6], c.v[7], p.x, p.y));
+        const vx::Pair both = distance.measure(vx::pairOf(p), vx::pairOf(q));
+        ASSERT_EQ(both[0], distance(p));
+        ASSERT_EQ(both[1], distance(q));
     }
 }
 

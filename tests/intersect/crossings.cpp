@@ -1,6 +1,9 @@
 #include "meetings.h"
 
+#include "vxintersect_p.h"
+
 #include <cmath>
+#include <random>
 
 using namespace meetings;
 using shapes::numbers;
@@ -37,6 +40,35 @@ TEST(Crossings, are_where_mathematics_puts_them)
                 EXPECT_FALSE(location->overlap);
         }
     }
+}
+
+TEST(Crossings, of_mirrored_curves_have_the_same_times_to_the_bit)
+{
+    std::mt19937 random(17);
+    std::uniform_real_distribution<double> coordinate(0, 1000);
+    int meetings = 0;
+    for (int round = 0; round < 500; ++round) {
+        vx::Cubic curves[2];
+        vx::Cubic mirrored[2];
+        for (int k = 0; k < 16; ++k) {
+            double &v = curves[k / 8].v[k % 8];
+            v = coordinate(random);
+            mirrored[k / 8].v[k % 8] = k % 2 == 1 ? -v : v;
+        }
+        vx::TimePairs found;
+        vx::TimePairs again;
+        vx::ClipRange range;
+        range.flip = round % 2 == 1;
+        const int calls = vx::clipCurves(curves[0], curves[1], range, 0, found);
+        EXPECT_EQ(vx::clipCurves(mirrored[0], mirrored[1], range, 0, again), calls);
+        ASSERT_EQ(again.count(), found.count());
+        for (int i = 0; i < found.count(); ++i) {
+            EXPECT_EQ(again[i].t1, found[i].t1);
+            EXPECT_EQ(again[i].t2, found[i].t2);
+        }
+        meetings += found.count();
+    }
+    EXPECT_GT(meetings, 300);
 }
 
 TEST(Crossings, of_two_cubics_can_be_nine)

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "vxcubic_p.h"
+
+namespace vx {
+
+/**
+ * Two numbers in one register, such as the coordinates of a point. Every operation treats them side by side
+ * and rounds as it would each alone. Comparisons give masks, and `mask ? a : b` picks number by number,
+ * without a branch.
+ */
+using Pair = double __attribute__((vector_size(2 * sizeof(double))));
+/** What comparing pairs gives: all bits set where it holds. */
+using PairMask = decltype(Pair() < Pair());
+
+inline Pair both(double number)
+{
+    return Pair{ number, number };
+}
+inline Pair swapped(Pair pair)
+{
+    return Pair{ pair[1], pair[0] };
+}
+
+// std::min() and std::max() of either number, which with NaN depend on the order.
+inline Pair lesser(Pair a, Pair b)
+{
+    return b < a ? b : a;
+}
+inline Pair greater(Pair a, Pair b)
+{
+    return a < b ? b : a;
+}
+
+/** The negatives of those numbers that mask names. */
+inline Pair negatedWhere(PairMask mask, Pair pair)
+{
+    // Casts between vectors keep the bits: of a negative zero, the sign alone is set.
+    return Pair(PairMask(pair) ^ (mask & PairMask(both(-0.0))));
+}
+
+/** A pair in memory, where numbers are aligned singly. */
+using StoredPair __attribute__((aligned(alignof(double)), may_alias)) = Pair;
+
+inline Pair pairOf(const vxPoint &p)
+{
+    return *reinterpret_cast<const StoredPair *>(&p);
+}
+/** Point k of a curve. */
+inline Pair pairOf(const Cubic &c, int k)
+{
+    return *reinterpret_cast<const StoredPair *>(c.v + 2 * k);
+}
+/** A box by its corner of least coordinates and the opposite one. */
+inline Box boxOf(Pair least, Pair greatest)
+{
+    return { least[0], least[1], greatest[0], greatest[1] };
+}
+
+} // namespace vx
