@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 using namespace vxTolerance;
 
@@ -40,7 +41,8 @@ void appendCurve(const Cubic &c, std::vector<Cubic> &outline)
         outline.push_back(c);
         return;
     }
-    std::sort(times, times + count);
+    if (count == 2 && times[0] > times[1])
+        std::swap(times[0], times[1]);
     vxPoint from = c.p0();
     for (int i = 0; i <= count; ++i) {
         const vxPoint to = i < count ? placeAt(c, times[i]) : c.p3();
