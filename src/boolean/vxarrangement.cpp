@@ -25,6 +25,8 @@ constexpr double snappingDistances[] = { 5e-5, 1e-5, 2e-6, 2e-4, 1e-3 };
  * tangle.
  */
 constexpr double fineSnappingDistances[] = { 5e-7, 2e-6, 1e-7, leastSnapping };
+/** A larger attempt is not kept for the next one to compare with: its memory would be most of a call's. */
+constexpr size_t mostEdgesSetAside = size_t(1) << 16;
 /**
  * Of the square on the drawing's longer side: finer snapping changes no area by more, or it lost a feature.
  */
@@ -130,6 +132,10 @@ bool Arrangement::attempt(SetOperation operation, double snapping)
 
 void Arrangement::setPiecesAside()
 {
+    if (m_edges.size() > mostEdgesSetAside) {
+        m_earlier = Pieces();
+        return;
+    }
     m_nodes.swap(m_earlier.nodes);
     m_edges.swap(m_earlier.edges);
     m_shares.swap(m_earlier.shares);

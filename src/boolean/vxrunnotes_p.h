@@ -63,8 +63,8 @@ struct RunNotes {
     void add(const RunNotes &part);
     bool any() const
     {
-        return overlap || touch || shallow || atVertex || selfCrossing || simplified || folded ||
-               chained || movedSample || grazedSample || discardedContour || search.limitReached || search.nearMiss;
+        return overlap || touch || shallow || atVertex || selfCrossing || simplified || folded || chained ||
+               movedSample || grazedSample || discardedContour || search.limitReached || search.nearMiss;
     }
 };
 
