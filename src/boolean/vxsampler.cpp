@@ -138,7 +138,9 @@ Sampler::Sample Sampler::sampleAt(const Place &place)
     vxPoint tangent;
     pointAndTangentAt(place.cubic, t, point, tangent);
     const double rise = std::fabs(tangent.y);
-    return { place.link->curve, t, point, rise < angleMargin, rise >= angleMargin && rise < grazingRise };
+    return {
+        place.link->curve, t, point, rise, rise < angleMargin, rise >= angleMargin && rise < grazingRise
+    };
 }
 
 bool Sampler::isOtherThrough(const vxCurve *curve, const vxPoint &point) const
@@ -188,23 +190,26 @@ vxWinding Sampler::count(const Sample &sample)
                           : windingOf(0, m_pieces.size());
 }
 
-bool Sampler::allowsClearCounts() const
+/** At a place of a curve that rises so much, as part of its way. */
+bool Sampler::allowsClearCounts(double rise) const
 {
-    // Up to here, rounding moves a crossing of an outline that is not nearly level by far less than
-    // closeDistance; see ClearCount.
-    constexpr double largest = 1e4;
+    // Up to here, rounding moves a crossing of the curve, a few 1e-15 of the largest coordinate divided by
+    // the rise, by far less than closeDistance; see ClearCount.
+    constexpr double largestByRise = 1e7;
+    constexpr double largest = 1e5;
     return !m_listedPieces && m_pieces.curvesWithoutReach().empty() &&
-           m_pieces.largestCoordinate() <= largest;
+           m_pieces.largestCoordinate() <= std::min(largest, largestByRise * rise);
 }
 
 /**
- * The count at a place of a curve that is nowhere nearly level there, known within blur along each axis, if
- * every other outline passes it clearly on one side: what liesOnAnother() denies and count() then gives, by
- * looking once at the pieces on its level. False where it is not that clear.
+ * The count at a place of a curve that rises there, known within blur along each axis, if every other outline
+ * passes it clearly on one side: what liesOnAnother() denies and count() then gives, by looking once at the
+ * pieces on its level. False where it is not that clear.
  */
-bool Sampler::countClearly(const vxCurve *own, const vxPoint &p, double blur, vxWinding &winding) const
+bool Sampler::countClearly(const vxCurve *own, double rise, const vxPoint &p, double blur,
+                           vxWinding &winding) const
 {
-    if (!allowsClearCounts())
+    if (!allowsClearCounts(rise))
         return false;
     const double slack = reachOfCurves() + blur;
     ClearCount count({ p.x - slack, p.y - slack, p.x + slack, p.y + slack });
@@ -227,7 +232,7 @@ bool Sampler::countClearly(const vxCurve *own, const vxPoint &p, double blur, vx
  * quadrature are exact for its speed. Newton's method begins at t = d for a sample at d of the way, steps to
  * (1 + 4 d) / 6 where d < 1/2, which is beyond the root but not beyond 1/2, and comes down from there, since
  * s is convex; beyond 1/2 it is the mirror image. So it arrives, and rounding (of a few 1e-16 of the largest
- * coordinate in the speed's coefficients) takes the sample less than 1e-10 off the place that d says.
+ * coordinate in the speed's coefficients) takes the sample less than 1e-9 off the place that d says.
  */
 bool Sampler::countOnLine(const Place &place, vxWinding &winding) const
 {
@@ -245,8 +250,8 @@ bool Sampler::countOnLine(const Place &place, vxWinding &winding) const
     const vxPoint point = c.p0().add(chord.multiply(part));
     if (chord.y == 0)
         return countOnLevelLine(place.link->curve, point, blur, winding);
-    return std::fabs(chord.y) > 2 * grazingRise * length &&
-           countClearly(place.link->curve, point, blur, winding);
+    const double rise = std::fabs(chord.y) / length;
+    return rise > 2 * grazingRise && countClearly(place.link->curve, rise, point, blur, winding);
 }
 
 /**
@@ -257,7 +262,7 @@ bool Sampler::countOnLine(const Place &place, vxWinding &winding) const
  */
 bool Sampler::countOnLevelLine(const vxCurve *own, const vxPoint &p, double blur, vxWinding &winding) const
 {
-    if (!allowsClearCounts() || m_pieces.hasManyOutlines())
+    if (!allowsClearCounts(grazingRise) || m_pieces.hasManyOutlines())
         return false;
     const double slack = reachOfCurves() + blur;
     ClearNeighbours neighbours({ p.x - slack, p.y - slack, p.x + slack, p.y + slack });
@@ -300,7 +305,8 @@ bool Sampler::countBetween(const ClearNeighbours &neighbours, ClearNeighbours::O
 /** The count at a sample; false where that lies on another outline, so that a count would say nothing. */
 bool Sampler::countIfFree(const Sample &sample, vxWinding &winding)
 {
-    if (!sample.horizontal && !grazes(sample) && countClearly(sample.curve, sample.point, 0, winding))
+    if (!sample.horizontal && !grazes(sample) &&
+        countClearly(sample.curve, sample.rise, sample.point, 0, winding))
         return true;
     if (liesOnAnother(sample.point))
         return false;

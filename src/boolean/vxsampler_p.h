@@ -49,6 +49,7 @@ private:
         vxCurve *curve = nullptr;
         double time = 0;
         vxPoint point;
+        double rise = 0; ///< as part of the way along the curve there
         bool horizontal = false;
         /** All but horizontal: rounding decides where the ray along its level meets the stretch itself. */
         bool nearlyHorizontal = false;
@@ -64,8 +65,9 @@ private:
     bool asksForSides() const { return m_op == 3 && m_path2; }
     /** At a sample for which m_nearLevel was found, unless it is horizontal. */
     vxWinding count(const Sample &sample);
-    bool countClearly(const vxCurve *own, const vxPoint &p, double blur, vxWinding &winding) const;
-    bool allowsClearCounts() const;
+    bool countClearly(const vxCurve *own, double rise, const vxPoint &p, double blur,
+                      vxWinding &winding) const;
+    bool allowsClearCounts(double rise) const;
     bool countOnLine(const Place &place, vxWinding &winding) const;
     bool countOnLevelLine(const vxCurve *own, const vxPoint &p, double blur, vxWinding &winding) const;
     bool countBetween(const ClearNeighbours &neighbours, ClearNeighbours::Of operands,
