@@ -2,9 +2,11 @@
 
 #include "vxmonopieces_p.h"
 #include "vxrunnotes_p.h"
+#include "vxstandingcurves_p.h"
 #include "xpath.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <memory>
 
@@ -28,6 +30,14 @@ struct ContourState {
     decltype(vxPath::flags) flags;
     bool closed;
 };
+
+int countSegments(const XPath &path)
+{
+    int count = 0;
+    for (const vxPath *child : path.children)
+        count += child->_segments().size();
+    return count;
+}
 
 } // namespace
 
@@ -59,8 +69,18 @@ public:
     bool isReduced() const { return m_isReduced; }
     const RunNotes &notes() const { return m_notes; }
     const std::vector<ContourPlacement> &placements() const { return m_placements; }
+    /** Called for every copy but the first. */
+    void noteRepeat(const XPath &original) const { m_keepsCurves = countSegments(original) <= mostCurves; }
+    /** Of the copies as they are cleaned, or of their reverse; null before the second copy. */
+    StandingCurves *curves(bool isReversed) const
+    {
+        return m_keepsCurves ? &m_curves[isReversed ? 1 : 0] : nullptr;
+    }
 
 private:
+    /** Larger operands keep no curves, which would be more than half a megabyte each way round. */
+    static constexpr int mostCurves = 4096;
+
     bool m_evenOdd;
     bool m_isReduced;
     RunNotes m_notes;
@@ -68,6 +88,9 @@ private:
     bool m_skipsSixes;
     std::vector<ContourPlacement> m_placements;
     std::vector<ContourState> m_states;
+    mutable bool m_keepsCurves = false;
+    /** A length may change in its last bit when a curve is reversed. */
+    mutable std::array<StandingCurves, 2> m_curves;
 };
 
 namespace {
@@ -80,12 +103,6 @@ constexpr double simplifiedFraction = 1e-12;
 
 bool haveSameCount(const XPath &a, const XPath &b)
 {
-    const auto countSegments = [](const XPath &path) {
-        int count = 0;
-        for (const vxPath *child : path.children)
-            count += child->_segments().size();
-        return count;
-    };
     return a.children.size() == b.children.size() && countSegments(a) == countSegments(b);
 }
 
@@ -165,6 +182,7 @@ XPath *cleanCopy(const XPath *path, RunNotes &notes)
     std::shared_ptr<const CleanUp> &known = path->_cleanUp();
     if (known && known->holdsFor(*path)) {
         notes.add(known->notes());
+        known->noteRepeat(*path);
         return repeat(*known, *path);
     }
     XPath *copy = workingCopy(*path);
@@ -179,6 +197,12 @@ XPath *cleanCopy(const XPath *path, RunNotes &notes)
     known = placements ? std::make_shared<CleanUp>(*path, isReduced, own, *placements) : nullptr;
     notes.add(own);
     return copy;
+}
+
+StandingCurves *standingCurves(const XPath &path, bool isReversed)
+{
+    const std::shared_ptr<const CleanUp> &known = path._cleanUp();
+    return known ? known->curves(isReversed) : nullptr;
 }
 
 } // namespace vx

@@ -7,6 +7,7 @@ class XPath;
 namespace vx {
 
 struct RunNotes;
+class StandingCurves;
 
 /** Flags of a contour while a boolean runs: all its stretches are overlaps; and none is in the result. */
 constexpr quint32 overlapsOnly = 4;
@@ -20,5 +21,11 @@ constexpr quint32 validOverlapsOnly = 8;
  * changes the next copy is made by that alone: the same copy to the last bit, and the same notes.
  */
 XPath *cleanCopy(const XPath *path, RunNotes &notes);
+
+/**
+ * The curves of an operand of which cleanCopy() just made a copy, which may have been reversed since; the
+ * operand's, null unless it was asked for before.
+ */
+StandingCurves *standingCurves(const XPath &path, bool isReversed);
 
 } // namespace vx

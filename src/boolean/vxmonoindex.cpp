@@ -2,6 +2,7 @@
 
 #include "vxmonopieces_p.h"
 #include "vxpath.h"
+#include "vxstandingcurves_p.h"
 #include "vxtolerance.h"
 
 #include <algorithm>
@@ -208,7 +209,7 @@ MonoIndex::~MonoIndex() = default;
 MonoIndex::MonoIndex(const vxPath &path)
 {
     reserve(outlineSize(path));
-    appendOutline(path, nullptr);
+    appendOutline(path, nullptr, nullptr);
 }
 
 MonoIndex::MonoIndex(const QList<vxMono *> &monos)
@@ -229,23 +230,55 @@ void MonoIndex::reserve(int curves)
     m_reaches.reserve(count);
 }
 
-void MonoIndex::append(const vxPath &path)
+void MonoIndex::append(const vxPath &path, StandingCurves *standing)
 {
-    appendOutline(path, &path._curves());
+    appendOutline(path, &path._curves(), standing);
 }
 
-void MonoIndex::appendOutline(const vxPath &path, const QList<vxCurve *> *curves)
+inline void MonoIndex::appendPiece(const vxMono &piece, const Passage &passage, const Box &reach,
+                                   const vxCurve *curve)
+{
+    m_pieces.emplace_back(piece, passage, curve);
+    m_reaches.append(reach);
+    if (!(reach.minY <= reach.maxY))
+        m_curvesWithoutReach.push_back(curve);
+    m_largestCoordinate = std::max(m_largestCoordinate, largestOf(reach));
+}
+
+void MonoIndex::appendPiece(const vxMono &piece, const vxCurve *curve)
+{
+    const Box reach = reachOf(piece);
+    appendPiece(piece, passageOf(piece, reach), reach, curve);
+}
+
+inline bool MonoIndex::appendKept(const StandingCurves &standing, const StandingCurve &known,
+                                  const vxCurve *curve)
+{
+    const StandingPiece *pieces = standing.piecesOf(known);
+    for (int i = 0; i < known.pieceCount; ++i)
+        appendPiece(pieces[i].mono, pieces[i].passage, reachOf(pieces[i].mono), curve);
+    return known.pieceCount > 0;
+}
+
+void MonoIndex::appendOutline(const vxPath &path, const QList<vxCurve *> *curves, StandingCurves *standing)
 {
     const int first = size();
     const int count = outlineSize(path);
     const int curveCount = curves ? curves->size() : 0;
     for (int i = 0; i < count; ++i) {
-        const Cubic c = outlineCurve(path, i);
         const vxCurve *curve = i < curveCount ? curves->at(i) : nullptr;
-        if (isCounted(path, i, c))
-            appendCurve(c, curve);
-        else
+        StandingCurve *known = standing && curve ? standing->of(*curve) : nullptr;
+        if (known && appendKept(*standing, *known, curve))
+            continue;
+        const Cubic c = outlineCurve(path, i);
+        if (!isCounted(path, i, c)) {
             m_curvesWithoutReach.push_back(curve);
+            continue;
+        }
+        const int firstPiece = size();
+        appendCurve(c, curve);
+        if (known)
+            keepPieces(firstPiece, *standing, *known);
     }
     int last = size() - 1;
     while (last >= first && m_pieces[size_t(last)].mono.winding == 0)
@@ -268,14 +301,10 @@ void MonoIndex::appendCurve(const Cubic &c, const vxCurve *curve)
         appendPiece(pieces[i], curve);
 }
 
-void MonoIndex::appendPiece(const vxMono &piece, const vxCurve *curve)
+void MonoIndex::keepPieces(int first, StandingCurves &standing, StandingCurve &known) const
 {
-    const Box reach = reachOf(piece);
-    m_pieces.emplace_back(piece, passageOf(piece, reach), curve);
-    m_reaches.append(reach);
-    if (!(reach.minY <= reach.maxY))
-        m_curvesWithoutReach.push_back(curve);
-    m_largestCoordinate = std::max(m_largestCoordinate, largestOf(reach));
+    for (int i = first; i < size(); ++i)
+        standing.keep({ m_pieces[size_t(i)].mono, m_pieces[size_t(i)].passage }, known);
 }
 
 void MonoIndex::beginOutline(int first, const vxMono *last)

@@ -22,6 +22,9 @@ class vxPath;
 
 namespace vx {
 
+struct StandingCurve;
+class StandingCurves;
+
 /**
  * The monotone pieces of one or several paths with an index over where they lie: gives XPath::getWinding's
  * counts, to the bit, by looking only at the pieces that a probe meets. It keeps pieces of its own; edits of
@@ -38,8 +41,11 @@ public:
 
     /** Makes room for the pieces of so many curves. */
     void reserve(int curves);
-    /** Adds the pieces of a path, which tell which of its curves they belong to. */
-    void append(const vxPath &path);
+    /**
+     * Adds the pieces of a path, which tell which of its curves they belong to; those that standing keeps
+     * (null: none) are taken from there.
+     */
+    void append(const vxPath &path, StandingCurves *standing = nullptr);
     /** Number of pieces. */
     int size() const { return m_reaches.size(); }
 
@@ -158,9 +164,14 @@ private:
     class OutlineVisit;
 
     /** Curves are null where nobody asks for them. */
-    void appendOutline(const vxPath &path, const QList<vxCurve *> *curves);
+    void appendOutline(const vxPath &path, const QList<vxCurve *> *curves, StandingCurves *standing);
     void appendCurve(const Cubic &c, const vxCurve *curve);
     void appendPiece(const vxMono &piece, const vxCurve *curve);
+    void appendPiece(const vxMono &piece, const Passage &passage, const Box &reach, const vxCurve *curve);
+    /** Appends the pieces that are kept of a curve; false where none are. */
+    bool appendKept(const StandingCurves &standing, const StandingCurve &known, const vxCurve *curve);
+    /** Keeps the pieces from first on. */
+    void keepPieces(int first, StandingCurves &standing, StandingCurve &known) const;
     void beginOutline(int first, const vxMono *last);
     int endOf(size_t outline) const;
     /** Null where there are few outlines. */

@@ -98,17 +98,15 @@ Sampler::Place Sampler::Chain::placeAt(double distance) const
     return {};
 }
 
-Sampler::Sampler(const XPath *path1, const XPath *path2, int op, RunNotes &notes)
+Sampler::Sampler(const XPath *path1, const XPath *path2, int op, RunNotes &notes, StandingCurves *standing1,
+                 StandingCurves *standing2)
     : m_path1(path1), m_path2(path2), m_op(op), m_notes(notes)
 {
     reserve();
-    for (const vxPath *child : path1->children)
-        m_pieces.append(*child);
+    append(*path1, standing1);
     m_secondPiece = m_pieces.size();
-    if (path2) {
-        for (const vxPath *child : path2->children)
-            m_pieces.append(*child);
-    }
+    if (path2)
+        append(*path2, standing2);
 }
 
 Sampler::Sampler(const XPath *path1, const XPath *path2, const QList<vxMono *> &monos, int op,
@@ -127,6 +125,14 @@ void Sampler::reserve()
     }
     m_pieces.reserve(count);
     m_chain.links.reserve(32);
+}
+
+void Sampler::append(const XPath &path, StandingCurves *standing)
+{
+    for (const vxPath *child : path.children)
+        m_pieces.append(*child, standing);
+    if (standing)
+        standing->giveLengths(path);
 }
 
 Sampler::Sample Sampler::sampleAt(const Place &place)

@@ -2,6 +2,7 @@
 
 #include "vxmonoindex_p.h"
 #include "vxrunnotes_p.h"
+#include "vxstandingcurves_p.h"
 #include "xpath.h"
 
 #include <memory>
@@ -13,8 +14,9 @@ namespace vx {
 class Sampler
 {
 public:
-    /** path2 may be null. */
-    Sampler(const XPath *path1, const XPath *path2, int op, RunNotes &notes);
+    /** path2 may be null, and so may what is kept of the curves of either. */
+    Sampler(const XPath *path1, const XPath *path2, int op, RunNotes &notes,
+            StandingCurves *standing1 = nullptr, StandingCurves *standing2 = nullptr);
     /** The same counting other pieces than those of the operands. */
     Sampler(const XPath *path1, const XPath *path2, const QList<vxMono *> &monos, int op, RunNotes &notes);
 
@@ -56,6 +58,7 @@ private:
     };
 
     void reserve();
+    void append(const XPath &path, StandingCurves *standing);
     static Sample sampleAt(const Place &place);
     bool isShared() const;
     double reachOfCurves() const;

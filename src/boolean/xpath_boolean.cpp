@@ -17,6 +17,7 @@
 #include "vxlocationowner_p.h"
 #include "vxref_p.h"
 #include "vxsampler_p.h"
+#include "vxstandingcurves_p.h"
 
 #include <memory>
 
@@ -65,7 +66,9 @@ public:
         m_path1.reset(vx::cleanCopy(path1, notes));
         if (path2 && path2 != path1)
             m_path2.reset(vx::cleanCopy(path2, notes));
-        orient();
+        const bool isReversed = orient();
+        m_standing1 = vx::standingCurves(*path1, false);
+        m_standing2 = m_path2 ? vx::standingCurves(*path2, isReversed) : nullptr;
         divide();
     }
 
@@ -77,12 +80,15 @@ public:
     }
 
 private:
-    void orient()
+    /** Returns whether that reversed the second. */
+    bool orient()
     {
         m_notes.counterClockwise = !m_path1->isClockwise();
         const bool opposite = m_op == Subtract || m_op == Exclude;
-        if (m_path2 && (m_path1->isClockwise() != m_path2->isClockwise()) != opposite)
-            m_path2->reverse();
+        if (!m_path2 || (m_path1->isClockwise() != m_path2->isClockwise()) == opposite)
+            return false;
+        m_path2->reverse();
+        return true;
     }
 
     void divide()
@@ -90,6 +96,10 @@ private:
         m_path1->_makeCurves();
         if (m_path2)
             m_path2->_makeCurves();
+        if (m_standing1)
+            m_standing1->number(*m_path1);
+        if (m_standing2)
+            m_standing2->number(*m_path2);
         vx::MeetingFilter filter(m_notes);
         const auto accept = [&filter](vxCurveLocation *location) { return filter.accepts(*location); };
         const QList<vxCurveLocation *> crossings =
@@ -113,7 +123,7 @@ private:
 
     void sample()
     {
-        vx::Sampler sampler(m_path1.get(), m_path2.get(), m_op, m_notes);
+        vx::Sampler sampler(m_path1.get(), m_path2.get(), m_op, m_notes, m_standing1, m_standing2);
         const vxSegment *previous = nullptr; // several places at one vertex follow each other
         for (vxCurveLocation *location : qAsConst(m_locations)) {
             vxSegment *segment = location->segmentM();
@@ -145,6 +155,9 @@ private:
     std::unique_ptr<vx::LocationOwner> m_owner;
     std::unique_ptr<XPath> m_path1;
     std::unique_ptr<XPath> m_path2;
+    /** What the operands keep of their copies' curves; null where that is nothing. */
+    vx::StandingCurves *m_standing1 = nullptr;
+    vx::StandingCurves *m_standing2 = nullptr;
     QList<vxCurveLocation *> m_locations;
     QList<vxSegment *> m_segments;
 };

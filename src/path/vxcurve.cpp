@@ -139,6 +139,12 @@ double vxCurve::getLength() const
     return m_length;
 }
 
+void vxCurve::_setLength(double length)
+{
+    m_length = length;
+    m_lengthVersion = m_path ? m_path->version : 0;
+}
+
 vxRect vxCurve::getBounds() const
 {
     const quint32 version = m_path ? m_path->version : 0;
@@ -237,6 +243,7 @@ vxPath *vxCurve::splitAt(vxCurveLocation *location)
 void vxCurve::_changed()
 {
     m_length = 0;
+    m_number = -1;
     m_bounds.reset();
 }
 

@@ -236,6 +236,14 @@ public:
     void _setSegment2(vxSegment *segment);
     void _detach() { m_path = nullptr; }
     /**
+     * A number that stays with the curve until it is divided or drops its caches otherwise; -1: none. For
+     * curves of working copies, which nobody edits but by division.
+     */
+    int _number() const { return m_number; }
+    void _setNumber(int number) { m_number = number; }
+    /** For who knows what getLength() is going to compute. */
+    void _setLength(double length);
+    /**
      * The first step of divideAtTime(): a new free segment at time t, of batch where there is one, the
      * handles around it written; null where that refuses.
      */
@@ -261,6 +269,7 @@ private:
     /** Path version for which m_bounds / m_length hold; unused (0) on a free curve. */
     mutable quint32 m_boundsVersion = 0;
     mutable quint32 m_lengthVersion = 0;
+    qint32 m_number = -1;
     vxPath *m_path = nullptr;
     /** The vxBatch block that it was made in, null for one made by new. */
     void *m_block = nullptr;

@@ -1,5 +1,12 @@
 #include "support/shapes.h"
 
+#include "vxcubic_p.h"
+#include "vxcurvelocation.h"
+#include "vxlocationowner_p.h"
+#include "vxmatrix.h"
+#include "vxmonoindex_p.h"
+#include "vxstandingcurves_p.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -41,6 +48,40 @@ void expectAsFresh(XPath &a, XPath &b)
         for (int time = 0; time < 2; ++time)
             EXPECT_TRUE(answer(a, b, operation) == expected) << "operation " << operation;
     }
+}
+
+/** A shape after so many steps of a drag across its place. */
+XPathPtr dragged(const std::string &shape, int steps)
+{
+    XPathPtr path = read(shape);
+    const vxRect box = path->getBounds(vxBoundOpt::geometric(), vxStyle());
+    const vxMatrix shift(1, 0, 0, 1, 0.07 * steps * box.width, 0.03 * steps * box.height);
+    path->transformContent(&shift);
+    return path;
+}
+
+/** Holds the pieces and lengths of a divided copy that standing gives against those that are computed. */
+void expectAsComputed(const XPath &copy, vx::StandingCurves &standing)
+{
+    vx::MonoIndex kept, computed;
+    for (const vxPath *child : copy.children) {
+        kept.append(*child, &standing);
+        computed.append(*child);
+    }
+    ASSERT_EQ(kept.size(), computed.size());
+    EXPECT_EQ(kept.largestCoordinate(), computed.largestCoordinate());
+    EXPECT_EQ(kept.curvesWithoutReach(), computed.curvesWithoutReach());
+    for (int i = 0; i < kept.size(); ++i) {
+        const vx::Box &reach = computed.reach(i);
+        EXPECT_EQ(kept.curveOf(i), computed.curveOf(i));
+        EXPECT_EQ(kept.reach(i).minX, reach.minX);
+        EXPECT_EQ(kept.reach(i).maxY, reach.maxY);
+        const vxPoint beside(reach.minX, (reach.minY + reach.maxY) / 2);
+        EXPECT_EQ(kept.winding(beside, false).winding, computed.winding(beside, false).winding);
+    }
+    standing.giveLengths(copy);
+    for (const vxCurve *curve : copy.getCurves())
+        EXPECT_EQ(curve->getLength(), vx::length(curve->_cubic()));
 }
 
 } // namespace
@@ -89,4 +130,41 @@ TEST(StandingOperands, notice_every_change)
         step.change();
         expectAsFresh(*a, *b);
     }
+}
+
+TEST(StandingOperands, stay_while_the_other_is_dragged)
+{
+    for (const shapes::Case &c : shapes::cases({ "icons", "overlap" })) {
+        SCOPED_TRACE(c.id);
+        const XPathPtr a = read(c.a);
+        for (int step = 0; step < 4; ++step) {
+            const XPathPtr b = dragged(c.b, step);
+            expectAsFresh(*a, *b);
+            expectAsFresh(*b, *a);
+        }
+    }
+}
+
+TEST(StandingOperands, keep_what_is_true_of_undivided_curves)
+{
+    int whole = 0;
+    int divided = 0;
+    for (const shapes::Case &c : shapes::cases()) {
+        SCOPED_TRACE(c.id);
+        const XPathPtr a = read(c.a);
+        vx::StandingCurves standing;
+        for (int step = 0; step < 3; ++step) {
+            const XPathPtr b = dragged(c.b, step);
+            const XPathPtr copy(a->clone());
+            standing.number(*copy);
+            const QList<vxCurveLocation *> crossings = copy->getCrossings(b.get());
+            const vx::LocationOwner owner(crossings);
+            copy->divideLocations(vxCurveLocation::expand(crossings), 0);
+            for (const vxCurve *curve : copy->getCurves())
+                ++(standing.of(*curve) ? whole : divided);
+            expectAsComputed(*copy, standing);
+        }
+    }
+    EXPECT_GT(whole, 1000);
+    EXPECT_GT(divided, 1000);
 }
