@@ -85,16 +85,24 @@ bool Arrangement::solve(SetOperation operation)
     }
 }
 
-void Arrangement::refine(SetOperation operation)
+void Arrangement::refine(SetOperation operation, double movable)
 {
     const double coarse = m_snapping;
     const double area = m_selection.area;
     const std::vector<Cut> cuts = m_cuts;
     for (int look = 2;; ++look) {
+        double firstEven = 0;
         for (double snapping : fineSnappingDistances) {
-            if (snapping < coarse && attempt(operation, snapping) &&
-                std::fabs(m_selection.area - area) <= refinedFraction * m_extent * m_extent)
+            if (snapping >= coarse || !attempt(operation, snapping) ||
+                !(std::fabs(m_selection.area - area) <= refinedFraction * m_extent * m_extent))
+                continue;
+            if (movedAtMost(movable, operation))
                 return;
+            firstEven = firstEven == 0 ? snapping : firstEven;
+        }
+        if (firstEven != 0) {
+            attempt(operation, firstEven);
+            return;
         }
         if (m_selection.oddNodes == 0 || !lookAgain(look))
             break;

@@ -188,11 +188,11 @@ public:
     bool solve(SetOperation operation);
 
     /**
-     * After solve(): the same with the finest snapping where that closes too and gives the same area but for
-     * what snapping moves. Vertices then move less, so that areas are good to 1e-9 of the drawing instead of
-     * 1e-8.
+     * After solve(): the same with a fine snapping where that closes too and gives the same area but for what
+     * snapping moves; the first that moves the outlines by no more than an area in the operands' square
+     * units, or else the first.
      */
-    void refine(SetOperation operation);
+    void refine(SetOperation operation, double movable);
 
     const Selection &selection() const { return m_selection; }
     /** Snapping distance of the solution in the operands' units. */

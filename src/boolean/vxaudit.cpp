@@ -17,6 +17,8 @@ namespace {
 
 /** Of the area of the operands' common box: areas that agree within this are the same. */
 constexpr double areaMargin = 1e-9;
+/** Of the same: an answer that snapping may have moved by more replaces nothing. */
+constexpr double doubtfulMargin = 1e-6;
 /**
  * Of the outline: lengths that agree within this are the same. Coarser than areas, since the quadrature of a
  * curve and of its parts differs by some 1e-5; what it must show is a stretch walked twice or not at all.
@@ -212,6 +214,21 @@ bool agrees(const Outline &traced, const Outline &expected, const Arrangement &a
            lengthsAgree(traced, tracedBySize, expected, expectedBySize);
 }
 
+/** Without vertices on straight runs, and without contours of which nothing is left then. */
+QVector<vxPath *> simplified(const QVector<vxPath *> &paths)
+{
+    QVector<vxPath *> kept;
+    kept.reserve(paths.size());
+    for (vxPath *path : paths) {
+        path->reduce(true);
+        if (path->isEmpty())
+            path->release();
+        else
+            kept.append(path);
+    }
+    return kept;
+}
+
 void releaseAll(const QVector<vxPath *> &paths)
 {
     for (vxPath *path : paths)
@@ -242,9 +259,8 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, SetOperation ope
     }
     // What is compared is what the caller gets: vertices on straight runs drop out, within tolerances that
     // are absolute and an angle, which may move the area of a small or a long shape.
-    for (vxPath *path : traced)
-        path->reduce(true);
-    const Outline outline = outlineOf(traced, arrangement.frame());
+    const QVector<vxPath *> reduced = simplified(traced);
+    const Outline outline = outlineOf(reduced, arrangement.frame());
     const auto isTraced = [&](const std::vector<Contour> &contours) {
         return agrees(outline, outlineOf(contours, arrangement), arrangement, notes);
     };
@@ -257,7 +273,7 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, SetOperation ope
         same = isTraced(expected);
     }
     if (!same) {
-        arrangement.refine(operation);
+        arrangement.refine(operation, areaMargin * arrangement.boxArea());
         report.predictedArea = arrangement.selection().area;
         report.snapping = arrangement.snapping();
         expected = arrangement.contours();
@@ -265,8 +281,13 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, SetOperation ope
     }
     report.verdict = same ? vxBooleanReport::Audited : vxBooleanReport::Replaced;
     if (same)
-        return traced;
-    releaseAll(traced);
+        return reduced;
+    // Even, but joined over distances that show: that may be as wrong as what it would replace.
+    if (!arrangement.movedAtMost(doubtfulMargin * arrangement.boxArea(), operation)) {
+        report.verdict = vxBooleanReport::Doubtful;
+        return reduced;
+    }
+    releaseAll(reduced);
     return arrangement.makePaths(expected);
 }
 

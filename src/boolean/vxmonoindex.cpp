@@ -19,6 +19,8 @@ namespace vx {
 namespace {
 
 constexpr double infinite = std::numeric_limits<double>::infinity();
+/** Path units: what counts as level may rise by this; outlines that come as near touch. */
+constexpr double tiltedHeight = 1e-9;
 
 } // namespace
 
@@ -242,6 +244,8 @@ inline void MonoIndex::appendPiece(const vxMono &piece, const Passage &passage, 
     m_reaches.append(reach);
     if (!(reach.minY <= reach.maxY))
         m_curvesWithoutReach.push_back(curve);
+    if (piece.winding == 0 && reach.maxY - reach.minY > tiltedHeight)
+        m_hasTiltedLevel = true;
     m_largestCoordinate = std::max(m_largestCoordinate, largestOf(reach));
 }
 

@@ -89,6 +89,8 @@ public:
     const std::vector<const vxCurve *> &curvesWithoutReach() const { return m_curvesWithoutReach; }
     /** Bound of the coordinates of all pieces; infinite with NaN. */
     double largestCoordinate() const { return m_largestCoordinate; }
+    /** Whether some piece that counts as level is not. */
+    bool hasTiltedLevel() const { return m_hasTiltedLevel; }
 
     /** Tells count that the pieces to come are this index's, even if none of them is on the level. */
     void enter(LevelCount &count) const
@@ -205,6 +207,7 @@ private:
     std::vector<Outline> m_outlines;
     std::vector<const vxCurve *> m_curvesWithoutReach;
     double m_largestCoordinate = 0;
+    bool m_hasTiltedLevel = false;
     /** Made at the first question where there are many outlines. */
     mutable std::unique_ptr<Spread> m_spread;
     /** Over the levels of pieces; made when they are asked for again and again. */

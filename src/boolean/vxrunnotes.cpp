@@ -40,6 +40,7 @@ void RunNotes::add(const RunNotes &part)
     movedSample |= part.movedSample;
     grazedSample |= part.grazedSample;
     discardedContour |= part.discardedContour;
+    tiltedLevel |= part.tiltedLevel;
     search.limitReached |= part.search.limitReached;
     search.nearMiss |= part.search.nearMiss;
     counterClockwise |= part.counterClockwise;

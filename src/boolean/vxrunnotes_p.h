@@ -50,6 +50,11 @@ struct RunNotes {
     /** A stretch whose middle is a vertex or an extremum: the ray along its level grazes it. */
     bool grazedSample = false;
     bool discardedContour = false;
+    /**
+     * An edge that counts as level though its ends are not: a ray between their levels passes it by, and so
+     * miscounts.
+     */
+    bool tiltedLevel = false;
     /** What the searches for intersections may have missed. */
     SearchDoubts search;
 
@@ -64,7 +69,8 @@ struct RunNotes {
     bool any() const
     {
         return overlap || touch || shallow || atVertex || selfCrossing || simplified || folded || chained ||
-               movedSample || grazedSample || discardedContour || search.limitReached || search.nearMiss;
+               movedSample || grazedSample || discardedContour || tiltedLevel || search.limitReached ||
+               search.nearMiss;
     }
 };
 

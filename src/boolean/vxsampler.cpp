@@ -107,6 +107,7 @@ Sampler::Sampler(const XPath *path1, const XPath *path2, int op, RunNotes &notes
     m_secondPiece = m_pieces.size();
     if (path2)
         append(*path2, standing2);
+    m_notes.tiltedLevel |= m_pieces.hasTiltedLevel();
 }
 
 Sampler::Sampler(const XPath *path1, const XPath *path2, const QList<vxMono *> &monos, int op,

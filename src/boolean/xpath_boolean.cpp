@@ -239,8 +239,10 @@ XPath *vx::computeBoolean(XPath *path1, XPath *path2, int op, AuditMode mode, vx
         contours =
             audit(operands, once ? SetOperation::Unite : SetOperation(op), contours, notes, mode, report);
     }
-    // What the arrangement traced is clean already; simplifying it further would only move its area.
-    return XPath::createResult(contours, report.verdict != vxBooleanReport::Replaced, path1, path2);
+    // What was audited is given as it was: simplifying it, or simplifying it twice, would move its area.
+    const bool simplify =
+        report.verdict == vxBooleanReport::Plain || report.verdict == vxBooleanReport::Doubtful;
+    return XPath::createResult(contours, simplify, path1, path2);
 }
 
 void XPath::propagateWinding(vxSegment *start, XPath *path1, XPath *path2, const QList<vxMono *> &monos,

@@ -3,6 +3,7 @@
 #include "vxaudit_p.h"
 #include "vxcurvelocation.h"
 #include "vxintersect_p.h"
+#include "vxintersections_p.h"
 #include "vxlocationowner_p.h"
 #include "vxref_p.h"
 
@@ -71,30 +72,35 @@ private:
 
     /**
      * The side of a piece's middle. A middle on the outline says nothing, so other places are asked; a piece
-     * that runs along the outline all the way counts as inside.
+     * that runs along the outline all the way counts as inside. Where places lie on different sides, a
+     * crossing was missed.
      */
     bool isInside(const vxPath &piece)
     {
         const vxStyle style = vxStyle::filled(m_shape.evenOdd);
         const double length = piece.getLength();
-        bool stated = false;
+        const bool stated = m_shape.contains(piece.getPointAt(length * sampleFractions[0]), style);
+        bool side = true;
+        bool isKnown = false;
         for (double fraction : sampleFractions) {
             const vxPoint point = piece.getPointAt(length * fraction);
+            if (liesOnOutline(point)) {
+                raise(vxBooleanReport::Audited);
+                continue;
+            }
             const bool inside = m_shape.contains(point, style);
-            if (fraction == sampleFractions[0])
-                stated = inside;
-            if (!liesOnOutline(point))
-                return fraction == sampleFractions[0] ? inside : audited(stated, inside);
+            if (isKnown && inside != side)
+                raise(vxBooleanReport::Doubtful);
+            side = isKnown ? side : inside;
+            isKnown = true;
         }
-        return audited(stated, true);
+        if (side != stated)
+            raise(vxBooleanReport::Replaced);
+        return side;
     }
 
-    bool audited(bool stated, bool inside)
-    {
-        if (m_report.verdict != vxBooleanReport::Replaced)
-            m_report.verdict = stated == inside ? vxBooleanReport::Audited : vxBooleanReport::Replaced;
-        return inside;
-    }
+    /** Verdicts of several pieces: the one that says most. */
+    void raise(vxBooleanReport::Verdict verdict) { m_report.verdict = std::max(m_report.verdict, verdict); }
 
     bool liesOnOutline(const vxPoint &p) const
     {
@@ -132,8 +138,13 @@ XPath *vx::computeOpenBoolean(XPath *path1, XPath *path2, int op, vxBooleanRepor
     if (line->children.isEmpty())
         return new XPath; // nothing but a point is left of the line
 
-    const QList<vxCurveLocation *> crossings = line->getCrossings(shape.get());
+    SearchDoubts doubts;
+    const QList<vxCurveLocation *> crossings = vx::findIntersections(
+        *line, shape.get(),
+        [](vxCurveLocation *location) { return location->overlap || location->isCrossing(); }, doubts);
     const vx::LocationOwner owner(crossings);
+    report.limitHit = doubts.limitReached;
+    report.verdict = doubts.limitReached ? vxBooleanReport::Doubtful : vxBooleanReport::Plain;
     Cutter cutter(*line, *shape, intersecting, report);
     cutter.cutAt(crossings);
     line->removeChildren(0, -1); // so that the result becomes the pieces' parent

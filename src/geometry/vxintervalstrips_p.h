@@ -83,7 +83,8 @@ private:
             hi = std::max(hi, interval.hi);
             sum += interval.hi - interval.lo;
         }
-        const double strips = std::min({ stripsInMean * count * (hi - lo) / sum, 2.0 * count, most });
+        // In this order: a product could overflow, and the bound below no longer hold.
+        const double strips = std::min({ (hi - lo) / sum * count * stripsInMean, 2.0 * count, most });
         if (strips >= 2 && strips <= most && hi - lo < infinite) { // else one strip
             m_low = lo;
             m_perStrip = strips / (hi - lo);

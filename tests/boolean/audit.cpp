@@ -201,6 +201,44 @@ TEST(Audit, sees_curves_that_run_forth_and_back_over_themselves)
     }
 }
 
+TEST(Audit, gives_areas_that_are_right_to_a_millionth_of_the_box_or_says_that_they_may_not_be)
+{
+    const struct {
+        const char *name;
+        std::string a, b;
+        int op;
+        double area;
+    } rows[] = {
+        { "edges_that_rise_by_less_than_counts_as_level", "M 0 300 L 0 0 L 300 0 Z",
+          "M 10 0.00001 L 279 0.00006 L 10 200 Z", 2, 45000 },
+        { "such_edges_that_cross", "M 250 80 L 556 80 L 556 380 Z",
+          "M 250 80.000016 L 555.7 80.00004 L 555.7 380 Z", 3, 89.9644419528 },
+        { "a_strip_and_its_copy_nearby", "M 0 0 L 1 0 L 1 10000 L 0 10000 Z",
+          "M 0.000005 0 L 1.000005 0 L 1.000005 10000 L 0.000005 10000 Z", 4, 0.1 },
+        { "a_sliver_whose_vertices_would_drop_one_by_one",
+          "M 189 -60.000000000000007 L 189.85961470000001 -63.000000000000007 L 189.8596 1630 Z",
+          "M 189 -60.000000000000007 L 189.85961470000001 -63.1 L 189.85950000000003 1630 Z", 3, 0.0846459 },
+        { "a_copy_off_by_what_is_joined",
+          "M 58.900000000000006 97.900000000000006 L 33.285938000000002 123.52260000000001 C "
+          "7.6570000000000009 83.739000000000004 19.131 72.26400000000001 33.285940000000004 "
+          "72.264405000000011 C 47.4405 72.264400000000009 58.915030000000002 83.738900000000001 "
+          "58.915000000000006 97.89349 Z",
+          "M 58.915000000000006 97.894000000000005 L 33.286000000000001 123.52260000000001 C "
+          "7.6568500000000004 83.739000000000004 19.131 72.26400000000001 33.286000000000001 "
+          "72.264400000000009 C 45.623900000000006 72.264400000000009 55.925580000000004 "
+          "80.982650000000007 58.366630000000001 92.594700000000003 Z",
+          4, 0.6093387 },
+    };
+    for (const auto &row : rows) {
+        const XPathPtr a = read(row.a);
+        const XPathPtr b = read(row.b);
+        const Answer answer(a, b, row.op);
+        EXPECT_TRUE(answer.isDoubtful() || std::fabs(areaOf(*answer.path) - row.area) <= 1e-6 * boxOf(a, b))
+            << row.name << ": " << answer.report.verdictName() << ", " << areaOf(*answer.path) << " for "
+            << row.area;
+    }
+}
+
 TEST(UnitingAll, gives_the_area_of_uniting_in_turn)
 {
     shapes::Random random(5);

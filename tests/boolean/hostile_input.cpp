@@ -80,6 +80,7 @@ TEST_F(HostileInput, gets_an_answer)
         { "huge", "M -1e300 -1e300 L 1e300 -1e300 L 1e300 1e300 L -1e300 1e300 Z" },
         { "huge_curves", "M 0 0 C 1e300 0 0 1e300 50 50 C -1e300 1e155 1e155 -1e300 0 0 Z" },
         { "largest", "M 0 0 L 1.7976931348623157e308 50 L -1.7976931348623157e308 60 Z" },
+        { "nearly_largest", "M 0 0 L 100 4e307 L 50 2e307 Z" },
         { "denormal", "M 0 0 L 5e-324 0 L 5e-324 5e-324 L 0 5e-324 Z" },
         { "denormal_curve", "M 5e-324 0 C 0 5e-324 5e-324 5e-324 1e-310 0 Z" },
         { "tiny", "M 50 50 L 50.0000001 50 L 50.0000001 50.0000001 Z" },

@@ -1,5 +1,7 @@
 #include "support/shapes.h"
 
+#include "vxbooleanreport.h"
+
 #include <gtest/gtest.h>
 
 using shapes::ellipse;
@@ -72,6 +74,20 @@ TEST(OpenPaths, keep_their_length_and_have_no_handles_at_cut_ends)
             for (double part : { 0.1, 0.5, 0.9 })
                 EXPECT_EQ(area.contains(piece->getPointAt(part * piece->getLength())), side == &inside);
         }
+    }
+}
+
+TEST(OpenPaths, are_doubtful_where_a_crossing_may_be_missing)
+{
+    // They bend alike at their start, where a search finds many places and stops before it gets to the
+    // crossing.
+    const XPathPtr line = read("M 40 30 C 70 40 80 90 60 60 L 30 70");
+    const XPathPtr shape = read("M 40 30 C 70 40 80 90 20 60 L 30 10 Z");
+    for (int op : { 1, 3 }) {
+        vxBooleanReport report;
+        const XPathPtr cut(XPath::computeBoolean(line.get(), shape.get(), op, report));
+        EXPECT_EQ(report.verdict, vxBooleanReport::Doubtful);
+        EXPECT_TRUE(report.limitHit);
     }
 }
 
