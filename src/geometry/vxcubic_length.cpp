@@ -1,5 +1,6 @@
 #include "vxcubic_p.h"
 #include "vxnumeric_p.h"
+#include "vxpair_p.h"
 
 #include <algorithm>
 
@@ -20,10 +21,12 @@ public:
 
     double operator()(double t) const { return std::sqrt(squared(t)); }
 
-    double squared(double t) const
+    /** At one time, or at two side by side. */
+    template <typename T>
+    T squared(T t) const
     {
-        const double dx = (m_a.x * t + m_b.x) * t + m_c.x;
-        const double dy = (m_a.y * t + m_b.y) * t + m_c.y;
+        const T dx = (m_a.x * t + m_b.x) * t + m_c.x;
+        const T dy = (m_a.y * t + m_b.y) * t + m_c.y;
         return dx * dx + dy * dy;
     }
 
@@ -65,9 +68,30 @@ double integrate16(const Speed &speed, double a, double b)
     return A * sum;
 }
 
+/** The same by the rule of order 2, whose weights are 1: for the short steps of Newton's method. */
+double integrate2(const Speed &speed, double a, double b)
+{
+    const double A = (b - a) / 2;
+    const double B = a + A;
+    const double Ax = A * vx::gaussAbscissas[0][0];
+    const vx::Pair squared = speed.squared(vx::Pair{ B + Ax, B - Ax });
+    return A * (std::sqrt(squared[0]) + std::sqrt(squared[1]));
+}
+
+/** quadratureOrder(), where a call would cost as much as what it computes. */
+inline int orderFor(double a, double b)
+{
+    const double n = std::fabs(b - a) * 32;
+    if (n > 15)
+        return 16;
+    return n > 2 ? static_cast<int>(std::ceil(n)) : 2; // 2 for NaN
+}
+
 double integrateSpeed(const Speed &speed, double a, double b)
 {
-    const int order = vx::quadratureOrder(a, b);
+    const int order = orderFor(a, b);
+    if (order == 2)
+        return integrate2(speed, a, b);
     return order == 16 ? integrate16(speed, a, b) : vx::integrate(speed, a, b, order);
 }
 
@@ -131,10 +155,7 @@ double timeWithin(const vx::Cubic &c, double offset, double start, double rangeL
 
 int vx::quadratureOrder(double a, double b)
 {
-    const double n = std::fabs(b - a) * 32;
-    if (n > 15)
-        return 16;
-    return n > 2 ? static_cast<int>(std::ceil(n)) : 2; // 2 for NaN
+    return orderFor(a, b);
 }
 
 double vx::length(const Cubic &c, double a, double b)

@@ -1,5 +1,6 @@
 #include "vxapart_p.h"
 
+#include "vxpair_p.h"
 #include "vxtolerance.h"
 
 #include <algorithm>
@@ -85,6 +86,30 @@ bool isClearOf(const Cubic &part, const vxPoint &p)
     return areAside(margin, height(0), height(2), height(4), height(6));
 }
 
+/** Point k of a curve. */
+void setPoint(Cubic &c, int k, Pair point)
+{
+    c.v[2 * k] = point[0];
+    c.v[2 * k + 1] = point[1];
+}
+
+/** De Casteljau's construction at the middle, where it takes means: subdivide() to within rounding. */
+void halve(const Cubic &c, Cubic &first, Cubic &second)
+{
+    const Pair p0 = pairOf(c, 0), p1 = pairOf(c, 1), p2 = pairOf(c, 2), p3 = pairOf(c, 3);
+    const Pair p01 = 0.5 * (p0 + p1), p12 = 0.5 * (p1 + p2), p23 = 0.5 * (p2 + p3);
+    const Pair p012 = 0.5 * (p01 + p12), p123 = 0.5 * (p12 + p23);
+    const Pair middle = 0.5 * (p012 + p123);
+    setPoint(first, 0, p0);
+    setPoint(first, 1, p01);
+    setPoint(first, 2, p012);
+    setPoint(first, 3, middle);
+    setPoint(second, 0, middle);
+    setPoint(second, 1, p123);
+    setPoint(second, 2, p23);
+    setPoint(second, 3, p3);
+}
+
 /**
  * The same of all parts after a few halvings: a point within the hull, but aside of the curve, mostly is
  * clear of them. Halving moves points by rounding alone, far below the margin.
@@ -92,7 +117,7 @@ bool isClearOf(const Cubic &part, const vxPoint &p)
 bool isClearOfParts(const Cubic &c, const vxPoint &p, int halvings)
 {
     Cubic parts[2];
-    subdivide(c, 0.5, parts[0], parts[1]);
+    halve(c, parts[0], parts[1]);
     for (const Cubic &part : parts) {
         if (!isClearOf(part, p) && (halvings == 1 || !isClearOfParts(part, p, halvings - 1)))
             return false;
@@ -122,6 +147,13 @@ bool mayComeNear(const PreparedCurve &curve, const vxPoint &p)
 
 Contact possibleContact(const PreparedCurve &c1, const PreparedCurve &c2)
 {
+    int nearEnd;
+    return possibleContact(c1, c2, nearEnd);
+}
+
+Contact possibleContact(const PreparedCurve &c1, const PreparedCurve &c2, int &nearEnd)
+{
+    nearEnd = 0;
     if (!c1.ordinary || !c2.ordinary)
         return Contact::Any;
     const Heights over2(c2, c1.values);
@@ -132,10 +164,17 @@ Contact possibleContact(const PreparedCurve &c1, const PreparedCurve &c2)
     // Lines meet what lies near them, while clipping sees only that strips cross: it has to look for itself.
     if (isBeyond(c1, over1))
         return c1.straight || c2.straight ? Contact::None : Contact::Crossing;
-    const bool endsNear =
-        mayTouchParts(c2, over2.h[0], c1.values.p0()) || mayTouchParts(c2, over2.h[3], c1.values.p3()) ||
-        mayTouchParts(c1, over1.h[0], c2.values.p0()) || mayTouchParts(c1, over1.h[3], c2.values.p3());
-    return endsNear ? Contact::Any : Contact::Crossing;
+    if (mayTouchParts(c2, over2.h[0], c1.values.p0()))
+        nearEnd = 0;
+    else if (mayTouchParts(c2, over2.h[3], c1.values.p3()))
+        nearEnd = 1;
+    else if (mayTouchParts(c1, over1.h[0], c2.values.p0()))
+        nearEnd = 2;
+    else if (mayTouchParts(c1, over1.h[3], c2.values.p3()))
+        nearEnd = 3;
+    else
+        return Contact::Crossing;
+    return Contact::Any;
 }
 
 namespace {
@@ -235,6 +274,14 @@ bool areBeyond(double least, double a, double b, double c)
     return (a > least && b > least && c > least) || (a < -least && b < -least && c < -least);
 }
 
+/** Whether all of a curve but the joint lies to the left of it, or all to the right. */
+bool liesAside(const JoinedCurve &joined)
+{
+    const double *v = joined.curve.values.v + 2 * joined.first();
+    const double x = joined.x();
+    return areBeyond(0, v[0] - x, v[2] - x, v[4] - x);
+}
+
 /**
  * Whether clipping a curve to the fat line of the joint, a mere point, ends with times at the joint and no
  * doubt. A point's fat line is the vertical through it.
@@ -254,6 +301,8 @@ bool areBeyond(double least, double a, double b, double c)
  */
 bool shrinksToJoint(const JoinedCurve &joined)
 {
+    if (liesAside(joined))
+        return true;
     double x[3];
     double y[3];
     for (int i = 0; i < 3; ++i) {
@@ -261,12 +310,17 @@ bool shrinksToJoint(const JoinedCurve &joined)
         x[i] = joined.curve.values.v[2 * point] - joined.x();
         y[i] = joined.curve.values.v[2 * point + 1] - joined.y();
     }
-    if (areBeyond(0, x[0], x[1], x[2]))
-        return true;
     const Box &box = joined.curve.box;
     const double aside = std::max(0.005 * std::fabs(joined.x()), 0.01);
     const double upwards = 0.01 * (1 + box.maxX - box.minX + box.maxY - box.minY);
     return x[0] == 0 && areBeyond(aside, x[1], x[1], x[2]) && areBeyond(upwards, y[0], y[1], y[2]);
+}
+
+/** Whether two curves lie on different sides of the second's chord; heights: of the first over that chord. */
+bool lieOnDifferentSides(const DepartingHeights &heights, const PreparedCurve &c2)
+{
+    const double margin = apartDistance * c2.chordBound;
+    return (heights.greatest < -margin && c2.lowest == 0) || (heights.least > margin && c2.highest == 0);
 }
 
 /**
@@ -279,11 +333,9 @@ bool curvesPart(const JoinedCurve &j1, const JoinedCurve &j2)
     const PreparedCurve &c1 = j1.curve;
     const PreparedCurve &c2 = j2.curve;
     const DepartingHeights heights(c2, j1);
-    const double margin = apartDistance * c2.chordBound;
-    const bool partsBelow = heights.greatest < -margin && c2.lowest == 0;
-    const bool partsAbove = heights.least > margin && c2.highest == 0;
-    if (!partsBelow && !partsAbove)
+    if (!lieOnDifferentSides(heights, c2))
         return false;
+    const double margin = apartDistance * c2.chordBound;
     // The second's far end lies on the chord's line, so the first may come near it only as near to the joint
     // as its heights shrink below apartDistance.
     const double extent = 2 * (c1.box.maxX - c1.box.minX + c1.box.maxY - c1.box.minY);
@@ -304,6 +356,21 @@ bool meetOnlyAtJoint(const PreparedCurve &c1, const PreparedCurve &c2, Joint joi
     if (c1.straight)
         return leavesLine(j1, j2);
     return c2.straight ? leavesLine(j2, j1) : curvesPart(j1, j2);
+}
+
+bool clipToSharedEnd(const PreparedCurve &c1, const PreparedCurve &c2, TimePair &meeting)
+{
+    for (const bool atEnd1 : { false, true }) {
+        for (const bool atEnd2 : { false, true }) {
+            const JoinedCurve j1{ c1, atEnd1 };
+            const JoinedCurve j2{ c2, atEnd2 };
+            if (shareTheirJoint(j1, j2)) {
+                meeting = { atEnd1 ? 1.0 : 0.0, atEnd2 ? 1.0 : 0.0 };
+                return liesAside(j2) && lieOnDifferentSides(DepartingHeights(c2, j1), c2);
+            }
+        }
+    }
+    return false;
 }
 
 bool touchOnlyAtJoint(const PreparedCurve &c1, const PreparedCurve &c2, Joint joint)

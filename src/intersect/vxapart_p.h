@@ -20,6 +20,8 @@ enum class Contact {
 };
 
 Contact possibleContact(const PreparedCurve &c1, const PreparedCurve &c2);
+/** The same; where it says Any, nearEnd becomes what findOverlap() wants to know. */
+Contact possibleContact(const PreparedCurve &c1, const PreparedCurve &c2, int &nearEnd);
 
 /** False where a point lies so far off that neither timeOf() nor timeNear() within 5 closeDistance finds a
  * time. */
@@ -36,6 +38,14 @@ enum class Joint {
  * away from each other there, and come near each other nowhere else.
  */
 bool meetOnlyAtJoint(const PreparedCurve &c1, const PreparedCurve &c2, Joint joint);
+
+/**
+ * Whether two curved curves share an end and lie so that clipping finds that end, exactly, and nothing else.
+ * In its first step all of the first but the end lies outside of the second's fat line, which ends there: the
+ * first shrinks to that point. In its second step all of the second but the end lies to one side of the
+ * vertical through the point. Heights of a shared end are 0 without rounding, and so are its times.
+ */
+bool clipToSharedEnd(const PreparedCurve &c1, const PreparedCurve &c2, TimePair &meeting);
 
 /**
  * Whether of the four ends only those at the joint, which are one point, come near the other curve. They give

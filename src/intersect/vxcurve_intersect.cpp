@@ -38,12 +38,13 @@ void CurvePair::intersect()
         return;
     if (!boxesMeet(m_values1.box, m_values2.box))
         return;
-    const Contact contact = possibleContact(m_values1, m_values2);
+    int nearEnd;
+    const Contact contact = possibleContact(m_values1, m_values2, nearEnd);
     if (contact == Contact::None)
         return;
     const bool endsNear = contact == Contact::Any && !(neighbours && touchOnlyAtTheirJoint());
     const int before = m_locations.size();
-    if (!(endsNear && addOverlap()))
+    if (!(endsNear && addOverlap(nearEnd)))
         addMeetings(endsNear);
     if (m_locations.size() == before && endsNear && !neighbours && !m_param.nearMiss)
         m_param.nearMiss = comeNearAtEnds();
@@ -69,7 +70,7 @@ void CurvePair::addMeetings(bool endsNear)
     }
     if (m_values1.straight || m_values2.straight)
         addCurveAndLine();
-    else
+    else if (!(endsNear && addSharedEnd()))
         addCurves(ClipRange(), 0);
     if (endsNear && m_locations.size() == before)
         addCloseEnds();
@@ -93,10 +94,10 @@ bool CurvePair::comeNearAtEnds() const
            isNear(m_values2, m_values1.values.p0()) || isNear(m_values2, m_values1.values.p3());
 }
 
-bool CurvePair::addOverlap()
+bool CurvePair::addOverlap(int nearEnd)
 {
     TimePair pairs[2];
-    if (!findOverlap(m_values1, m_values2, pairs))
+    if (!findOverlap(m_values1, m_values2, pairs, nearEnd))
         return false;
     for (const TimePair &pair : pairs)
         addLocation(pair.t1, unknownPoint, pair.t2, unknownPoint, true);
@@ -134,26 +135,43 @@ void CurvePair::addCurveAndLine()
     }
 }
 
+/** Where it is known what clipping would find. */
+bool CurvePair::addSharedEnd()
+{
+    TimePair end;
+    if (!clipToSharedEnd(m_values1, m_values2, end))
+        return false;
+    TimePairs found;
+    found.append(end.t1, end.t2);
+    addFound(found, false);
+    return true;
+}
+
 int CurvePair::addCurves(const ClipRange &range, int calls)
 {
     TimePairs found;
     calls = clipCurves(m_values1.values, m_values2.values, range, calls, found);
     m_param.limitReached = m_param.limitReached || found.isCutShort();
+    addFound(found, range.flip);
+    return calls;
+}
+
+void CurvePair::addFound(const TimePairs &found, bool flip)
+{
     bool anyAccepted = false;
     for (int i = 0; i < found.count() && !anyAccepted; ++i)
         anyAccepted = acceptTimes(found[i].t1, found[i].t2, false);
     if (!anyAccepted)
-        return calls;
+        return;
     // Clipping counts times on the curves themselves, whatever part it was given.
     const Cubic whole1 = wholeValues(m_curve1, m_values1.values);
     const Cubic whole2 = wholeValues(m_curve2, m_values2.values);
     const Side side1{ m_curve1, whole1 };
     const Side side2{ m_curve2, whole2 };
     for (int i = 0; i < found.count(); ++i) {
-        addLocation(range.flip ? side2 : side1, found[i].t1, unknownPoint, range.flip ? side1 : side2,
-                    found[i].t2, unknownPoint, false);
+        addLocation(flip ? side2 : side1, found[i].t1, unknownPoint, flip ? side1 : side2, found[i].t2,
+                    unknownPoint, false);
     }
-    return calls;
 }
 
 void CurvePair::addCloseEnds()
@@ -163,7 +181,7 @@ void CurvePair::addCloseEnds()
         const Cubic &c2 = m_values2.values;
         const vxPoint p1 = t1 == 0 ? c1.p0() : c1.p3();
         const vxPoint p2 = t2 == 0 ? c2.p0() : c2.p3();
-        if (p1.isClose(p2, closeDistance))
+        if (p1.isClose(p2, closeDistance) && !(m_refused == Meeting{ t1, p1, t2, p2 }))
             addLocation(t1, p1, t2, p2, false);
     };
     addIfClose(0, 0);
@@ -216,6 +234,7 @@ void CurvePair::addLocation(const Side &side1, double t1, const vxPoint &p1, con
     vxCurveLocation *loc = samePath && side1.curve->index() > side2.curve->index() ? loc2 : loc1;
     if ((m_param.include && !m_param.include(loc)) ||
         vxCurveLocation::insert(m_locations, loc, true) != loc) {
+        m_refused = Meeting{ t1, loc1->point, t2, loc2->point };
         loc1->release();
         loc2->release();
     }

@@ -31,10 +31,10 @@ class Departure
 {
 public:
     /** Along the curve from its start, or back from its end. */
-    void set(const vxCurve &curve, bool backwards, const vxPoint &from, double offset)
+    void set(const vxCurve &curve, double length, bool backwards, const vxPoint &from, double offset)
     {
         m_values = curve._cubic();
-        m_length = curve.getLength();
+        m_length = length;
         m_from = from;
         m_offset = backwards ? -offset : offset;
         m_known = Known::Nothing;
@@ -122,6 +122,9 @@ struct Side {
     vxCurve *after = nullptr;
     bool inside = false;
     double time = noTime;
+    /** Of before and after, unless inside. */
+    double lengthBefore = 0;
+    double lengthAfter = 0;
     Departure back;
     Departure out;
 
@@ -136,7 +139,14 @@ struct Side {
             after = after->getNext();
     }
 
-    double shortestLength() const { return inside ? qInf() : qMin(after->getLength(), before->getLength()); }
+    double shortestLength()
+    {
+        if (inside)
+            return qInf();
+        lengthBefore = before->getLength();
+        lengthAfter = after->getLength();
+        return qMin(lengthAfter, lengthBefore);
+    }
 
     void setDirections(const vxPoint &p, double offset)
     {
@@ -145,8 +155,8 @@ struct Side {
             out.set(tangent);
             back.set(tangent.negate());
         } else {
-            out.set(*after, false, p, offset);
-            back.set(*before, true, p, offset);
+            out.set(*after, lengthAfter, false, p, offset);
+            back.set(*before, lengthBefore, true, p, offset);
         }
     }
 

@@ -4,6 +4,8 @@
 #include "vxcurvelocation.h"
 #include "vxintersect_p.h"
 
+#include <optional>
+
 class vxCurve;
 
 namespace vx {
@@ -25,8 +27,8 @@ public:
     /** Chooses between overlap, lines, line and curve, and clipping; ends with a look at the end points. */
     void intersect();
 
-    /** Both ends of a shared stretch; false when there is none. */
-    bool addOverlap();
+    /** Both ends of a shared stretch; false when there is none. nearEnd: see findOverlap(). */
+    bool addOverlap(int nearEnd = 0);
     void addLines();
     void addCurveAndLine();
     /** Returns the updated count of clipping calls. */
@@ -44,6 +46,19 @@ private:
         const Cubic &values;
     };
 
+    /** Times and points of a pair of locations. */
+    struct Meeting {
+        double t1;
+        vxPoint p1;
+        double t2;
+        vxPoint p2;
+
+        bool operator==(const Meeting &other) const
+        {
+            return t1 == other.t1 && t2 == other.t2 && p1 == other.p1 && p2 == other.p2;
+        }
+    };
+
     void addLocation(const Side &side1, double t1, const vxPoint &p1, const Side &side2, double t2,
                      const vxPoint &p2, bool overlap);
     bool meetOnlyAtTheirJoint() const;
@@ -51,6 +66,9 @@ private:
     /** Where neighbours are joined. */
     Joint joint() const { return m_param.excludeEnd ? Joint::EndToStart : Joint::StartToEnd; }
     void addMeetings(bool endsNear);
+    bool addSharedEnd();
+    /** Meetings that clipping has found, first on the second curve if flip. */
+    void addFound(const TimePairs &found, bool flip);
     bool comeNearAtEnds() const;
     bool acceptTimes(double t1, double t2, bool overlap) const;
 
@@ -60,6 +78,8 @@ private:
     vxCurve *m_curve2;
     QList<vxCurveLocation *> &m_locations;
     opParam &m_param;
+    /** The last meeting that was not taken: it would not be a second time. */
+    std::optional<Meeting> m_refused;
 };
 
 /** Adds a loop's crossing; see vxCurve::getSelfIntersection for what happens to param. */

@@ -104,9 +104,10 @@ private:
 
 /**
  * The two time pairs that bound the stretch both curves share, in the order in which the end points were
- * tried; false when they share none.
+ * tried: start and end of the first curve, start and end of the second. False when they share none. The ends
+ * before number nearEnd, of 0 to 3, are known not to come near the other curve.
  */
-bool findOverlap(const PreparedCurve &c1, const PreparedCurve &c2, TimePair pairs[2]);
+bool findOverlap(const PreparedCurve &c1, const PreparedCurve &c2, TimePair pairs[2], int nearEnd = 0);
 
 // --- vxclipping.cpp ---
 

@@ -51,20 +51,31 @@ bool mayShare(const PreparedCurve &c1, const PreparedCurve &c2, bool &straight)
     return c1.straight == c2.straight;
 }
 
-/** Tries the four end points against the other curve, in order; true when two different pairs are found. */
-bool findPairs(const PreparedCurve &c1, const PreparedCurve &c2, TimePair pairs[2])
+/** timeOf() of a point that mostly is an end of the curve, or off it. */
+double timeOnCurve(const PreparedCurve &curve, const vxPoint &p)
+{
+    if (curve.ordinary && p == curve.values.p0())
+        return 0;
+    if (curve.ordinary && p == curve.values.p3())
+        return 1; // not so near the start as to be taken for it
+    return mayComeNear(curve, p) ? timeOf(curve.values, p) : noTime;
+}
+
+/**
+ * Tries the end points from number first on against the other curve, in order; true when two different pairs
+ * are found.
+ */
+bool findPairs(const PreparedCurve &c1, const PreparedCurve &c2, int first, TimePair pairs[2])
 {
     int count = 0;
-    for (int i = 0; i < 4 && count < 2; ++i) {
+    for (int i = first; i < 4 && count < 2; ++i) {
         const bool ofFirst = i < 2;
         const bool atEnd = i % 2 == 1;
         if (i == 3 && count == 0)
             return false; // one pair at most is left to find
         const Cubic &own = ofFirst ? c1.values : c2.values;
-        const PreparedCurve &other = ofFirst ? c2 : c1;
-        const vxPoint end = atEnd ? own.p3() : own.p0();
         const double t = atEnd ? 1 : 0;
-        const double u = mayComeNear(other, end) ? timeOf(other.values, end) : noTime;
+        const double u = timeOnCurve(ofFirst ? c2 : c1, atEnd ? own.p3() : own.p0());
         if (u == noTime)
             continue;
         const TimePair pair = ofFirst ? TimePair{ t, u } : TimePair{ u, t };
@@ -86,10 +97,10 @@ bool sameControlPoints(const Cubic &a, const Cubic &b)
 
 } // namespace
 
-bool findOverlap(const PreparedCurve &c1, const PreparedCurve &c2, TimePair pairs[2])
+bool findOverlap(const PreparedCurve &c1, const PreparedCurve &c2, TimePair pairs[2], int nearEnd)
 {
     bool straight = false;
-    if (!mayShare(c1, c2, straight) || !findPairs(c1, c2, pairs))
+    if (!mayShare(c1, c2, straight) || !findPairs(c1, c2, nearEnd, pairs))
         return false;
     return straight || sameControlPoints(part(c1.values, pairs[0].t1, pairs[1].t1),
                                          part(c2.values, pairs[0].t2, pairs[1].t2));

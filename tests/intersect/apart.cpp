@@ -167,16 +167,25 @@ TEST(Apart, pairs_said_to_have_no_contact_are_searched_in_vain)
     Curves curves(20260501);
     int none[3] = {};
     int crossing = 0;
+    int overlaps = 0;
     for (int i = 0; i < 30000; ++i) {
         curves.next();
         const vx::Cubic values = curves.any();
         const vx::PreparedCurve a(values);
         const vx::PreparedCurve b(curves.oneIn(2) ? curves.any() : curves.beside(values));
-        const vx::Contact contact = possibleContact(a, b);
-        if (contact == vx::Contact::Any)
-            continue;
-        ASSERT_FALSE(endsAreNear(a.values, b.values)) << text(a) << "\n" << text(b);
+        int nearEnd;
+        const vx::Contact contact = possibleContact(a, b, nearEnd);
         vx::TimePair overlap[2];
+        if (contact == vx::Contact::Any) {
+            vx::TimePair sooner[2];
+            const bool found = findOverlap(a, b, overlap);
+            ASSERT_EQ(findOverlap(a, b, sooner, nearEnd), found) << text(a) << "\n" << text(b);
+            for (int k = 0; found && k < 2; ++k)
+                ASSERT_TRUE(sooner[k].t1 == overlap[k].t1 && sooner[k].t2 == overlap[k].t2);
+            overlaps += found;
+            continue;
+        }
+        ASSERT_FALSE(endsAreNear(a.values, b.values)) << text(a) << "\n" << text(b);
         ASSERT_FALSE(findOverlap(a, b, overlap)) << text(a) << "\n" << text(b);
         if (contact == vx::Contact::Crossing) {
             ++crossing;
@@ -185,9 +194,9 @@ TEST(Apart, pairs_said_to_have_no_contact_are_searched_in_vain)
         ASSERT_TRUE(FullSearch(a, b, false, false).sawNothing()) << text(a) << "\n" << text(b);
         ++none[a.straight + b.straight];
     }
-    std::printf("none: %d, %d, %d with 0, 1, 2 lines; crossing at most: %d\n", none[0], none[1], none[2],
-                crossing);
-    EXPECT_GT(std::min({ none[0], none[1], none[2], crossing }), 500);
+    std::printf("none: %d, %d, %d with 0, 1, 2 lines; crossing at most: %d; overlaps: %d\n", none[0], none[1],
+                none[2], crossing, overlaps);
+    EXPECT_GT(std::min({ none[0], none[1], none[2], crossing, overlaps }), 500);
 }
 
 TEST(Apart, neighbours_said_to_meet_only_at_their_joint_are_searched_in_vain)
@@ -225,6 +234,30 @@ TEST(Apart, neighbours_said_to_meet_only_at_their_joint_are_searched_in_vain)
     EXPECT_GT(std::min({ proved[0], proved[1], proved[2] }), 500);
     EXPECT_GT(upright, 100);
     EXPECT_GT(touching, 10000);
+}
+
+TEST(Apart, shared_ends_are_what_clipping_finds_to_the_bit)
+{
+    Curves curves(20260505);
+    int known[2][2] = {};
+    for (int i = 0; i < 60000; ++i) {
+        curves.next();
+        const vx::Cubic first = curves.any();
+        const vx::Cubic second = curves.after(first);
+        const vx::PreparedCurve a(curves.oneIn(2) ? first : first.reversed());
+        const vx::PreparedCurve b(curves.oneIn(2) ? second : second.reversed());
+        vx::TimePair end;
+        if (a.straight || b.straight || !clipToSharedEnd(a, b, end))
+            continue;
+        vx::TimePairs found;
+        vx::clipCurves(a.values, b.values, vx::ClipRange(), 0, found);
+        ASSERT_EQ(found.count(), 1) << text(a) << "\n" << text(b);
+        ASSERT_TRUE(found[0].t1 == end.t1 && found[0].t2 == end.t2) << text(a) << "\n" << text(b);
+        ASSERT_FALSE(found.isCutShort()) << text(a) << "\n" << text(b);
+        ++known[int(end.t1)][int(end.t2)];
+    }
+    std::printf("%d, %d, %d, %d known\n", known[0][0], known[0][1], known[1][0], known[1][1]);
+    EXPECT_GT(std::min({ known[0][0], known[0][1], known[1][0], known[1][1] }), 500);
 }
 
 TEST(Apart, upright_joints_are_searched_in_vain_down_to_the_distance_where_rounding_shows)
