@@ -12,13 +12,13 @@ struct PZGRAPHICS_EXPORT vxBooleanReport {
         Plain,    ///< outlines simply cross: nothing to audit
         Audited,  ///< checked, and as the engine gave it
         Replaced, ///< the engine's answer was not right; the result is the arrangement's
-        Doubtful  ///< the arrangement could not tell: the result is the engine's and may be wrong
+        Doubtful  ///< neither could be vouched for: the result is the engine's and may be wrong
     };
 
     Verdict verdict = Plain;
     /** Area of the result in square path units as the arrangement has it; NaN for a plain verdict. */
     double predictedArea = 0;
-    /** Nodes at which the arrangement's outline does not close; 0 unless doubtful. */
+    /** Nodes at which the arrangement's outline does not close; above 0 only where that makes it doubtful. */
     int oddNodes = 0;
     /** Distance in path units within which ends were joined; 0 for a plain verdict. */
     double snapping = 0;
