@@ -196,6 +196,8 @@ TEST_F(CommandLine, corpus_finds_the_wrong_areas)
     EXPECT_EQ(lines.filter(QRegExp("^lines +unite +1 +0 ")).size(), 1);
     EXPECT_TRUE(lines.last().startsWith("two\tunite\t10000\t10030\t3.00e-03\tok"));
     EXPECT_FALSE(text(run + QStringList{ "--tolerance", "0.01" }).contains("wrong:"));
+    QFile::copy(file("truth.tsv"), file("cases.truth.tsv"));
+    EXPECT_TRUE(text({ "corpus", "cases.tsv", "cases.truth.tsv" }).contains("two\tunite\t10000\t10030"));
     EXPECT_EQ(text({ "corpus", "cases.tsv", "--op", "intersect", "--no-fork", "--reps", "3" }).count('\n'),
               2);
 }

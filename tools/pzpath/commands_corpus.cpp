@@ -12,25 +12,44 @@
 
 namespace {
 
+/** A shell's *.tsv names files of cases and the areas that lie beside them alike. */
+bool holdsTruth(const QString &file)
+{
+    return file.endsWith(QLatin1String(".truth.tsv")) || file.endsWith(QLatin1String(".truth.tsv.gz"));
+}
+
 QVector<CorpusCase> readAll(const QStringList &files)
 {
     QVector<CorpusCase> cases;
-    for (const QString &file : files)
-        cases += readCorpus(file);
+    for (const QString &file : files) {
+        if (!holdsTruth(file))
+            cases += readCorpus(file);
+    }
     return cases;
+}
+
+QStringList truthFiles(const Invocation &in)
+{
+    QStringList files = in.values("truth");
+    for (const QString &file : in.arguments()) {
+        if (holdsTruth(file))
+            files << file;
+    }
+    return files;
 }
 
 QHash<QString, CorpusTruth> readTruths(const Invocation &in, const QVector<CorpusCase> &cases)
 {
     QHash<QString, CorpusTruth> all;
-    for (const QString &file : in.values("truth")) {
+    const QStringList files = truthFiles(in);
+    for (const QString &file : files) {
         const QHash<QString, CorpusTruth> some = readTruth(file);
         for (auto it = some.constBegin(); it != some.constEnd(); ++it)
             all.insert(it.key(), it.value());
     }
     const auto known = [&](const CorpusCase &entry) { return all.contains(entry.id); };
-    if (in.has("truth") && std::none_of(cases.begin(), cases.end(), known))
-        throw ToolError{ QStringLiteral("no case is named in %1").arg(in.values("truth").join(", ")) };
+    if (!files.isEmpty() && std::none_of(cases.begin(), cases.end(), known))
+        throw ToolError{ QStringLiteral("no case is named in %1").arg(files.join(", ")) };
     return all;
 }
 
@@ -116,7 +135,7 @@ void runCorpusCommand(const Invocation &in)
                       progress.step();
                   });
     }
-    if (in.has("truth"))
+    if (!truthFiles(in).isEmpty())
         report.print();
 }
 
