@@ -1,7 +1,9 @@
 #include "vxaudit_p.h"
 
 #include "vxarrangement_p.h"
+#include "vxcurvelocation.h"
 #include "vxcurvevalues_p.h"
+#include "vxlocationowner_p.h"
 #include "vxpath.h"
 #include "xpath.h"
 
@@ -175,29 +177,45 @@ Outline outlineOf(const std::vector<Contour> &contours, const Arrangement &arran
     return outline;
 }
 
-/** Whether the lengths agree; contours that were paired by their size are mostly the same curves. */
-bool lengthsAgree(const Outline &traced, const std::vector<const FramedContour *> &tracedBySize,
-                  const Outline &expected, const std::vector<const FramedContour *> &expectedBySize)
+/** Whether contours that were paired by their size are the same curves but for small moves, as they mostly
+ * are. */
+bool areAlike(const std::vector<const FramedContour *> &traced,
+              const std::vector<const FramedContour *> &expected)
 {
     double difference = 0;
     double chords = 0;
-    size_t alike = 0;
-    while (alike < tracedBySize.size() &&
-           runAlike(*tracedBySize[alike], *expectedBySize[alike], difference, chords))
-        ++alike;
+    for (size_t i = 0; i < traced.size(); ++i) {
+        if (!runAlike(*traced[i], *expected[i], difference, chords))
+            return false;
+    }
     // A tenth of the margin covers rounding, and that a quadrature may fall a little short of the chord.
-    if (alike == tracedBySize.size() && difference <= lengthMargin / 10 * chords)
-        return true;
+    return difference <= lengthMargin / 10 * chords;
+}
+
+bool lengthsAgree(const Outline &traced, const Outline &expected)
+{
     const double length = expected.length();
     return std::fabs(traced.length() - length) <= lengthMargin * length;
 }
 
+/** Whether contours cross themselves or each other, or run together. */
+bool crossThemselves(const QVector<vxPath *> &contours)
+{
+    XPath copy;
+    for (const vxPath *contour : contours)
+        copy.addChild(contour->clone(), -1);
+    const QList<vxCurveLocation *> crossings = copy.getCrossings(nullptr);
+    const LocationOwner owner(crossings);
+    return !crossings.isEmpty();
+}
+
 /**
  * Whether the engine traced what the arrangement did: the same area and length in all, in as many contours of
- * the same size (lobes that hang together at a point are contours of their own).
+ * the same size (lobes that hang together at a point are contours of their own), which are the same curves
+ * or at least as simple.
  */
-bool agrees(const Outline &traced, const Outline &expected, const Arrangement &arrangement,
-            const RunNotes &notes)
+bool agrees(const QVector<vxPath *> &paths, const Outline &traced, const Outline &expected,
+            const Arrangement &arrangement, const RunNotes &notes)
 {
     const double scale = arrangement.frame().scale;
     const double margin = areaMargin * arrangement.boxArea() * scale * scale;
@@ -211,7 +229,8 @@ bool agrees(const Outline &traced, const Outline &expected, const Arrangement &a
         return std::fabs(std::fabs(a->signedArea) - std::fabs(b->signedArea)) <= margin;
     };
     return std::equal(tracedBySize.begin(), tracedBySize.end(), expectedBySize.begin(), isAsLarge) &&
-           lengthsAgree(traced, tracedBySize, expected, expectedBySize);
+           (areAlike(tracedBySize, expectedBySize) ||
+            (lengthsAgree(traced, expected) && !crossThemselves(paths)));
 }
 
 /** Without vertices on straight runs, and without contours of which nothing is left then. */
@@ -262,7 +281,7 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, SetOperation ope
     const QVector<vxPath *> reduced = simplified(traced);
     const Outline outline = outlineOf(reduced, arrangement.frame());
     const auto isTraced = [&](const std::vector<Contour> &contours) {
-        return agrees(outline, outlineOf(contours, arrangement), arrangement, notes);
+        return agrees(reduced, outline, outlineOf(contours, arrangement), arrangement, notes);
     };
     std::vector<Contour> expected;
     bool same = false;
