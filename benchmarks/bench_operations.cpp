@@ -94,6 +94,41 @@ void uniteElements(benchmark::State &state)
 }
 BENCHMARK(uniteElements)->Name("PZPath unite/icon")->Unit(benchmark::kMicrosecond);
 
+/** A thousand discs that overlap: united at once, and each with what the others before it came to. */
+QVector<PZPath> discs()
+{
+    QVector<PZPath> result;
+    for (int i = 0; i < 1000; ++i) {
+        PZPath disc;
+        // The golden angle spreads them evenly over a larger disc, each overlapping a few.
+        const double angle = i * 2.399963229728653;
+        const double distance = 20 * std::sqrt(double(i));
+        disc.ellipse(QRectF(distance * std::cos(angle), distance * std::sin(angle), 50, 50));
+        result.append(disc);
+    }
+    return result;
+}
+
+void uniteAtOnce(benchmark::State &state)
+{
+    QVector<PZPath> operands = discs();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(PZPath::uniteAll(operands));
+}
+BENCHMARK(uniteAtOnce)->Name("uniteAll/1000 discs")->Unit(benchmark::kMillisecond);
+
+void uniteInTurn(benchmark::State &state)
+{
+    const QVector<PZPath> operands = discs();
+    for (auto _ : state) {
+        PZPath result;
+        for (PZPath disc : operands)
+            result.unite(disc);
+        benchmark::DoNotOptimize(result);
+    }
+}
+BENCHMARK(uniteInTurn)->Name("uniteAll/1000 discs, in turn")->Unit(benchmark::kMillisecond);
+
 // --- a path that stands still while it is asked many times ---
 
 constexpr int standingCurves = 200;
