@@ -113,8 +113,9 @@ void Arrangement::refine(SetOperation operation, double movable)
 }
 
 /**
- * Cuts the curves at odd nodes in more places; false when there is no other way to look for some. Nodes come
- * first, since that only tells a curve of places that are known, and again for those that were found since.
+ * Cuts the curves at odd nodes in more places; false when there is no other way to look for some. The first
+ * look was meet(). Nodes come second, since that only tells a curve of places that are known, and fourth for
+ * those that were found since.
  */
 bool Arrangement::lookAgain(int look)
 {

@@ -34,9 +34,9 @@ constexpr double foldWidth = 1e-12;
 void appendCurve(const Cubic &c, std::vector<Cubic> &outline)
 {
     double times[2];
-    const double reach = std::max({ std::fabs(c.v[6] - c.v[0]), std::fabs(c.v[7] - c.v[1]),
-                                    std::fabs(c.v[2] - c.v[0]), std::fabs(c.v[3] - c.v[1]) });
-    const int count = foldTimes(c, foldWidth * reach, times);
+    const double size = std::max({ std::fabs(c.v[6] - c.v[0]), std::fabs(c.v[7] - c.v[1]),
+                                   std::fabs(c.v[2] - c.v[0]), std::fabs(c.v[3] - c.v[1]) });
+    const int count = foldTimes(c, foldWidth * size, times);
     if (count == 0) {
         outline.push_back(c);
         return;

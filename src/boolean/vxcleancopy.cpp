@@ -70,9 +70,9 @@ public:
     const RunNotes &notes() const { return m_notes; }
     const std::vector<ContourPlacement> &placements() const { return m_placements; }
     /** Called for every copy but the first. */
-    void noteRepeat(const XPath &original) const { m_keepsCurves = countSegments(original) <= mostCurves; }
+    void noteRepeat(const XPath &original) { m_keepsCurves = countSegments(original) <= mostCurves; }
     /** Of the copies as they are cleaned, or of their reverse; null before the second copy. */
-    StandingCurves *curves(bool isReversed) const
+    StandingCurves *curves(bool isReversed)
     {
         return m_keepsCurves ? &m_curves[isReversed ? 1 : 0] : nullptr;
     }
@@ -88,9 +88,9 @@ private:
     bool m_skipsSixes;
     std::vector<ContourPlacement> m_placements;
     std::vector<ContourState> m_states;
-    mutable bool m_keepsCurves = false;
+    bool m_keepsCurves = false;
     /** A length may change in its last bit when a curve is reversed. */
-    mutable std::array<StandingCurves, 2> m_curves;
+    std::array<StandingCurves, 2> m_curves;
 };
 
 namespace {
@@ -179,7 +179,7 @@ XPath *cleanCopy(const XPath *path, RunNotes &notes)
 {
     if (!path)
         return new XPath;
-    std::shared_ptr<const CleanUp> &known = path->_cleanUp();
+    std::shared_ptr<CleanUp> &known = path->_cleanUp();
     if (known && known->holdsFor(*path)) {
         notes.add(known->notes());
         known->noteRepeat(*path);
@@ -201,7 +201,7 @@ XPath *cleanCopy(const XPath *path, RunNotes &notes)
 
 StandingCurves *standingCurves(const XPath &path, bool isReversed)
 {
-    const std::shared_ptr<const CleanUp> &known = path._cleanUp();
+    const std::shared_ptr<CleanUp> &known = path._cleanUp();
     return known ? known->curves(isReversed) : nullptr;
 }
 

@@ -79,16 +79,18 @@ private:
     {
         const vxStyle style = vxStyle::filled(m_shape.evenOdd);
         const double length = piece.getLength();
-        const bool stated = m_shape.contains(piece.getPointAt(length * sampleFractions[0]), style);
+        bool stated = true;
         bool side = true;
         bool isKnown = false;
         for (double fraction : sampleFractions) {
             const vxPoint point = piece.getPointAt(length * fraction);
+            const bool inside = m_shape.contains(point, style);
+            if (fraction == sampleFractions[0])
+                stated = inside;
             if (liesOnOutline(point)) {
                 raise(vxBooleanReport::Audited);
                 continue;
             }
-            const bool inside = m_shape.contains(point, style);
             if (isKnown && inside != side)
                 raise(vxBooleanReport::Doubtful);
             side = isKnown ? side : inside;

@@ -173,7 +173,7 @@ public:
 
     /** What cleaning a copy for a boolean came to; null unless one asked. It tells itself whether it holds.
      */
-    std::shared_ptr<const vx::CleanUp> &_cleanUp() const { return m_cleanUp; }
+    std::shared_ptr<vx::CleanUp> &_cleanUp() const { return m_cleanUp; }
     /** Builds the curves of all children at once: side by side in memory, in the order of a walk. */
     void _makeCurves() const;
 
@@ -188,7 +188,7 @@ private:
     void orientAdded(const QVector<vxPath *> &added);
     void orientRemaining();
 
-    mutable std::shared_ptr<const vx::CleanUp> m_cleanUp;
+    mutable std::shared_ptr<vx::CleanUp> m_cleanUp;
 };
 
 /**

@@ -13,16 +13,28 @@ using namespace vxTolerance;
 
 namespace {
 
-/** Everything that the search does with a pair where no proof says otherwise. */
-struct FullSearch {
+/** A pair of curves that is searched, and what came of it. */
+struct PairSearch {
     QList<vxCurveLocation *> found;
     opParam param;
+    vx::CurvePair pair;
 
-    FullSearch(const vx::PreparedCurve &c1, const vx::PreparedCurve &c2, bool excludeStart, bool excludeEnd)
+    PairSearch(const vx::PreparedCurve &c1, const vx::PreparedCurve &c2, bool excludeStart, bool excludeEnd)
+        : pair(c1, c2, nullptr, nullptr, found, param)
     {
         param.excludeStart = excludeStart;
         param.excludeEnd = excludeEnd;
-        vx::CurvePair pair(c1, c2, nullptr, nullptr, found, param);
+    }
+    PairSearch(const PairSearch &) = delete;
+    PairSearch &operator=(const PairSearch &) = delete;
+    ~PairSearch() { vxCurveLocation::releaseAll(found); }
+};
+
+/** Everything that the search does with a pair where no proof says otherwise. */
+struct FullSearch : PairSearch {
+    FullSearch(const vx::PreparedCurve &c1, const vx::PreparedCurve &c2, bool excludeStart, bool excludeEnd)
+        : PairSearch(c1, c2, excludeStart, excludeEnd)
+    {
         if (pair.addOverlap())
             return;
         if (c1.straight && c2.straight) {
@@ -36,29 +48,18 @@ struct FullSearch {
         if (found.isEmpty())
             pair.addCloseEnds();
     }
-    FullSearch(const FullSearch &) = delete;
-    FullSearch &operator=(const FullSearch &) = delete;
-    ~FullSearch() { vxCurveLocation::releaseAll(found); }
 
     bool sawNothing() const { return found.isEmpty() && !param.limitReached; }
 };
 
 /** What the search does with ends alone. */
-struct EndSearch {
-    QList<vxCurveLocation *> found;
-    opParam param;
-
+struct EndSearch : PairSearch {
     EndSearch(const vx::PreparedCurve &c1, const vx::PreparedCurve &c2, bool excludeStart, bool excludeEnd)
+        : PairSearch(c1, c2, excludeStart, excludeEnd)
     {
-        param.excludeStart = excludeStart;
-        param.excludeEnd = excludeEnd;
-        vx::CurvePair pair(c1, c2, nullptr, nullptr, found, param);
         pair.addOverlap();
         pair.addCloseEnds();
     }
-    EndSearch(const EndSearch &) = delete;
-    EndSearch &operator=(const EndSearch &) = delete;
-    ~EndSearch() { vxCurveLocation::releaseAll(found); }
 };
 
 /** Whether an end of either curve lies within five times closeDistance of the other. */
