@@ -261,7 +261,7 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, SetOperation ope
                         vxBooleanReport &report)
 {
     report = vxBooleanReport();
-    report.limitHit = notes.search.limitReached;
+    report.limitHit = notes.limitReached;
     report.predictedArea = std::numeric_limits<double>::quiet_NaN();
     if (mode == AuditMode::Never ||
         (mode == AuditMode::WhereDoubtful && !notes.any() && !isOutOfScale(operands)))

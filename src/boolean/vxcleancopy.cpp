@@ -1,5 +1,6 @@
 #include "vxcleancopy_p.h"
 
+#include "vxfilledregion_p.h"
 #include "vxmonopieces_p.h"
 #include "vxrunnotes_p.h"
 #include "vxstandingcurves_p.h"
@@ -41,20 +42,28 @@ int countSegments(const XPath &path)
 
 } // namespace
 
-/** What cleaning came to for an operand that has no crossings of its own. */
+/**
+ * What cleaning came to: where an operand has no crossings of its own, what was done to its contours;
+ * otherwise a cleaned copy.
+ */
 class CleanUp
 {
 public:
     CleanUp(const XPath &original, bool isReduced, const RunNotes &notes,
             std::vector<ContourPlacement> placements)
-        : m_evenOdd(original.evenOdd), m_isReduced(isReduced), m_notes(notes),
-          m_skipsSixes(vxPath::m_isClloutOpt), m_placements(std::move(placements))
+        : CleanUp(original, notes)
     {
-        m_states.reserve(size_t(original.children.size()));
-        for (const vxPath *child : original.children)
-            m_states.emplace_back(*child);
+        m_isReduced = isReduced;
+        m_placements = std::move(placements);
+    }
+    CleanUp(const XPath &original, const RunNotes &notes, std::unique_ptr<XPath> resolved)
+        : CleanUp(original, notes)
+    {
+        m_resolved = std::move(resolved);
     }
 
+    /** Larger operands keep neither copy nor curves, which would be more than half a megabyte each. */
+    static constexpr int mostCurves = 4096;
     /** Whether nothing has changed since. */
     bool holdsFor(const XPath &original) const
     {
@@ -65,10 +74,9 @@ public:
                               return state == ContourState(*child);
                           });
     }
-    /** Whether the original is as reducing leaves it. */
-    bool isReduced() const { return m_isReduced; }
     const RunNotes &notes() const { return m_notes; }
-    const std::vector<ContourPlacement> &placements() const { return m_placements; }
+    /** Another cleaned copy; the caller's. */
+    XPath *repeat(const XPath &original) const;
     /** Called for every copy but the first. */
     void noteRepeat(const XPath &original) { m_keepsCurves = countSegments(original) <= mostCurves; }
     /** Of the copies as they are cleaned, or of their reverse; null before the second copy. */
@@ -76,21 +84,39 @@ public:
     {
         return m_keepsCurves ? &m_curves[isReversed ? 1 : 0] : nullptr;
     }
+    /** Of the original, which has not changed since. */
+    std::shared_ptr<const FilledRegion> region(const XPath &original)
+    {
+        if (!m_keepsCurves)
+            return std::make_shared<FilledRegion>(original);
+        if (!m_region)
+            m_region = std::make_shared<FilledRegion>(original);
+        return m_region;
+    }
 
 private:
-    /** Larger operands keep no curves, which would be more than half a megabyte each way round. */
-    static constexpr int mostCurves = 4096;
+    CleanUp(const XPath &original, const RunNotes &notes)
+        : m_evenOdd(original.evenOdd), m_notes(notes), m_skipsSixes(vxPath::m_isClloutOpt)
+    {
+        m_states.reserve(size_t(original.children.size()));
+        for (const vxPath *child : original.children)
+            m_states.emplace_back(*child);
+    }
 
     bool m_evenOdd;
-    bool m_isReduced;
+    /** The original is as reducing leaves it. */
+    bool m_isReduced = false;
     RunNotes m_notes;
     /** The application's switch, on which the search for crossings depended. */
     bool m_skipsSixes;
     std::vector<ContourPlacement> m_placements;
+    /** Null where placements tell all. */
+    std::unique_ptr<XPath> m_resolved;
     std::vector<ContourState> m_states;
     bool m_keepsCurves = false;
     /** A length may change in its last bit when a curve is reversed. */
     std::array<StandingCurves, 2> m_curves;
+    std::shared_ptr<const FilledRegion> m_region;
 };
 
 namespace {
@@ -162,18 +188,20 @@ XPath *workingCopy(const XPath &path)
     return copy;
 }
 
-XPath *repeat(const CleanUp &known, const XPath &path)
+} // namespace
+
+XPath *CleanUp::repeat(const XPath &original) const
 {
-    XPath *copy = workingCopy(path);
-    if (!known.isReduced()) {
+    if (m_resolved)
+        return workingCopy(*m_resolved);
+    XPath *copy = workingCopy(original);
+    if (!m_isReduced) {
         copy->reduce(true);
         dropRepeated(*copy);
     }
-    placeContours(*copy, known.placements());
+    placeContours(*copy, m_placements);
     return copy;
 }
-
-} // namespace
 
 XPath *cleanCopy(const XPath *path, RunNotes &notes)
 {
@@ -183,7 +211,7 @@ XPath *cleanCopy(const XPath *path, RunNotes &notes)
     if (known && known->holdsFor(*path)) {
         notes.add(known->notes());
         known->noteRepeat(*path);
-        return repeat(*known, *path);
+        return known->repeat(*path);
     }
     XPath *copy = workingCopy(*path);
     copy->reduce(true);
@@ -194,7 +222,12 @@ XPath *cleanCopy(const XPath *path, RunNotes &notes)
     own.folded = hasFold(*copy);
     dropRepeated(*copy);
     const auto placements = resolveCrossings(*copy, own);
-    known = placements ? std::make_shared<CleanUp>(*path, isReduced, own, *placements) : nullptr;
+    if (placements)
+        known = std::make_shared<CleanUp>(*path, isReduced, own, *placements);
+    else if (countSegments(*path) <= CleanUp::mostCurves && countSegments(*copy) <= CleanUp::mostCurves)
+        known = std::make_shared<CleanUp>(*path, own, std::unique_ptr<XPath>(workingCopy(*copy)));
+    else
+        known = nullptr;
     notes.add(own);
     return copy;
 }
@@ -203,6 +236,12 @@ StandingCurves *standingCurves(const XPath &path, bool isReversed)
 {
     const std::shared_ptr<CleanUp> &known = path._cleanUp();
     return known ? known->curves(isReversed) : nullptr;
+}
+
+std::shared_ptr<const FilledRegion> filledRegion(const XPath &operand)
+{
+    const std::shared_ptr<CleanUp> &known = operand._cleanUp();
+    return known ? known->region(operand) : std::make_shared<FilledRegion>(operand);
 }
 
 } // namespace vx

@@ -451,6 +451,17 @@ bool MonoIndex::countAside(const Box &box, int first, int last, vxWinding &windi
     return count.isClearOfAll();
 }
 
+bool MonoIndex::countAside(const vxPoint &place, vxWinding &winding) const
+{
+    const double slack = reachOfCurves();
+    ClearCount count({ place.x - slack, place.y - slack, place.x + slack, place.y + slack });
+    visitNearLevel(place, slack, [&](int i) {
+        count.visit(m_pieces[size_t(i)].mono, m_pieces[size_t(i)].passage, m_reaches[i], false, false);
+    });
+    winding = count.resultAside();
+    return count.isClearOfAll();
+}
+
 void MonoIndex::visitLevel(const vxPoint &point, int first, int last, LevelCount &count) const
 {
     OutlineVisit visit(*this, count);

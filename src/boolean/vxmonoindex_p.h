@@ -46,6 +46,8 @@ public:
      * (null: none) are taken from there.
      */
     void append(const vxPath &path, StandingCurves *standing = nullptr);
+    /** Adds the pieces of a path, which do not tell their curves: they are null. */
+    void appendUnnamed(const vxPath &path) { appendOutline(path, nullptr, nullptr); }
     /** Number of pieces. */
     int size() const { return m_reaches.size(); }
 
@@ -73,6 +75,8 @@ public:
     void findNeighbours(const vxCurve *own, int second, ClearNeighbours &neighbours) const;
     /** Counts the pieces in [first, last) for a box that lies on no curve. False where it is not clear. */
     bool countAside(const Box &box, int first, int last, vxWinding &winding) const;
+    /** Counts all pieces for a place on no curve. False where that is not clear. */
+    bool countAside(const vxPoint &place, vxWinding &winding) const;
     /** Whether outlines that cancel are left out, so that a count is for one level only. */
     bool hasManyOutlines() const
     {
@@ -89,6 +93,12 @@ public:
     const std::vector<const vxCurve *> &curvesWithoutReach() const { return m_curvesWithoutReach; }
     /** Bound of the coordinates of all pieces; infinite with NaN. */
     double largestCoordinate() const { return m_largestCoordinate; }
+    /**
+     * How far off the reach of its pieces a curve may still pass within closeDistance of a point: it leaves
+     * that reach by closeDistance where it counts as straight, and by a millionth of a millionth of its size
+     * where an extremum counts as its end.
+     */
+    double reachOfCurves() const { return 4 * vxTolerance::closeDistance + 1e-11 * m_largestCoordinate; }
     /** Whether some piece that counts as level is not. */
     bool hasTiltedLevel() const { return m_hasTiltedLevel; }
 

@@ -44,6 +44,12 @@ bool isSame(const vxPath *a, const vxPath *b)
 
 } // namespace
 
+bool areDrawnAlike(const XPath &a, const XPath &b)
+{
+    return a.evenOdd == b.evenOdd && std::equal(a.children.begin(), a.children.end(), b.children.begin(),
+                                                b.children.end(), isSame);
+}
+
 void dropRepeated(XPath &path)
 {
     if (path.children.size() < 3)

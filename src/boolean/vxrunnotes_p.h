@@ -55,8 +55,10 @@ struct RunNotes {
      * miscounts.
      */
     bool tiltedLevel = false;
-    /** What the searches for intersections may have missed. */
-    SearchDoubts search;
+    /** A search for intersections was cut short. */
+    bool limitReached = false;
+    /** A search may have missed a meeting at a vertex. */
+    bool nearMiss = false;
 
     /**
      * No doubt, but what the audit must know: the first operand, and with it the result, runs the other way
@@ -66,11 +68,11 @@ struct RunNotes {
 
     /** Takes over what another run, of a part, has met. */
     void add(const RunNotes &part);
+    void add(const SearchDoubts &search);
     bool any() const
     {
         return overlap || touch || shallow || atVertex || selfCrossing || simplified || folded || chained ||
-               movedSample || grazedSample || discardedContour || tiltedLevel || search.limitReached ||
-               search.nearMiss;
+               movedSample || grazedSample || discardedContour || tiltedLevel || limitReached || nearMiss;
     }
 };
 
@@ -87,6 +89,10 @@ public:
     explicit MeetingFilter(RunNotes &notes) : m_notes(notes) {}
 
     bool accepts(vxCurveLocation &location);
+    /**
+     * After division: whether every contact that was not taken is at a vertex where something else was.
+     */
+    bool touchedAtMeetings() const;
 
 private:
     /** A meeting that is no overlap: all that the answer depends on. */
@@ -110,11 +116,18 @@ private:
 
     bool crossesAtVertex(vxCurveLocation &location);
     bool crosses(vxCurveLocation &location);
+    void noteTouch(const vxCurveLocation &location);
 
     RunNotes &m_notes;
+    /** Vertices at contacts that were not taken. */
+    std::vector<const vxSegment *> m_touched;
+    bool m_touchedOffVertices = false;
     std::array<Answer, 8> m_latest{};
     size_t m_oldest = 0;
 };
+
+/** Whether some meeting was taken at each of some vertices, by which division went. */
+bool areMeetings(const std::vector<const vxSegment *> &vertices);
 
 /** Notes intersections that share a place with others. */
 void noteChains(const QList<vxCurveLocation *> &locations, RunNotes &notes);
@@ -125,6 +138,9 @@ void noteChains(const QList<vxCurveLocation *> &locations, RunNotes &notes);
  * cube of their number.
  */
 void dropRepeated(XPath &path);
+
+/** Whether two operands have the same contours, number for number and in order, and are filled alike. */
+bool areDrawnAlike(const XPath &a, const XPath &b);
 
 /** Where cleaning puts a contour, by its number among those that there were, and which way round it runs. */
 struct ContourPlacement {

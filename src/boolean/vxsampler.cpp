@@ -156,19 +156,9 @@ bool Sampler::isOtherThrough(const vxCurve *curve, const vxPoint &point) const
            passesThrough(curve->_cubic(), point, m_pieces.largestCoordinate());
 }
 
-/**
- * How far off the reach of its pieces a curve may still pass through a point: it leaves that reach by
- * closeDistance where it counts as straight, and by a millionth of a millionth of its size where an extremum
- * counts as its end; passesThrough() adds closeDistance.
- */
-double Sampler::reachOfCurves() const
-{
-    return 4 * closeDistance + 1e-11 * m_pieces.largestCoordinate();
-}
-
 bool Sampler::liesOnAnother(const vxPoint &point)
 {
-    const double slack = reachOfCurves();
+    const double slack = m_pieces.reachOfCurves();
     m_pieces.findNearLevel(point, slack, m_nearLevel);
     const bool nearPieces = std::any_of(m_nearLevel.begin(), m_nearLevel.end(), [&](int i) {
         const Box &reach = m_pieces.reach(i);
@@ -218,7 +208,7 @@ bool Sampler::countClearly(const vxCurve *own, double rise, const vxPoint &p, do
 {
     if (!allowsClearCounts(rise))
         return false;
-    const double slack = reachOfCurves() + blur;
+    const double slack = m_pieces.reachOfCurves() + blur;
     ClearCount count({ p.x - slack, p.y - slack, p.x + slack, p.y + slack });
     m_pieces.countClearly(p, slack, own, m_secondPiece, count);
     if (!count.isClear())
@@ -271,7 +261,7 @@ bool Sampler::countOnLevelLine(const vxCurve *own, const vxPoint &p, double blur
 {
     if (!allowsClearCounts(grazingRise) || m_pieces.hasManyOutlines())
         return false;
-    const double slack = reachOfCurves() + blur;
+    const double slack = m_pieces.reachOfCurves() + blur;
     ClearNeighbours neighbours({ p.x - slack, p.y - slack, p.x + slack, p.y + slack });
     m_pieces.findNeighbours(own, m_secondPiece, neighbours);
     if (!neighbours.isClear())

@@ -61,7 +61,6 @@ private:
     void append(const XPath &path, StandingCurves *standing);
     static Sample sampleAt(const Place &place);
     bool isShared() const;
-    double reachOfCurves() const;
     bool liesOnAnother(const vxPoint &point);
     /** Whether a curve that is not of the stretch passes through a point; null does not. */
     bool isOtherThrough(const vxCurve *curve, const vxPoint &point) const;

@@ -18,7 +18,9 @@
 #include "vxref_p.h"
 #include "vxsampler_p.h"
 #include "vxstandingcurves_p.h"
+#include "vxstretchcounts_p.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -28,6 +30,15 @@ enum Operation { Intersect = 1, Unite = 2, Subtract = 3, Exclude = 4 };
 bool isEmpty(const XPath *path)
 {
     return !path || path->children.isEmpty();
+}
+
+/** Whether no place lies inside the boxes of both: they are apart, or touch. */
+bool haveNoCommonBox(const XPath &a, const XPath &b)
+{
+    const vxRect boxA = a.getBounds(vxBoundOpt::geometric(), vxStyle());
+    const vxRect boxB = b.getBounds(vxBoundOpt::geometric(), vxStyle());
+    return std::min(boxA.right(), boxB.right()) <= std::max(boxA.x, boxB.x) ||
+           std::min(boxA.bottom(), boxB.bottom()) <= std::max(boxA.y, boxB.y);
 }
 
 /** The children of a working copy, which lets go of them: count 0, the caller's. */
@@ -57,15 +68,38 @@ QVector<vxPath *> contoursWithEmpty(XPath *path1, XPath *path2, int op, vx::RunN
     return takeChildren(*copy);
 }
 
+/**
+ * What an operation gives for two operands that are drawn alike: the cleaned contours of one, or nothing.
+ * Where every outline runs along its like, the engine would come to the same after comparing them all.
+ */
+QVector<vxPath *> contoursOfOne(const XPath *path, int op, vx::RunNotes &notes)
+{
+    if (op != Unite && op != Intersect)
+        return {};
+    const std::unique_ptr<XPath> copy(vx::cleanCopy(path, notes));
+    notes.counterClockwise = !copy->isClockwise();
+    QVector<vxPath *> contours = takeChildren(*copy);
+    const auto hasNoArea = [](vxPath *contour) {
+        const bool isNothing = contour->getArea(true, false) == 0;
+        if (isNothing)
+            contour->release();
+        return isNothing;
+    };
+    contours.erase(std::remove_if(contours.begin(), contours.end(), hasNoArea), contours.end());
+    return contours;
+}
+
 /** Prepared working copies of both operands, divided at their crossings; lives as long as one boolean. */
 class BooleanRun
 {
 public:
-    BooleanRun(XPath *path1, XPath *path2, int op, vx::RunNotes &notes) : m_op(op), m_notes(notes)
+    BooleanRun(XPath *path1, XPath *path2, int op, vx::RunNotes &notes)
+        : m_op(op), m_notes(notes), m_filter(notes), m_original1(path1), m_original2(path2)
     {
         m_path1.reset(vx::cleanCopy(path1, notes));
         if (path2 && path2 != path1)
             m_path2.reset(vx::cleanCopy(path2, notes));
+        m_areClean = m_path2 && !notes.any();
         const bool isReversed = orient();
         m_standing1 = vx::standingCurves(*path1, false);
         m_standing2 = m_path2 ? vx::standingCurves(*path2, isReversed) : nullptr;
@@ -75,8 +109,18 @@ public:
     QVector<vxPath *> trace()
     {
         collect();
-        sample();
-        return vx::tracePaths(m_segments, m_op, m_notes);
+        const bool isCounted = countByEnds();
+        if (!isCounted)
+            sample();
+        for (const vxSegment *segment : qAsConst(m_segments))
+            clearOverlapFlags(segment);
+        vx::RunNotes ofTracing;
+        const QVector<vxPath *> contours = vx::tracePaths(m_segments, m_op, ofTracing);
+        m_notes.add(ofTracing);
+        if (isCounted && m_notes.any() && !ofTracing.any() && m_filter.touchedAtMeetings() &&
+            vx::walkedTheBoundary(operand1(), operand2(), m_op))
+            m_notes = vx::RunNotes();
+        return contours;
     }
 
 private:
@@ -100,10 +144,10 @@ private:
             m_standing1->number(*m_path1);
         if (m_standing2)
             m_standing2->number(*m_path2);
-        vx::MeetingFilter filter(m_notes);
-        const auto accept = [&filter](vxCurveLocation *location) { return filter.accepts(*location); };
+        const auto accept = [this](vxCurveLocation *location) { return m_filter.accepts(*location); };
         const QList<vxCurveLocation *> crossings =
-            vx::findIntersections(*m_path1, m_path2.get(), accept, m_notes.search);
+            vx::findIntersections(*m_path1, m_path2.get(), accept, m_doubts);
+        m_notes.add(m_doubts);
         m_owner = std::make_unique<vx::LocationOwner>(crossings);
         m_locations = m_path1->divideLocations(vxCurveLocation::expand(crossings), 0);
         vx::noteChains(m_locations, m_notes);
@@ -121,6 +165,16 @@ private:
         }
     }
 
+    vx::DividedOperand operand1() const { return { m_original1, m_path1.get(), m_path1->isClockwise() }; }
+    vx::DividedOperand operand2() const { return { m_original2, m_path2.get(), m_path2->isClockwise() }; }
+
+    /** Where no meeting may have been missed. */
+    bool countByEnds() const
+    {
+        return m_areClean && !m_doubts.limitReached && vx::areMeetings(m_doubts.nearMisses) &&
+               vx::countByEnds(operand1(), operand2(), m_op);
+    }
+
     void sample()
     {
         vx::Sampler sampler(m_path1.get(), m_path2.get(), m_op, m_notes, m_standing1, m_standing2);
@@ -134,7 +188,6 @@ private:
         for (vxSegment *segment : qAsConst(m_segments)) {
             if (segment->winding == -1)
                 sampler.propagate(segment);
-            clearOverlapFlags(segment);
         }
     }
 
@@ -151,6 +204,12 @@ private:
 
     int m_op;
     vx::RunNotes &m_notes;
+    vx::MeetingFilter m_filter;
+    vx::SearchDoubts m_doubts;
+    /** There are two operands, and cleaning them met nothing doubtful. */
+    bool m_areClean = false;
+    const XPath *m_original1;
+    const XPath *m_original2;
     // Declared before the working copies: segments drop their locations before the last reference goes.
     std::unique_ptr<vx::LocationOwner> m_owner;
     std::unique_ptr<XPath> m_path1;
@@ -228,11 +287,15 @@ XPath *vx::computeBoolean(XPath *path1, XPath *path2, int op, AuditMode mode, vx
     if (op < ::Intersect || op > ::Exclude)
         return new XPath;
     RunNotes notes;
-    QVector<vxPath *> contours = isEmpty(path1) || isEmpty(path2)
-                                     ? contoursWithEmpty(path1, path2, op, notes)
-                                     : BooleanRun(path1, path2, op, notes).trace();
     // One object as both operands counts once: nothing is filled twice, and all else gives the object.
     const bool once = path1 == path2 && path1;
+    QVector<vxPath *> contours;
+    if (isEmpty(path1) || isEmpty(path2))
+        contours = contoursWithEmpty(path1, path2, op, notes);
+    else if (!once && areDrawnAlike(*path1, *path2))
+        contours = contoursOfOne(path1, op, notes);
+    else if (op != ::Intersect || !haveNoCommonBox(*path1, *path2))
+        contours = BooleanRun(path1, path2, op, notes).trace();
     if (!once || op != ::Intersect) {
         const QVector<const XPath *> operands =
             once ? QVector<const XPath *>{ path1 } : QVector<const XPath *>{ path1, path2 };

@@ -263,8 +263,9 @@ public:
     {
         vx::MeetingFilter filter(m_notes);
         const auto accepts = [&](vxCurveLocation *location) { return accept(*location, filter); };
-        const QList<vxCurveLocation *> found =
-            vx::findIntersections(m_path, nullptr, accepts, m_notes.search);
+        vx::SearchDoubts doubts;
+        const QList<vxCurveLocation *> found = vx::findIntersections(m_path, nullptr, accepts, doubts);
+        m_notes.add(doubts);
         const vx::LocationOwner owner(found);
         QList<vxCurveLocation *> locations = vxCurveLocation::expand(found);
         if (m_hasOverlaps || m_hasCrossings)

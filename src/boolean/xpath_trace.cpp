@@ -120,12 +120,14 @@ private:
             m_different.emplace(path, other);
             return;
         }
-        if ((m_op == 1 || m_op == 2) && path->getArea(true, false) != 0)
+        const bool isKept = (m_op == 1 || m_op == 2) && path->getArea(true, false) != 0;
+        if (isKept)
             m_result.append(path->clone());
         for (const vxPath *visited : { path, other }) {
-            const QList<vxSegment *> segments = visited->getSegments();
-            for (vxSegment *s : segments)
+            for (vxSegment *s : visited->_segments()) {
                 s->visited = true;
+                s->walked = isKept && visited == path;
+            }
         }
     }
 
@@ -206,6 +208,7 @@ private:
         vxSegment *next = segment->getNext();
         m_outline.emplace_back(segment->point, handleIn, next ? segment->handleOut : vxPoint());
         segment->visited = true;
+        segment->walked = true;
         if (next)
             handleIn = next->handleIn;
         return next ? next : segment->path->getFirstSegment();

@@ -43,11 +43,10 @@ void CurvePair::intersect()
     if (contact == Contact::None)
         return;
     const bool endsNear = contact == Contact::Any && !(neighbours && touchOnlyAtTheirJoint());
-    const int before = m_locations.size();
     if (!(endsNear && addOverlap(nearEnd)))
         addMeetings(endsNear);
-    if (m_locations.size() == before && endsNear && !neighbours && !m_param.nearMiss)
-        m_param.nearMiss = comeNearAtEnds();
+    if (!m_found && endsNear && !neighbours && m_curve1 && m_curve2)
+        noteNearEnds();
 }
 
 /** Whether all there is to find is left out. Two curves that are a whole contour share both their ends. */
@@ -77,21 +76,24 @@ void CurvePair::addMeetings(bool endsNear)
 }
 
 /**
- * Whether an end of one curve lies on the other as far as rounding can tell. Where nothing was found although
- * that is so, the meeting may have slipped through between two curves of a contour.
+ * Where an end of one curve lies on the other as far as rounding can tell, although nothing was found, the
+ * meeting may have slipped through between two curves of a contour.
  */
-bool CurvePair::comeNearAtEnds() const
+void CurvePair::noteNearEnds()
 {
-    const auto isNear = [](const PreparedCurve &curve, const vxPoint &p) {
+    const auto note = [this](const PreparedCurve &curve, const vxPoint &p, const vxSegment *vertex) {
         const Box at{ p.x - nearMissDistance, p.y - nearMissDistance, p.x + nearMissDistance,
                       p.y + nearMissDistance };
         double distance = nearMissDistance;
-        return mayComeNear(curve, p) && boxesMeet(curve.box, at) &&
-               !isFarFromChord(curve.values, p, nearMissDistance) &&
-               timeNear(curve.values, p, distance) != noTime;
+        if (mayComeNear(curve, p) && boxesMeet(curve.box, at) &&
+            !isFarFromChord(curve.values, p, nearMissDistance) &&
+            timeNear(curve.values, p, distance) != noTime)
+            m_param.nearMisses.push_back(vertex);
     };
-    return isNear(m_values1, m_values2.values.p0()) || isNear(m_values1, m_values2.values.p3()) ||
-           isNear(m_values2, m_values1.values.p0()) || isNear(m_values2, m_values1.values.p3());
+    note(m_values1, m_values2.values.p0(), m_curve2->segment1());
+    note(m_values1, m_values2.values.p3(), m_curve2->segment2());
+    note(m_values2, m_values1.values.p0(), m_curve1->segment1());
+    note(m_values2, m_values1.values.p3(), m_curve1->segment2());
 }
 
 bool CurvePair::addOverlap(int nearEnd)
@@ -214,6 +216,7 @@ void CurvePair::addLocation(const Side &side1, double t1, const vxPoint &p1, con
         t2 = timeOf(side2.values, p2);
     if (!acceptTimes(t1, t2, overlap)) // nor is noTime within a curve
         return;
+    m_found = true;
     if (m_param.renormalize) {
         // Times on the two halves of one curve become times on that curve, and so do the points to be
         // computed.

@@ -63,6 +63,13 @@ bool vxCurveLocation::setSegmentPrev(vxSegment *s)
     return s && placeOn(s->getCurvePrev(), s);
 }
 
+void vxCurveLocation::_setTurn(double sine)
+{
+    m_turn = sine;
+    if (intersection)
+        intersection->m_turn = -sine;
+}
+
 bool vxCurveLocation::placeOn(vxCurve *onCurve, vxSegment *s)
 {
     setCurve(onCurve);

@@ -107,6 +107,14 @@ public:
 
     // --- internal ---
 
+    /**
+     * Sine of the angle from the curve's direction to the partner's, where the two surely pass through each
+     * other off their ends; 0 where nobody looked.
+     */
+    double _turn() const { return m_turn; }
+    /** Sets it here, and at the partner. */
+    void _setTurn(double sine);
+
     /** Moves to the end s of a curve, which the caller knows: what setSegment() finds through s. */
     void _place(vxCurve *onCurve, vxSegment *s) { placeOn(onCurve, s); }
 
@@ -134,6 +142,7 @@ private:
     bool placeOn(vxCurve *onCurve, vxSegment *s);
     bool attachThrough(vxSegment *candidate);
 
+    double m_turn = 0;
     /** The vxBatch block that it was made in, null for one made by new. */
     void *m_block = nullptr;
 };
@@ -150,9 +159,10 @@ struct PZGRAPHICS_EXPORT opParam {
     /** Set by the run, never cleared: a search was cut short, meetings may be missing. */
     bool limitReached = false;
     /**
-     * Set by the run, never cleared: curves come so near at an end that rounding may have hidden a meeting.
+     * Added to by the run: vertices that come so near the other curve that rounding may have hidden a
+     * meeting.
      */
-    bool nearMiss = false;
+    std::vector<const vxSegment *> nearMisses;
     /** When set: meetings for which it answers false are discarded. */
     std::function<bool(vxCurveLocation *)> include;
     /** Of which locations are made; null: each is allocated for itself. */

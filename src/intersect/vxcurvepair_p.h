@@ -69,7 +69,7 @@ private:
     bool addSharedEnd();
     /** Meetings that clipping has found, first on the second curve if flip. */
     void addFound(const TimePairs &found, bool flip);
-    bool comeNearAtEnds() const;
+    void noteNearEnds();
     bool acceptTimes(double t1, double t2, bool overlap) const;
 
     const PreparedCurve &m_values1;
@@ -80,6 +80,8 @@ private:
     opParam &m_param;
     /** The last meeting that was not taken: it would not be a second time. */
     std::optional<Meeting> m_refused;
+    /** Some meeting was found, taken or not. */
+    bool m_found = false;
 };
 
 /** Adds a loop's crossing; see vxCurve::getSelfIntersection for what happens to param. */

@@ -3,21 +3,24 @@
 #include <QList>
 
 #include <functional>
+#include <vector>
 
 class XPath;
 class vxCurveLocation;
+class vxSegment;
 
 namespace vx {
 
 /** Why a search may have missed a meeting. */
 struct SearchDoubts {
     bool limitReached = false;
-    bool nearMiss = false;
+    /** Vertices that come so near a curve that rounding may have hidden a meeting there. */
+    std::vector<const vxSegment *> nearMisses;
 };
 
 /**
  * All meetings of path with other (null or path: with itself) that include accepts; see
- * XPath::getIntersections, which says who owes the locations. doubts are set, never cleared.
+ * XPath::getIntersections, which says who owes the locations. doubts are added to, never cleared.
  */
 QList<vxCurveLocation *> findIntersections(XPath &path, XPath *other,
                                            const std::function<bool(vxCurveLocation *)> &include,

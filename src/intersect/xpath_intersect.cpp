@@ -248,7 +248,8 @@ QList<vxCurveLocation *> findMeetings(XPath &path, XPath *other,
     else
         meetEachOther(path, *other, search);
     doubts.limitReached = doubts.limitReached || search.param().limitReached;
-    doubts.nearMiss = doubts.nearMiss || search.param().nearMiss;
+    const std::vector<const vxSegment *> &near = search.param().nearMisses;
+    doubts.nearMisses.insert(doubts.nearMisses.end(), near.begin(), near.end());
     return search.takeFound();
 }
 

@@ -127,10 +127,14 @@ public:
 
     QString toString() const;
 
-    // --- data; visited, contour and winding are scratch of a running boolean ---
+    // --- data; what stands before refCount, and winding, are scratch of a running boolean ---
 
     bool visited = false;
     bool contour = false;
+    /** Where the curve that starts here lies, a vx::Position. */
+    quint8 position = 0;
+    /** The curve that starts here belongs to a contour of the result. */
+    bool walked = false;
     quint32 refCount = 0;
     /** Position in the path's list, -1 when free. */
     qint32 index = -1;

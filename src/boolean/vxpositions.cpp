@@ -1,0 +1,203 @@
+#include "vxpositions_p.h"
+
+#include "vxcubic_p.h"
+#include "vxcurvelocation.h"
+#include "vxcurvevalues_p.h"
+#include "vxpath.h"
+#include "vxsharedborder_p.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+namespace vx {
+
+namespace {
+
+/** Path units; far above the distance within which vertices count as one place. */
+constexpr double shortest = 1e-3;
+/** Sine of the angle below which two directions are not told from each other. */
+constexpr double leastSine = 1e-2;
+
+/** A curve that leaves a vertex. */
+struct Ray {
+    Cubic curve; ///< from the vertex
+    const vxSegment *end;
+    vxPoint direction; ///< not of any length
+
+    /** next: away from the vertex; null gives a ray that is not clear. */
+    Ray(const vxSegment &vertex, const vxSegment *next, bool isOutgoing) : end(next)
+    {
+        if (!next)
+            return;
+        curve = isOutgoing ? cubicBetween(vertex, *next) : cubicBetween(*next, vertex).reversed();
+        const vxPoint start = curve.p0();
+        const vxPoint toward = isChord(curve) || !hasHandles(curve) ? curve.p3()
+                               : curve.p1() != start               ? curve.p1()
+                                                                   : curve.p2();
+        direction = toward.subtract(start);
+    }
+
+    /** Long enough to have a direction at the scale at which places are told apart. */
+    bool isClear() const
+    {
+        return end && std::hypot(direction.x, direction.y) > shortest &&
+               curve.p0().getDistance(curve.p3()) > shortest;
+    }
+};
+
+/** Whether two directions differ for sure. */
+bool areApart(const vxPoint &a, const vxPoint &b)
+{
+    return a.dot(b) < 0 || std::fabs(a.cross(b)) > leastSine * a.getLength() * b.getLength();
+}
+
+/** A curve seen along a direction from a place: x that way, y to its right. */
+Cubic seenFrom(const vxPoint &place, const vxPoint &direction, const Cubic &c)
+{
+    Cubic seen;
+    for (int i = 0; i < 8; i += 2) {
+        const vxPoint p = vxPoint(c.v[i], c.v[i + 1]).subtract(place);
+        seen.v[i] = direction.dot(p);
+        seen.v[i + 1] = direction.cross(p);
+    }
+    return seen;
+}
+
+bool ascends(const Cubic &c)
+{
+    return c.v[0] <= c.v[2] && c.v[2] <= c.v[4] && c.v[4] <= c.v[6] && c.v[0] < c.v[6];
+}
+
+/** y of a curve whose x ascends; NaN where the solver does not find just one place. */
+double heightAt(const Cubic &c, double x)
+{
+    double roots[3];
+    return timesAtCoordinate(c, 0, x, roots, 0, 1) == 1 ? pointAt(c, roots[0]).y : qQNaN();
+}
+
+/**
+ * On which side a curve leaves another one that begins as it does: 1 to its right, -1 to its left, 0 not
+ * sure. Seen in the direction of the other one, both are graphs, which do not meet before one of them ends.
+ */
+int sideOfTangent(const Ray &ray, const Ray &other)
+{
+    constexpr double clear = 1e-5; // path units, far above closeDistance
+    const vxPoint direction = other.direction.normalize(1);
+    const Cubic own = seenFrom(other.curve.p0(), direction, ray.curve);
+    const Cubic theirs = seenFrom(other.curve.p0(), direction, other.curve);
+    if (!ascends(own) || !ascends(theirs))
+        return 0;
+    const double extent = std::min(own.p3().x, theirs.p3().x);
+    int side = 0;
+    for (const double part : { 0.5, 0.99 }) {
+        const double distance = heightAt(own, part * extent) - heightAt(theirs, part * extent);
+        if (!(std::fabs(distance) > clear))
+            continue;
+        const int here = distance > 0 ? 1 : -1;
+        if (side == -here)
+            return 0;
+        side = here;
+    }
+    return side;
+}
+
+/** Both curves of an outline at a vertex, and whether its operand fills what lies to their right. */
+struct Corner {
+    Ray in, out;
+    bool fillsRight;
+
+    Corner(const vxSegment &vertex, bool fillsItsRight)
+        : in(vertex, vertex.getPrevious(), false), out(vertex, vertex.getNext(), true),
+          fillsRight(fillsItsRight)
+    {
+    }
+
+    bool isClear() const { return in.isClear() && out.isClear() && areApart(in.direction, out.direction); }
+
+    /** Whether a ray leads into what is filled; none where that is not sure. */
+    std::optional<bool> holds(const Ray &ray) const
+    {
+        const bool isBesideOut = !areApart(ray.direction, out.direction);
+        const bool isBesideIn = !areApart(ray.direction, in.direction);
+        if (!isBesideOut && !isBesideIn)
+            return isRight(ray.direction) == fillsRight;
+        // The right side begins to the right of the one and ends to the left of the other.
+        const int side = isBesideOut == isBesideIn ? 0
+                         : isBesideOut             ? sideOfTangent(ray, out)
+                                                   : -sideOfTangent(ray, in);
+        if (side == 0)
+            return std::nullopt;
+        return (side > 0) == fillsRight;
+    }
+
+private:
+    /** Whether a direction lies in the turn, clockwise on screen, from the one curve to the other. */
+    bool isRight(const vxPoint &direction) const
+    {
+        const bool isBehindOut = out.direction.cross(direction) > 0;
+        const bool isBeforeIn = direction.cross(in.direction) > 0;
+        return out.direction.cross(in.direction) > 0 ? isBehindOut && isBeforeIn : isBehindOut || isBeforeIn;
+    }
+};
+
+bool runTogether(const Ray &mine, const Ray &theirs)
+{
+    return partnerAt(*mine.end) == theirs.end && runsAlong(mine.curve, theirs.curve);
+}
+
+/** Of the stretch that a ray begins, which an outline runs along from the vertex if isOutgoing. */
+bool positionOf(const Ray &ray, bool isOutgoing, bool fillsRight, const Corner &other, Position &position)
+{
+    for (const Ray *theirs : { &other.out, &other.in }) {
+        if (!runTogether(ray, *theirs))
+            continue;
+        const bool sameWay = isOutgoing == (theirs == &other.out);
+        position = sameWay == (fillsRight == other.fillsRight) ? Position::AlongSame : Position::AlongOpposite;
+        return true;
+    }
+    const std::optional<bool> isInside = other.holds(ray);
+    if (isInside)
+        position = *isInside ? Position::Inside : Position::Outside;
+    return isInside.has_value();
+}
+
+} // namespace
+
+const vxSegment *partnerAt(const vxSegment &vertex)
+{
+    const vxCurveLocation *first = vertex.intersection();
+    while (first && first->previous)
+        first = first->previous;
+    const vxSegment *partner = nullptr;
+    for (const vxCurveLocation *met = first; met; met = met->next) {
+        const vxSegment *segment = met->segment;
+        if (segment == &vertex)
+            continue;
+        if (!segment || !segment->path || (partner && partner != segment))
+            return nullptr;
+        partner = segment;
+    }
+    return partner && partner->path->parent != vertex.path->parent ? partner : nullptr;
+}
+
+bool positionsAt(const vxSegment &vertex, const FilledSides &sides, Positions &positions)
+{
+    const vxCurveLocation *theirs = vertex.intersection();
+    if (theirs->_turn() != 0 && !theirs->next && !theirs->previous) {
+        const bool enters = (theirs->_turn() > 0) == sides.otherRight;
+        positions = enters ? Positions{ Position::Outside, Position::Inside }
+                           : Positions{ Position::Inside, Position::Outside };
+        return true;
+    }
+    const vxSegment *partner = partnerAt(vertex);
+    if (!partner || partnerAt(*partner) != &vertex)
+        return false;
+    const Corner own(vertex, sides.ownRight);
+    const Corner other(*partner, sides.otherRight);
+    return own.isClear() && other.isClear() &&
+           positionOf(own.in, false, sides.ownRight, other, positions.before) &&
+           positionOf(own.out, true, sides.ownRight, other, positions.after);
+}
+
+} // namespace vx

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QtGlobal>
+
+class vxSegment;
+
+namespace vx {
+
+/**
+ * Where a stretch of one operand's outline, from one meeting with the other operand to the next, lies. Along:
+ * it is one curve that runs along one of the other's, and both fill the same side of it, or opposite ones.
+ */
+enum class Position : quint8 { Outside, Inside, AlongSame, AlongOpposite };
+
+inline bool isAlong(Position position)
+{
+    return position == Position::AlongSame || position == Position::AlongOpposite;
+}
+
+/** Of the stretches that end and begin at a vertex. */
+struct Positions {
+    Position before, after;
+};
+
+/**
+ * Which side of an outline its operand fills, of the operand that a vertex belongs to and of the other; right
+ * as it runs, y pointing down.
+ */
+struct FilledSides {
+    bool ownRight, otherRight;
+};
+
+/** The other operand's vertex at the same place; null where there is none, or more than one. */
+const vxSegment *partnerAt(const vxSegment &vertex);
+
+/**
+ * How an outline lies to the other's at a vertex where they meet, told by the directions in which the four
+ * curves leave it. False where two of these are so near each other, or curves so short, that it is not sure.
+ */
+bool positionsAt(const vxSegment &vertex, const FilledSides &sides, Positions &positions);
+
+} // namespace vx

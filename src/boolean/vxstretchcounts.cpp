@@ -1,0 +1,239 @@
+#include "vxstretchcounts_p.h"
+
+#include "vxcubic_p.h"
+#include "vxcurvelocation.h"
+#include "vxfilledregion_p.h"
+#include "vxmono.h"
+#include "vxmonopieces_p.h"
+#include "vxpositions_p.h"
+#include "xpath.h"
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+
+namespace vx {
+
+namespace {
+
+enum Operation { Intersect = 1, Unite = 2, Subtract = 3, Exclude = 4 };
+
+/** What Sampler counts on a stretch of an operand: the larger of the windings of its two sides. */
+vxWinding countOf(int op, bool isSecond, Position position)
+{
+    // Operands that are subtracted or excluded wind against each other: what both fill counts as nothing.
+    const bool against = op == Subtract || op == Exclude;
+    switch (position) {
+    case Position::Outside:
+        return op == Subtract && isSecond ? vxWinding{} : vxWinding{ 1, true };
+    case Position::Inside:
+        if (op == Subtract && !isSecond)
+            return {};
+        return against ? vxWinding{ 1, true } : vxWinding{ 2, false };
+    case Position::AlongSame:
+        if (op == Subtract && !isSecond)
+            return {};
+        return { 2, !against };
+    case Position::AlongOpposite:
+        break;
+    }
+    return op == Subtract && !isSecond ? vxWinding{} : vxWinding{ 1, false };
+}
+
+/** Whether the result's boundary runs along a stretch; of two that run together, along one. */
+bool bounds(int op, bool isSecond, Position position)
+{
+    switch (position) {
+    case Position::Outside:
+        return op == Unite || op == Exclude || (op == Subtract && !isSecond);
+    case Position::Inside:
+        return op == Intersect || op == Exclude || (op == Subtract && isSecond);
+    case Position::AlongSame:
+        return op == Unite || op == Intersect;
+    case Position::AlongOpposite:
+        break;
+    }
+    return op == Subtract;
+}
+
+void clearCounts(const XPath &path)
+{
+    for (const vxPath *child : path.children) {
+        for (vxSegment *segment : child->_segments()) {
+            segment->winding = -1;
+            segment->contour = false;
+        }
+    }
+}
+
+/** Counts the contours of one operand by where they lie with respect to the other. */
+class EndCounter
+{
+public:
+    EndCounter(const DividedOperand &own, const DividedOperand &other, int op, bool isSecond)
+        : m_own(own), m_other(other), m_op(op), m_isSecond(isSecond),
+          m_sides{ own.fillsRight, other.fillsRight },
+          m_box(other.original->getBounds(vxBoundOpt::geometric(), vxStyle()))
+    {
+    }
+
+    bool count()
+    {
+        const QVector<vxPath *> &children = m_own.copy->children;
+        return std::all_of(children.begin(), children.end(),
+                           [this](const vxPath *child) { return countContour(*child); });
+    }
+
+private:
+    bool countContour(const vxPath &contour)
+    {
+        if (!contour.isClosed())
+            return false;
+        const QList<vxSegment *> &segments = contour._segments();
+        int first = 0;
+        while (first < segments.size() && !segments.at(first)->intersection())
+            ++first;
+        return first < segments.size() ? countFrom(first, segments) : countWhole(contour);
+    }
+
+    /** Around a contour, from a vertex at which it meets the other operand. */
+    bool countFrom(int first, const QList<vxSegment *> &segments)
+    {
+        Positions atFirst;
+        if (!positionsAt(*segments.at(first), m_sides, atFirst))
+            return false;
+        Position position = atFirst.after;
+        give(*segments.at(first), position);
+        for (int i = 1; i < segments.size(); ++i) {
+            vxSegment *segment = segments.at((first + i) % segments.size());
+            if (segment->intersection()) {
+                Positions here;
+                if (!positionsAt(*segment, m_sides, here) || here.before != position)
+                    return false;
+                position = here.after;
+            }
+            give(*segment, position);
+        }
+        return position == atFirst.before;
+    }
+
+    /** A contour that meets nothing. */
+    bool countWhole(const vxPath &contour)
+    {
+        const std::optional<bool> isInside = liesInside(contour);
+        if (!isInside)
+            return false;
+        for (vxSegment *segment : contour._segments())
+            give(*segment, *isInside ? Position::Inside : Position::Outside);
+        return true;
+    }
+
+    std::optional<bool> liesInside(const vxPath &contour)
+    {
+        // Neither an end nor the middle, which drawings on a grid have on each other's levels.
+        constexpr double somewhere = 0.381966;
+        constexpr int places = 4;
+        const int count = std::min(places, outlineSize(contour));
+        std::optional<bool> isInside;
+        for (int i = 0; i < count && !isInside; ++i)
+            isInside = isFilledAt(pointAt(outlineCurve(contour, i), somewhere));
+        return isInside;
+    }
+
+    std::optional<bool> isFilledAt(const vxPoint &p)
+    {
+        if (p.x < m_box.x || p.x > m_box.right() || p.y < m_box.y || p.y > m_box.bottom())
+            return false;
+        if (!m_region)
+            m_region = filledRegion(*m_other.original);
+        return m_region->holds(p);
+    }
+
+    void give(vxSegment &segment, Position position) const
+    {
+        const vxWinding count = countOf(m_op, m_isSecond, position);
+        segment.position = quint8(position);
+        segment.winding = count.winding;
+        segment.contour = count.contour;
+    }
+
+    const DividedOperand &m_own;
+    const DividedOperand &m_other;
+    const int m_op;
+    const bool m_isSecond;
+    const FilledSides m_sides;
+    const vxRect m_box;
+    std::shared_ptr<const FilledRegion> m_region;
+};
+
+// --- after tracing ---
+
+/** Whether one of two stretches that run together was walked, as the boundary does or does not. */
+bool walkedOneOf(const vxSegment &stretch, bool isBoundary)
+{
+    const vxSegment *theirStart = partnerAt(stretch);
+    const vxSegment *theirEnd = partnerAt(*stretch.getNext());
+    if (!theirStart || !theirEnd)
+        return false;
+    const vxSegment &theirs = theirStart->getNext() == theirEnd ? *theirStart : *theirEnd;
+    return isAlong(Position(theirs.position)) && int(stretch.walked) + int(theirs.walked) == int(isBoundary);
+}
+
+bool walkedRightly(const XPath &path, int op, bool isSecond)
+{
+    for (const vxPath *child : path.children) {
+        for (const vxSegment *segment : child->_segments()) {
+            const auto position = Position(segment->position);
+            const bool isBoundary = bounds(op, isSecond, position);
+            if (isAlong(position) ? !walkedOneOf(*segment, isBoundary) : segment->walked != isBoundary)
+                return false;
+        }
+    }
+    return true;
+}
+
+/** Whether the result passes a meeting once, or the outlines cross there and each passes once. */
+bool passesOnce(const vxSegment &vertex)
+{
+    const vxSegment *partner = partnerAt(vertex);
+    if (!partner)
+        return false;
+    const vxSegment &before = *vertex.getPrevious();
+    const vxSegment &theirBefore = *partner->getPrevious();
+    const int walked = before.walked + vertex.walked + theirBefore.walked + partner->walked;
+    const auto crosses = [](const vxSegment &from, const vxSegment &to) {
+        return from.position != to.position && !isAlong(Position(from.position)) &&
+               !isAlong(Position(to.position));
+    };
+    return walked <= 2 || (crosses(before, vertex) && crosses(theirBefore, *partner));
+}
+
+bool passesEachMeetingOnce(const XPath &path)
+{
+    for (const vxPath *child : path.children) {
+        for (const vxSegment *segment : child->_segments()) {
+            if (segment->intersection() && !passesOnce(*segment))
+                return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+bool countByEnds(const DividedOperand &first, const DividedOperand &second, int op)
+{
+    if (EndCounter(first, second, op, false).count() && EndCounter(second, first, op, true).count())
+        return true;
+    clearCounts(*first.copy);
+    clearCounts(*second.copy);
+    return false;
+}
+
+bool walkedTheBoundary(const DividedOperand &first, const DividedOperand &second, int op)
+{
+    return walkedRightly(*first.copy, op, false) && walkedRightly(*second.copy, op, true) &&
+           passesEachMeetingOnce(*first.copy);
+}
+
+} // namespace vx
