@@ -21,27 +21,23 @@ constexpr double leastSine = 1e-2;
 
 /** A curve that leaves a vertex. */
 struct Ray {
-    Cubic curve; ///< from the vertex
-    const vxSegment *end;
-    vxPoint direction; ///< not of any length
+    Cubic curve;          ///< from the vertex
+    const vxSegment *end; ///< null where it ends at none
+    vxPoint direction;    ///< of any length
 
-    /** next: away from the vertex; null gives a ray that is not clear. */
-    Ray(const vxSegment &vertex, const vxSegment *next, bool isOutgoing) : end(next)
+    explicit Ray(const Cubic &c, const vxSegment *itsEnd = nullptr) : curve(c), end(itsEnd)
     {
-        if (!next)
-            return;
-        curve = isOutgoing ? cubicBetween(vertex, *next) : cubicBetween(*next, vertex).reversed();
         const vxPoint start = curve.p0();
         const vxPoint toward = isChord(curve) || !hasHandles(curve) ? curve.p3()
-                               : curve.p1() != start               ? curve.p1()
-                                                                   : curve.p2();
+                               : curve.p1() != start                ? curve.p1()
+                                                                    : curve.p2();
         direction = toward.subtract(start);
     }
 
     /** Long enough to have a direction at the scale at which places are told apart. */
     bool isClear() const
     {
-        return end && std::hypot(direction.x, direction.y) > shortest &&
+        return std::hypot(direction.x, direction.y) > shortest &&
                curve.p0().getDistance(curve.p3()) > shortest;
     }
 };
@@ -107,9 +103,15 @@ struct Corner {
     Ray in, out;
     bool fillsRight;
 
+    /** At a vertex of a closed contour. */
     Corner(const vxSegment &vertex, bool fillsItsRight)
-        : in(vertex, vertex.getPrevious(), false), out(vertex, vertex.getNext(), true),
-          fillsRight(fillsItsRight)
+        : in(cubicBetween(*vertex.getPrevious(), vertex).reversed(), vertex.getPrevious()),
+          out(cubicBetween(vertex, *vertex.getNext()), vertex.getNext()), fillsRight(fillsItsRight)
+    {
+    }
+    /** Within a curve. */
+    Corner(const Cubic &before, const Cubic &after, bool fillsItsRight)
+        : in(before.reversed()), out(after), fillsRight(fillsItsRight)
     {
     }
 
@@ -143,7 +145,8 @@ private:
 
 bool runTogether(const Ray &mine, const Ray &theirs)
 {
-    return partnerAt(*mine.end) == theirs.end && runsAlong(mine.curve, theirs.curve);
+    return mine.end && theirs.end && partnerAt(*mine.end) == theirs.end &&
+           runsAlong(mine.curve, theirs.curve);
 }
 
 /** Of the stretch that a ray begins, which an outline runs along from the vertex if isOutgoing. */
@@ -153,13 +156,55 @@ bool positionOf(const Ray &ray, bool isOutgoing, bool fillsRight, const Corner &
         if (!runTogether(ray, *theirs))
             continue;
         const bool sameWay = isOutgoing == (theirs == &other.out);
-        position = sameWay == (fillsRight == other.fillsRight) ? Position::AlongSame : Position::AlongOpposite;
+        position =
+            sameWay == (fillsRight == other.fillsRight) ? Position::AlongSame : Position::AlongOpposite;
         return true;
     }
     const std::optional<bool> isInside = other.holds(ray);
     if (isInside)
         position = *isInside ? Position::Inside : Position::Outside;
     return isInside.has_value();
+}
+
+/** Of an outline that passes a corner of the other on one side; none where that is not sure. */
+std::optional<Position> positionBeside(const Corner &own, const Corner &other)
+{
+    Position before, after;
+    if (!positionOf(own.in, false, own.fillsRight, other, before) ||
+        !positionOf(own.out, true, own.fillsRight, other, after) || before != after || isAlong(before))
+        return std::nullopt;
+    return before;
+}
+
+bool areTangent(const Corner &a, const Corner &b)
+{
+    return !areApart(a.in.direction, b.in.direction) || !areApart(a.in.direction, b.out.direction) ||
+           !areApart(a.out.direction, b.in.direction) || !areApart(a.out.direction, b.out.direction);
+}
+
+/** A place on an outline. */
+struct PlaceOnOutline {
+    Corner corner;
+    const vxSegment *stretch; ///< where the curve that holds it starts
+};
+
+/** The place on a curve, by now maybe several that follow each other, where it comes near a point. */
+std::optional<PlaceOnOutline> placeOn(const vxSegment &start, const vxPoint &p, bool fillsRight)
+{
+    constexpr int mostParts = 16;
+    const vxSegment *segment = &start;
+    for (int i = 0; i < mostParts; ++i) {
+        const vxSegment *next = segment->getNext();
+        const Cubic c = cubicBetween(*segment, *next);
+        const double t = timeOf(c, p);
+        if (t > 0 && t < 1) {
+            Cubic before, after;
+            subdivide(c, t, before, after);
+            return PlaceOnOutline{ Corner(before, after, fillsRight), segment };
+        }
+        segment = next;
+    }
+    return std::nullopt;
 }
 
 } // namespace
@@ -198,6 +243,22 @@ bool positionsAt(const vxSegment &vertex, const FilledSides &sides, Positions &p
     return own.isClear() && other.isClear() &&
            positionOf(own.in, false, sides.ownRight, other, positions.before) &&
            positionOf(own.out, true, sides.ownRight, other, positions.after);
+}
+
+std::optional<ContactPositions> positionsAtContact(const vxSegment &vertex, const vxSegment *otherVertex,
+                                                   const vxSegment &otherStart, const FilledSides &sides)
+{
+    const Corner own(vertex, sides.ownRight);
+    const std::optional<PlaceOnOutline> other =
+        otherVertex ? PlaceOnOutline{ Corner(*otherVertex, sides.otherRight), otherVertex }
+                    : placeOn(otherStart, vertex.point, sides.otherRight);
+    if (!other || !own.isClear() || !other->corner.isClear())
+        return std::nullopt;
+    const std::optional<Position> ownPosition = positionBeside(own, other->corner);
+    const std::optional<Position> otherPosition = positionBeside(other->corner, own);
+    if (!ownPosition || !otherPosition)
+        return std::nullopt;
+    return ContactPositions{ *ownPosition, *otherPosition, other->stretch, areTangent(own, other->corner) };
 }
 
 } // namespace vx

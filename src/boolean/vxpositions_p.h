@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+#include <optional>
+
 class vxSegment;
 
 namespace vx {
@@ -30,6 +32,15 @@ struct FilledSides {
     bool ownRight, otherRight;
 };
 
+/** Of two outlines that touch without passing through each other: that of a vertex, and the other. */
+struct ContactPositions {
+    Position own, other;
+    /** Where the other's curve that holds the place, or follows it, starts. */
+    const vxSegment *otherStretch;
+    /** Two of the curves leave the place in one direction. */
+    bool isTangent;
+};
+
 /** The other operand's vertex at the same place; null where there is none, or more than one. */
 const vxSegment *partnerAt(const vxSegment &vertex);
 
@@ -38,5 +49,13 @@ const vxSegment *partnerAt(const vxSegment &vertex);
  * curves leave it. False where two of these are so near each other, or curves so short, that it is not sure.
  */
 bool positionsAt(const vxSegment &vertex, const FilledSides &sides, Positions &positions);
+
+/**
+ * The same at a contact that was not taken for a meeting. The other outline has a vertex there, or (null) the
+ * place is on the curve that started at otherStart, which may have been divided since. None where it is not
+ * sure that the two only touch.
+ */
+std::optional<ContactPositions> positionsAtContact(const vxSegment &vertex, const vxSegment *otherVertex,
+                                                   const vxSegment &otherStart, const FilledSides &sides);
 
 } // namespace vx

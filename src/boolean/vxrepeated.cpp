@@ -46,8 +46,8 @@ bool isSame(const vxPath *a, const vxPath *b)
 
 bool areDrawnAlike(const XPath &a, const XPath &b)
 {
-    return a.evenOdd == b.evenOdd && std::equal(a.children.begin(), a.children.end(), b.children.begin(),
-                                                b.children.end(), isSame);
+    return a.evenOdd == b.evenOdd &&
+           std::equal(a.children.begin(), a.children.end(), b.children.begin(), b.children.end(), isSame);
 }
 
 void dropRepeated(XPath &path)

@@ -5,7 +5,6 @@
 #include "vxsegment.h"
 #include "vxtolerance.h"
 
-#include <algorithm>
 #include <cmath>
 
 using namespace vxTolerance;
@@ -116,24 +115,15 @@ bool MeetingFilter::crosses(vxCurveLocation &location)
 void MeetingFilter::noteTouch(const vxCurveLocation &location)
 {
     m_notes.touch = true;
+    const vxCurveLocation *other = location.intersection;
     const vxSegment *vertex = vertexAt(location);
-    if (!vertex && location.intersection)
-        vertex = vertexAt(*location.intersection);
-    if (vertex)
-        m_touched.push_back(vertex);
+    const vxSegment *otherVertex = other ? vertexAt(*other) : nullptr;
+    if (vertex && other && other->curve)
+        m_touches.push_back({ vertex, otherVertex, other->curve->segment1() });
+    else if (otherVertex && location.curve)
+        m_touches.push_back({ otherVertex, nullptr, location.curve->segment1() });
     else
         m_touchedOffVertices = true;
-}
-
-bool MeetingFilter::touchedAtMeetings() const
-{
-    return !m_touchedOffVertices && areMeetings(m_touched);
-}
-
-bool areMeetings(const std::vector<const vxSegment *> &vertices)
-{
-    return std::all_of(vertices.begin(), vertices.end(),
-                       [](const vxSegment *vertex) { return vertex->intersection() != nullptr; });
 }
 
 void noteChains(const QList<vxCurveLocation *> &locations, RunNotes &notes)

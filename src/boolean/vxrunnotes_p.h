@@ -76,6 +76,14 @@ struct RunNotes {
     }
 };
 
+/** A contact of two outlines that was not taken for a meeting, at a vertex of at least one. */
+struct Touch {
+    const vxSegment *vertex;
+    /** Of the other outline: its vertex there, null where it has none; and where its curve started. */
+    const vxSegment *otherVertex;
+    const vxSegment *otherStart;
+};
+
 /**
  * What one search for meetings takes: overlaps and crossings; notes what is neither, or is near a vertex.
  *
@@ -89,10 +97,9 @@ public:
     explicit MeetingFilter(RunNotes &notes) : m_notes(notes) {}
 
     bool accepts(vxCurveLocation &location);
-    /**
-     * After division: whether every contact that was not taken is at a vertex where something else was.
-     */
-    bool touchedAtMeetings() const;
+    /** The contacts that were not taken; not all of them if there are some off vertices. */
+    const std::vector<Touch> &touches() const { return m_touches; }
+    bool touchedOffVertices() const { return m_touchedOffVertices; }
 
 private:
     /** A meeting that is no overlap: all that the answer depends on. */
@@ -119,15 +126,11 @@ private:
     void noteTouch(const vxCurveLocation &location);
 
     RunNotes &m_notes;
-    /** Vertices at contacts that were not taken. */
-    std::vector<const vxSegment *> m_touched;
+    std::vector<Touch> m_touches;
     bool m_touchedOffVertices = false;
     std::array<Answer, 8> m_latest{};
     size_t m_oldest = 0;
 };
-
-/** Whether some meeting was taken at each of some vertices, by which division went. */
-bool areMeetings(const std::vector<const vxSegment *> &vertices);
 
 /** Notes intersections that share a place with others. */
 void noteChains(const QList<vxCurveLocation *> &locations, RunNotes &notes);

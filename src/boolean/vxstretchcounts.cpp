@@ -6,6 +6,7 @@
 #include "vxmono.h"
 #include "vxmonopieces_p.h"
 #include "vxpositions_p.h"
+#include "vxrunnotes_p.h"
 #include "xpath.h"
 
 #include <algorithm>
@@ -71,8 +72,8 @@ class EndCounter
 {
 public:
     EndCounter(const DividedOperand &own, const DividedOperand &other, int op, bool isSecond)
-        : m_own(own), m_other(other), m_op(op), m_isSecond(isSecond),
-          m_sides{ own.fillsRight, other.fillsRight },
+        : m_own(own), m_other(other), m_op(op),
+          m_isSecond(isSecond), m_sides{ own.fillsRight, other.fillsRight },
           m_box(other.original->getBounds(vxBoundOpt::geometric(), vxStyle()))
     {
     }
@@ -219,6 +220,34 @@ bool passesEachMeetingOnce(const XPath &path)
     return true;
 }
 
+bool hasMeetings(const XPath &path)
+{
+    return std::any_of(path.children.begin(), path.children.end(), [](const vxPath *child) {
+        const QList<vxSegment *> &segments = child->_segments();
+        return std::any_of(segments.begin(), segments.end(),
+                           [](const vxSegment *segment) { return segment->intersection(); });
+    });
+}
+
+/**
+ * Whether the result passes a contact as one of the outlines does, or, with two contours, as both do where
+ * each is outside of the other. Otherwise contours would be joined in another way.
+ */
+bool passesApart(const Touch &touch, const FilledSides &sides, bool hasContourOfEach)
+{
+    if (touch.vertex->intersection() || (touch.otherVertex && touch.otherVertex->intersection()))
+        return true; // passesOnce() tells
+    const std::optional<ContactPositions> contact =
+        positionsAtContact(*touch.vertex, touch.otherVertex, *touch.otherStart, sides);
+    if (!contact || Position(touch.vertex->position) != contact->own ||
+        Position(contact->otherStretch->position) != contact->other)
+        return false;
+    if (!touch.vertex->walked || !contact->otherStretch->walked)
+        return true;
+    return hasContourOfEach && !contact->isTangent && contact->own == Position::Outside &&
+           contact->other == Position::Outside;
+}
+
 } // namespace
 
 bool countByEnds(const DividedOperand &first, const DividedOperand &second, int op)
@@ -230,10 +259,20 @@ bool countByEnds(const DividedOperand &first, const DividedOperand &second, int 
     return false;
 }
 
-bool walkedTheBoundary(const DividedOperand &first, const DividedOperand &second, int op)
+bool walkedTheBoundary(const DividedOperand &first, const DividedOperand &second, int op,
+                       const std::vector<Touch> &touches)
 {
+    // Elsewhere one contour may go around both, and pass the contact twice.
+    const bool hasContourOfEach = op == Exclude || !hasMeetings(*first.copy);
+    const auto isApart = [&](const Touch &touch) {
+        const bool isFirst = touch.vertex->path->parent == first.copy;
+        return passesApart(touch,
+                           isFirst ? FilledSides{ first.fillsRight, second.fillsRight }
+                                   : FilledSides{ second.fillsRight, first.fillsRight },
+                           hasContourOfEach);
+    };
     return walkedRightly(*first.copy, op, false) && walkedRightly(*second.copy, op, true) &&
-           passesEachMeetingOnce(*first.copy);
+           passesEachMeetingOnce(*first.copy) && std::all_of(touches.begin(), touches.end(), isApart);
 }
 
 } // namespace vx

@@ -1,8 +1,12 @@
 #pragma once
 
+#include <vector>
+
 class XPath;
 
 namespace vx {
+
+struct Touch;
 
 /** One operand of a boolean: as it was given, and its working copy, divided. */
 struct DividedOperand {
@@ -18,8 +22,8 @@ struct DividedOperand {
  *
  * How outlines lie at a meeting tells where the stretches that end and begin there lie, so that every stretch
  * is told twice, by both its ends, which must agree. A contour that meets nothing lies inside or outside with
- * all its points, and one that is clear of the other's outline tells it. The counts follow, since each operand
- * fills its region once.
+ * all its points, and one that is clear of the other's outline tells it. The counts follow, since each
+ * operand fills its region once.
  *
  * False, and no segment is counted, where something does not fit or is not sure.
  */
@@ -27,8 +31,10 @@ bool countByEnds(const DividedOperand &first, const DividedOperand &second, int 
 
 /**
  * Whether tracing kept just those stretches, of which countByEnds() found the positions, that bound the
- * result, and could join them in one way only. Then there is nothing left to doubt.
+ * result, and could join them in one way only; touches are the contacts that were not taken for meetings.
+ * Then there is nothing left to doubt.
  */
-bool walkedTheBoundary(const DividedOperand &first, const DividedOperand &second, int op);
+bool walkedTheBoundary(const DividedOperand &first, const DividedOperand &second, int op,
+                       const std::vector<Touch> &touches);
 
 } // namespace vx

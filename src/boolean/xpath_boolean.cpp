@@ -117,8 +117,8 @@ public:
         vx::RunNotes ofTracing;
         const QVector<vxPath *> contours = vx::tracePaths(m_segments, m_op, ofTracing);
         m_notes.add(ofTracing);
-        if (isCounted && m_notes.any() && !ofTracing.any() && m_filter.touchedAtMeetings() &&
-            vx::walkedTheBoundary(operand1(), operand2(), m_op))
+        if (isCounted && m_notes.any() && !ofTracing.any() && !m_filter.touchedOffVertices() &&
+            vx::walkedTheBoundary(operand1(), operand2(), m_op, m_filter.touches()))
             m_notes = vx::RunNotes();
         return contours;
     }
@@ -171,8 +171,25 @@ private:
     /** Where no meeting may have been missed. */
     bool countByEnds() const
     {
-        return m_areClean && !m_doubts.limitReached && vx::areMeetings(m_doubts.nearMisses) &&
+        return m_areClean && !m_doubts.limitReached && foundAllNear() &&
                vx::countByEnds(operand1(), operand2(), m_op);
+    }
+
+    /** Whether at each vertex that came near the other operand some meeting or contact was found. */
+    bool foundAllNear() const
+    {
+        if (m_doubts.nearMisses.empty())
+            return true;
+        std::vector<const vxSegment *> touched;
+        for (const vx::Touch &touch : m_filter.touches()) {
+            touched.push_back(touch.vertex);
+            touched.push_back(touch.otherVertex);
+        }
+        std::sort(touched.begin(), touched.end());
+        return std::all_of(
+            m_doubts.nearMisses.begin(), m_doubts.nearMisses.end(), [&](const vxSegment *vertex) {
+                return vertex->intersection() || std::binary_search(touched.begin(), touched.end(), vertex);
+            });
     }
 
     void sample()

@@ -59,6 +59,40 @@ std::string randomShape(shapes::Random &random, bool onGrid)
     return data + "Z ";
 }
 
+/** An ellipse, or a star around its middle, its corners on a grid, some of its sides curved. */
+std::string simpleShape(shapes::Random &random, bool isCurved)
+{
+    const double x = 10 * std::round(random.between(2, 8));
+    const double y = 10 * std::round(random.between(2, 8));
+    if (random.between(0, 3) < 1)
+        return shapes::ellipse(x, y, 10 * std::round(random.between(1, 4)),
+                               10 * std::round(random.between(1, 4)));
+    const int corners = int(random.between(3, 8));
+    std::string data;
+    vxPoint last;
+    for (int i = 0; i < corners; ++i) {
+        const double angle = 2 * std::acos(-1.) * i / corners;
+        const double radius = random.between(15, 45);
+        const vxPoint p(10 * std::round((x + radius * std::cos(angle)) / 10),
+                        10 * std::round((y + radius * std::sin(angle)) / 10));
+        const auto append = [&data](const vxPoint &q) {
+            data += std::to_string(q.x) + ' ' + std::to_string(q.y) + ' ';
+        };
+        if (i > 0 && isCurved && random.between(0, 2) < 1) {
+            const vxPoint way = p.subtract(last);
+            const vxPoint bulge = vxPoint(-way.y, way.x).multiply(random.between(-0.1, 0.1));
+            data += "C ";
+            append(last.add(way.multiply(1. / 3)).add(bulge));
+            append(last.add(way.multiply(2. / 3)).add(bulge));
+        } else {
+            data += i == 0 ? "M " : "L ";
+        }
+        append(p);
+        last = p;
+    }
+    return data + "Z ";
+}
+
 /** Whether a contour passes no point twice. */
 bool isSimple(const vxPath &contour)
 {
@@ -118,6 +152,24 @@ public:
             }
         }
     }
+    /** Checks points that are clear of both outlines. */
+    void runByPoints(const std::string &dataA, const std::string &dataB, shapes::Random &random)
+    {
+        const Outline a(*read(dataA));
+        const Outline b(*read(dataB));
+        run(dataA, dataB, [&](const XPath &result, int op, double) {
+            const Outline outline(result);
+            for (int i = 0; i < 100; ++i) {
+                const vxPoint p = random.between(vxPoint(-60, -60), vxPoint(160, 160));
+                const bool inA = a.contains(p);
+                const bool inB = b.contains(p);
+                const bool expected[] = { inA && inB, inA || inB, inA && !inB, inA != inB };
+                if (a.isOff(p, 1e-3) && b.isOff(p, 1e-3)) {
+                    ASSERT_EQ(outline.contains(p), expected[op - 1]) << p.x << ' ' << p.y;
+                }
+            }
+        });
+    }
     void expectAllVerdicts() const
     {
         std::printf("%d calls plain, %d audited, %d replaced, %d doubtful\n", m_calls[0], m_calls[1],
@@ -160,23 +212,29 @@ TEST(Audit, leaves_no_wrong_point_on_random_shapes)
     Auditor auditor;
     shapes::Random random(3);
     const int rounds = shapes::countFrom("PZ_RANDOM_PAIRS", 300);
+    for (int round = 0; round < rounds; ++round)
+        auditor.runByPoints(randomShape(random, round % 3), randomShape(random, round % 3), random);
+    auditor.expectAllVerdicts();
+}
+
+TEST(Audit, leaves_no_wrong_point_on_shapes_that_share_borders)
+{
+    Auditor auditor;
+    shapes::Random random(8);
+    const int rounds = shapes::countFrom("PZ_RANDOM_PAIRS", 300) / 3;
     for (int round = 0; round < rounds; ++round) {
-        const std::string dataA = randomShape(random, round % 3);
-        const std::string dataB = randomShape(random, round % 3);
-        const Outline a(*read(dataA));
-        const Outline b(*read(dataB));
-        auditor.run(dataA, dataB, [&](const XPath &result, int op, double) {
-            const Outline outline(result);
-            for (int i = 0; i < 100; ++i) {
-                const vxPoint p = random.between(vxPoint(-60, -60), vxPoint(160, 160));
-                const bool inA = a.contains(p);
-                const bool inB = b.contains(p);
-                const bool expected[] = { inA && inB, inA || inB, inA && !inB, inA != inB };
-                if (a.isOff(p, 1e-3) && b.isOff(p, 1e-3)) {
-                    ASSERT_EQ(outline.contains(p), expected[op - 1]) << p.x << ' ' << p.y;
-                }
-            }
-        });
+        // Results run along what they were made of, and along each other.
+        std::vector<std::string> shapes;
+        for (int i = 0; i < 2; ++i)
+            shapes.push_back(simpleShape(random, round % 4));
+        for (int op = 1; op <= 4; ++op) {
+            const Answer answer(read(shapes[0]), read(shapes[1]), op);
+            if (!answer.path->children.isEmpty() && !answer.isDoubtful())
+                shapes.push_back(text(*answer.path));
+        }
+        const auto any = [&] { return shapes[size_t(random.between(0, double(shapes.size())))]; };
+        for (int pair = 0; pair < 2; ++pair)
+            auditor.runByPoints(any(), any(), random);
     }
     auditor.expectAllVerdicts();
 }

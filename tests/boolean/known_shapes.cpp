@@ -104,3 +104,31 @@ TEST(KnownShapes, with_an_empty_or_missing_operand_give_the_other_or_nothing)
     for (int op : { -1, 0, 5, 1000 })
         EXPECT_TRUE(compute(square.get(), square.get(), op)->children.isEmpty());
 }
+
+TEST(KnownShapes, drawn_alike_give_themselves_or_nothing)
+{
+    // A vertex on a straight run and a contour that fills nothing, which cleaning leaves out.
+    const std::string data = rectangle(0, 0, 100, 100) + ellipse(50, 50, 30, 20) +
+                             "M 200 0 L 220 0 L 240 0 L 240 10 Z M 300 0 L 320 0 Z";
+    const XPathPtr a = read(data);
+    const XPathPtr b = read(data);
+    const XPathPtr cleaned(XPath::preparePath(a.get(), true));
+    for (int op : { 1, 2 }) {
+        const XPathPtr result = compute(a.get(), b.get(), op);
+        EXPECT_EQ(result->children.size(), 3);
+        EXPECT_NEAR(areaOf(*result), areaOf(*cleaned), 1e-9);
+    }
+    for (int op : { 3, 4 })
+        EXPECT_TRUE(compute(a.get(), b.get(), op)->children.isEmpty());
+}
+
+TEST(KnownShapes, drawn_alike_but_filled_by_different_rules_are_not_the_same)
+{
+    const std::string data = rectangle(0, 0, 100, 100) + rectangle(20, 20, 60, 60);
+    const XPathPtr ring = read(data);
+    const XPathPtr whole = read(data);
+    for (XPath *path : { ring.get(), whole.get() })
+        path->children[1]->reverse(); // both contours run the same way
+    whole->evenOdd = false;
+    EXPECT_NEAR(areaOf(*compute(whole.get(), ring.get(), 3)), 3600, 1e-6);
+}

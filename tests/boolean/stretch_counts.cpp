@@ -1,0 +1,168 @@
+#include "support/shapes.h"
+
+#include "vxaudit_p.h"
+#include "vxcleancopy_p.h"
+#include "vxcurvelocation.h"
+#include "vxintersections_p.h"
+#include "vxlocationowner_p.h"
+#include "vxpositions_p.h"
+#include "vxrunnotes_p.h"
+#include "vxsampler_p.h"
+#include "vxstretchcounts_p.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+using shapes::areaOf;
+using shapes::read;
+using shapes::XPathPtr;
+
+namespace {
+
+/** Working copies of two operands, divided where they meet. */
+struct Divided {
+    vx::RunNotes notes;
+    bool areClean = false;
+    vx::SearchDoubts doubts;
+    XPathPtr a, b;
+    vx::LocationOwner owner;
+    QList<vxSegment *> segments;
+
+    Divided(const XPath &first, const XPath &second, int op)
+        : a(vx::cleanCopy(&first, notes)), b(vx::cleanCopy(&second, notes)), owner(find(op))
+    {
+        for (const XPath *path : { a.get(), b.get() }) {
+            for (const vxPath *child : path->children)
+                segments += child->_segments();
+        }
+    }
+
+private:
+    QList<vxCurveLocation *> find(int op)
+    {
+        areClean = !notes.any();
+        const bool opposite = op >= 3;
+        if ((a->isClockwise() == b->isClockwise()) == opposite)
+            b->reverse();
+        vx::MeetingFilter filter(notes);
+        const QList<vxCurveLocation *> found = vx::findIntersections(
+            *a, b.get(), [&](vxCurveLocation *location) { return filter.accepts(*location); }, doubts);
+        a->divideLocations(vxCurveLocation::expand(found), 0);
+        return found;
+    }
+};
+
+/** Counts all stretches in both ways, and compares where neither is in doubt. Gives the number compared. */
+int compare(const XPath &a, const XPath &b, int op)
+{
+    Divided run(a, b, op);
+    if (!run.areClean || run.doubts.limitReached || !run.doubts.nearMisses.empty() ||
+        !vx::countByEnds({ &a, run.a.get(), run.a->isClockwise() }, { &b, run.b.get(), run.b->isClockwise() },
+                         op))
+        return 0;
+    int compared = 0;
+    for (vxSegment *start : qAsConst(run.segments)) {
+        const vxWinding byEnds{ start->winding, start->contour };
+        vx::RunNotes sampling;
+        vx::Sampler(run.a.get(), run.b.get(), op, sampling).propagate(start);
+        if (sampling.any() || vx::isAlong(vx::Position(start->position)))
+            continue;
+        EXPECT_EQ(start->winding, byEnds.winding) << "operation " << op;
+        // The tracer asks for the flag of a union only, where the count alone does not decide.
+        if (op == 2 && byEnds.winding != 1) {
+            EXPECT_EQ(start->contour, byEnds.contour);
+        }
+        ++compared;
+    }
+    return compared;
+}
+
+struct Expected {
+    double area;
+    int contours;
+    bool isPlain = true;
+};
+
+/** The areas and numbers of contours of intersect, unite, subtract and exclude. */
+void expectPlain(const std::string &dataA, const std::string &dataB, const Expected (&expected)[4])
+{
+    const XPathPtr a = read(dataA);
+    const XPathPtr b = read(dataB);
+    for (int op = 1; op <= 4; ++op) {
+        vxBooleanReport report;
+        const XPathPtr result(XPath::computeBoolean(a.get(), b.get(), op, report));
+        EXPECT_EQ(report.verdict == vxBooleanReport::Plain, expected[op - 1].isPlain) << "operation " << op;
+        EXPECT_NEAR(areaOf(*result), expected[op - 1].area, 1e-4) << "operation " << op;
+        EXPECT_EQ(result->children.size(), expected[op - 1].contours) << "operation " << op;
+    }
+}
+
+} // namespace
+
+TEST(StretchCounts, are_those_of_samples)
+{
+    int compared = 0;
+    for (const shapes::Case &c : shapes::cases()) {
+        SCOPED_TRACE(c.id);
+        const XPathPtr a = read(c.a);
+        const XPathPtr b = read(c.b);
+        for (int op = 1; op <= 4; ++op)
+            compared += compare(*a, *b, op);
+    }
+    std::printf("%d stretches compared\n", compared);
+    EXPECT_GT(compared, 3000);
+}
+
+TEST(StretchCounts, need_no_audit_along_shared_borders)
+{
+    const std::string square = shapes::rectangle(0, 0, 100, 100);
+    const double pi = std::acos(-1.);
+    // Of the cubic that stands for a quarter of a circle of radius 1, in excess of pi / 4.
+    const double circle = areaOf(*read(shapes::ellipse(0, 0, 1, 1)));
+    EXPECT_NEAR(circle, pi, 1e-3);
+    {
+        SCOPED_TRACE("side by side");
+        expectPlain(square, shapes::rectangle(100, 20, 50, 50),
+                    { { 0, 0 }, { 12500, 1 }, { 10000, 1 }, { 12500, 1, false } });
+    }
+    {
+        SCOPED_TRACE("along the inside of a side, corners at corners");
+        expectPlain(square, shapes::rectangle(0, 0, 40, 100),
+                    { { 4000, 1 }, { 10000, 1 }, { 6000, 1 }, { 6000, 1 } });
+    }
+    {
+        SCOPED_TRACE("a rounded corner, where the outlines part with one tangent");
+        const double corner = 400 * (4 - circle) / 4;
+        expectPlain(square,
+                    "M 0 0 L 80 0 C 91.04569499661587 0 100 8.954305003384132 100 20 L 100 100 L 0 100 Z",
+                    { { 10000 - corner, 1 }, { 10000, 1 }, { corner, 1 }, { corner, 1 } });
+    }
+    {
+        SCOPED_TRACE("a vertex on the other's side, from outside");
+        expectPlain(square, "M 100 50 L 140 30 L 140 70 Z",
+                    { { 0, 0 }, { 10800, 2 }, { 10000, 1 }, { 10800, 2 } });
+    }
+    {
+        SCOPED_TRACE("crossing at vertices");
+        expectPlain("M 0 0 L 50 0 L 100 0 L 100 100 L 50 100 L 0 100 Z",
+                    "M 50 0 L 90 -50 L 150 50 L 90 150 L 50 100 Z",
+                    { { 5000, 1 }, { 17000, 1 }, { 5000, 1 }, { 12000, 2 } });
+    }
+}
+
+TEST(StretchCounts, leave_contours_that_could_be_joined_otherwise_to_the_audit)
+{
+    // Walked straight on where they touch, the outline would run around the hole without closing it.
+    const std::string frame = "M 0 0 L 100 0 L 100 100 L 50 60 L 0 100 Z";
+    const std::string bar = "M -20 80 L 50 60 L 120 80 L 120 150 L -20 150 Z";
+    const XPathPtr a = read(frame);
+    const XPathPtr b = read(bar);
+    const XPathPtr united(a->unite(b.get()));
+    for (const vxPath *contour : qAsConst(united->children)) {
+        int passes = 0;
+        for (const vxSegment *segment : contour->getSegments())
+            passes += segment->point.isClose(vxPoint(50, 60), 1e-6);
+        EXPECT_LE(passes, 1);
+    }
+}
