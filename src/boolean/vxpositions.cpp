@@ -143,10 +143,10 @@ private:
     }
 };
 
+/** From one place where both have a vertex to the next. */
 bool runTogether(const Ray &mine, const Ray &theirs)
 {
-    return mine.end && theirs.end && partnerAt(*mine.end) == theirs.end &&
-           runsAlong(mine.curve, theirs.curve);
+    return mine.end && theirs.end && partnerAt(*mine.end) == theirs.end && agree(mine.curve, theirs.curve);
 }
 
 /** Of the stretch that a ray begins, which an outline runs along from the vertex if isOutgoing. */
@@ -245,13 +245,13 @@ bool positionsAt(const vxSegment &vertex, const FilledSides &sides, Positions &p
            positionOf(own.out, true, sides.ownRight, other, positions.after);
 }
 
-std::optional<ContactPositions> positionsAtContact(const vxSegment &vertex, const vxSegment *otherVertex,
-                                                   const vxSegment &otherStart, const FilledSides &sides)
+std::optional<ContactPositions> positionsAtContact(const vxContact &contact, const FilledSides &sides)
 {
-    const Corner own(vertex, sides.ownRight);
+    const Corner own(*contact.vertex, sides.ownRight);
     const std::optional<PlaceOnOutline> other =
-        otherVertex ? PlaceOnOutline{ Corner(*otherVertex, sides.otherRight), otherVertex }
-                    : placeOn(otherStart, vertex.point, sides.otherRight);
+        contact.otherVertex
+            ? PlaceOnOutline{ Corner(*contact.otherVertex, sides.otherRight), contact.otherVertex }
+            : placeOn(*contact.otherStart, contact.vertex->point, sides.otherRight);
     if (!other || !own.isClear() || !other->corner.isClear())
         return std::nullopt;
     const std::optional<Position> ownPosition = positionBeside(own, other->corner);

@@ -5,6 +5,7 @@
 #include <optional>
 
 class vxSegment;
+struct vxContact;
 
 namespace vx {
 
@@ -51,11 +52,9 @@ const vxSegment *partnerAt(const vxSegment &vertex);
 bool positionsAt(const vxSegment &vertex, const FilledSides &sides, Positions &positions);
 
 /**
- * The same at a contact that was not taken for a meeting. The other outline has a vertex there, or (null) the
- * place is on the curve that started at otherStart, which may have been divided since. None where it is not
- * sure that the two only touch.
+ * The same at a contact that was not taken for a meeting; the curve of the other outline may have been
+ * divided since. None where it is not sure that the two only touch.
  */
-std::optional<ContactPositions> positionsAtContact(const vxSegment &vertex, const vxSegment *otherVertex,
-                                                   const vxSegment &otherStart, const FilledSides &sides);
+std::optional<ContactPositions> positionsAtContact(const vxContact &contact, const FilledSides &sides);
 
 } // namespace vx

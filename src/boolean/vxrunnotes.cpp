@@ -68,6 +68,13 @@ void RunNotes::add(const SearchDoubts &search)
     nearMiss |= !search.nearMisses.empty();
 }
 
+void RunNotes::clearDoubts()
+{
+    const bool runsCounterClockwise = counterClockwise;
+    *this = RunNotes();
+    counterClockwise = runsCounterClockwise;
+}
+
 bool MeetingFilter::accepts(vxCurveLocation &location)
 {
     const bool atVertex = isNearEnd(location) || (location.intersection && isNearEnd(*location.intersection));

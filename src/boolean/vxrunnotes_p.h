@@ -69,19 +69,12 @@ struct RunNotes {
     /** Takes over what another run, of a part, has met. */
     void add(const RunNotes &part);
     void add(const SearchDoubts &search);
+    void clearDoubts();
     bool any() const
     {
         return overlap || touch || shallow || atVertex || selfCrossing || simplified || folded || chained ||
                movedSample || grazedSample || discardedContour || tiltedLevel || limitReached || nearMiss;
     }
-};
-
-/** A contact of two outlines that was not taken for a meeting, at a vertex of at least one. */
-struct Touch {
-    const vxSegment *vertex;
-    /** Of the other outline: its vertex there, null where it has none; and where its curve started. */
-    const vxSegment *otherVertex;
-    const vxSegment *otherStart;
 };
 
 /**
@@ -98,7 +91,7 @@ public:
 
     bool accepts(vxCurveLocation &location);
     /** The contacts that were not taken; not all of them if there are some off vertices. */
-    const std::vector<Touch> &touches() const { return m_touches; }
+    const std::vector<vxContact> &touches() const { return m_touches; }
     bool touchedOffVertices() const { return m_touchedOffVertices; }
 
 private:
@@ -126,7 +119,7 @@ private:
     void noteTouch(const vxCurveLocation &location);
 
     RunNotes &m_notes;
-    std::vector<Touch> m_touches;
+    std::vector<vxContact> m_touches;
     bool m_touchedOffVertices = false;
     std::array<Answer, 8> m_latest{};
     size_t m_oldest = 0;

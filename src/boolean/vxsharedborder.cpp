@@ -14,15 +14,6 @@ namespace {
 /** Path units; the control points of the two curves may lie this far apart, along each axis. */
 constexpr double apart = closeDistance / 20;
 
-bool agree(const Cubic &a, const Cubic &b)
-{
-    for (int i = 0; i < 8; ++i) {
-        if (!(std::fabs(a.v[i] - b.v[i]) <= apart))
-            return false;
-    }
-    return true;
-}
-
 /**
  * Whether the derivative, a parabola with control points 3 d[i], keeps to the direction of the chord, and
  * changes so slowly for its size that a root is simple far beyond rounding; see runsAlong().
@@ -36,6 +27,11 @@ bool isRegular(const Cubic &c, const vxPoint &chord, double chordLength)
 }
 
 } // namespace
+
+bool agree(const Cubic &a, const Cubic &b)
+{
+    return std::equal(a.v, a.v + 8, b.v, [](double p, double q) { return std::fabs(p - q) <= apart; });
+}
 
 // A curve lies in the hull of its control points, and so does the difference of two. A place p on a is
 // therefore off b(t), at its own time t or 1 - t, by no more than apart along each axis, and rounding, which

@@ -6,7 +6,6 @@
 #include "vxmono.h"
 #include "vxmonopieces_p.h"
 #include "vxpositions_p.h"
-#include "vxrunnotes_p.h"
 #include "xpath.h"
 
 #include <algorithm>
@@ -233,19 +232,18 @@ bool hasMeetings(const XPath &path)
  * Whether the result passes a contact as one of the outlines does, or, with two contours, as both do where
  * each is outside of the other. Otherwise contours would be joined in another way.
  */
-bool passesApart(const Touch &touch, const FilledSides &sides, bool hasContourOfEach)
+bool passesApart(const vxContact &contact, const FilledSides &sides, bool hasContourOfEach)
 {
-    if (touch.vertex->intersection() || (touch.otherVertex && touch.otherVertex->intersection()))
+    if (contact.vertex->intersection() || (contact.otherVertex && contact.otherVertex->intersection()))
         return true; // passesOnce() tells
-    const std::optional<ContactPositions> contact =
-        positionsAtContact(*touch.vertex, touch.otherVertex, *touch.otherStart, sides);
-    if (!contact || Position(touch.vertex->position) != contact->own ||
-        Position(contact->otherStretch->position) != contact->other)
+    const std::optional<ContactPositions> lie = positionsAtContact(contact, sides);
+    if (!lie || Position(contact.vertex->position) != lie->own ||
+        Position(lie->otherStretch->position) != lie->other)
         return false;
-    if (!touch.vertex->walked || !contact->otherStretch->walked)
+    if (!contact.vertex->walked || !lie->otherStretch->walked)
         return true;
-    return hasContourOfEach && !contact->isTangent && contact->own == Position::Outside &&
-           contact->other == Position::Outside;
+    return hasContourOfEach && !lie->isTangent && lie->own == Position::Outside &&
+           lie->other == Position::Outside;
 }
 
 } // namespace
@@ -260,19 +258,19 @@ bool countByEnds(const DividedOperand &first, const DividedOperand &second, int 
 }
 
 bool walkedTheBoundary(const DividedOperand &first, const DividedOperand &second, int op,
-                       const std::vector<Touch> &touches)
+                       const std::vector<vxContact> &contacts)
 {
     // Elsewhere one contour may go around both, and pass the contact twice.
     const bool hasContourOfEach = op == Exclude || !hasMeetings(*first.copy);
-    const auto isApart = [&](const Touch &touch) {
-        const bool isFirst = touch.vertex->path->parent == first.copy;
-        return passesApart(touch,
+    const auto isApart = [&](const vxContact &contact) {
+        const bool isFirst = contact.vertex->path->parent == first.copy;
+        return passesApart(contact,
                            isFirst ? FilledSides{ first.fillsRight, second.fillsRight }
                                    : FilledSides{ second.fillsRight, first.fillsRight },
                            hasContourOfEach);
     };
     return walkedRightly(*first.copy, op, false) && walkedRightly(*second.copy, op, true) &&
-           passesEachMeetingOnce(*first.copy) && std::all_of(touches.begin(), touches.end(), isApart);
+           passesEachMeetingOnce(*first.copy) && std::all_of(contacts.begin(), contacts.end(), isApart);
 }
 
 } // namespace vx

@@ -3,10 +3,9 @@
 #include <vector>
 
 class XPath;
+struct vxContact;
 
 namespace vx {
-
-struct Touch;
 
 /** One operand of a boolean: as it was given, and its working copy, divided. */
 struct DividedOperand {
@@ -31,10 +30,10 @@ bool countByEnds(const DividedOperand &first, const DividedOperand &second, int 
 
 /**
  * Whether tracing kept just those stretches, of which countByEnds() found the positions, that bound the
- * result, and could join them in one way only; touches are the contacts that were not taken for meetings.
+ * result, and could join them in one way only; contacts are those that were not taken for meetings.
  * Then there is nothing left to doubt.
  */
 bool walkedTheBoundary(const DividedOperand &first, const DividedOperand &second, int op,
-                       const std::vector<Touch> &touches);
+                       const std::vector<vxContact> &contacts);
 
 } // namespace vx

@@ -68,14 +68,9 @@ QVector<vxPath *> contoursWithEmpty(XPath *path1, XPath *path2, int op, vx::RunN
     return takeChildren(*copy);
 }
 
-/**
- * What an operation gives for two operands that are drawn alike: the cleaned contours of one, or nothing.
- * Where every outline runs along its like, the engine would come to the same after comparing them all.
- */
-QVector<vxPath *> contoursOfOne(const XPath *path, int op, vx::RunNotes &notes)
+/** The cleaned contours of an operand that have an area. */
+QVector<vxPath *> cleanContours(const XPath *path, vx::RunNotes &notes)
 {
-    if (op != Unite && op != Intersect)
-        return {};
     const std::unique_ptr<XPath> copy(vx::cleanCopy(path, notes));
     notes.counterClockwise = !copy->isClockwise();
     QVector<vxPath *> contours = takeChildren(*copy);
@@ -117,9 +112,8 @@ public:
         vx::RunNotes ofTracing;
         const QVector<vxPath *> contours = vx::tracePaths(m_segments, m_op, ofTracing);
         m_notes.add(ofTracing);
-        if (isCounted && m_notes.any() && !ofTracing.any() && !m_filter.touchedOffVertices() &&
-            vx::walkedTheBoundary(operand1(), operand2(), m_op, m_filter.touches()))
-            m_notes = vx::RunNotes();
+        if (isCounted && m_notes.any() && !ofTracing.any() && walkedTheBoundary())
+            m_notes.clearDoubts();
         return contours;
     }
 
@@ -168,28 +162,20 @@ private:
     vx::DividedOperand operand1() const { return { m_original1, m_path1.get(), m_path1->isClockwise() }; }
     vx::DividedOperand operand2() const { return { m_original2, m_path2.get(), m_path2->isClockwise() }; }
 
-    /** Where no meeting may have been missed. */
+    /** Where neither operand touches itself and no search was cut short. */
     bool countByEnds() const
     {
-        return m_areClean && !m_doubts.limitReached && foundAllNear() &&
-               vx::countByEnds(operand1(), operand2(), m_op);
+        return m_areClean && !m_doubts.limitReached && vx::countByEnds(operand1(), operand2(), m_op);
     }
 
-    /** Whether at each vertex that came near the other operand some meeting or contact was found. */
-    bool foundAllNear() const
+    /** After tracing stretches that are counted by their ends. */
+    bool walkedTheBoundary() const
     {
-        if (m_doubts.nearMisses.empty())
-            return true;
-        std::vector<const vxSegment *> touched;
-        for (const vx::Touch &touch : m_filter.touches()) {
-            touched.push_back(touch.vertex);
-            touched.push_back(touch.otherVertex);
-        }
-        std::sort(touched.begin(), touched.end());
-        return std::all_of(
-            m_doubts.nearMisses.begin(), m_doubts.nearMisses.end(), [&](const vxSegment *vertex) {
-                return vertex->intersection() || std::binary_search(touched.begin(), touched.end(), vertex);
-            });
+        if (m_filter.touchedOffVertices())
+            return false;
+        std::vector<vxContact> contacts = m_filter.touches();
+        contacts.insert(contacts.end(), m_doubts.nearMisses.begin(), m_doubts.nearMisses.end());
+        return vx::walkedTheBoundary(operand1(), operand2(), m_op, contacts);
     }
 
     void sample()
@@ -307,12 +293,18 @@ XPath *vx::computeBoolean(XPath *path1, XPath *path2, int op, AuditMode mode, vx
     // One object as both operands counts once: nothing is filled twice, and all else gives the object.
     const bool once = path1 == path2 && path1;
     QVector<vxPath *> contours;
-    if (isEmpty(path1) || isEmpty(path2))
+    if (isEmpty(path1) || isEmpty(path2)) {
         contours = contoursWithEmpty(path1, path2, op, notes);
-    else if (!once && areDrawnAlike(*path1, *path2))
-        contours = contoursOfOne(path1, op, notes);
-    else if (op != ::Intersect || !haveNoCommonBox(*path1, *path2))
+    } else if (!once && areDrawnAlike(*path1, *path2)) {
+        // Every outline would be found to run along its like.
+        if (op == ::Intersect || op == ::Unite)
+            contours = cleanContours(path1, notes);
+    } else if (!once && (op == ::Intersect || op == ::Subtract) && haveNoCommonBox(*path1, *path2)) {
+        if (op == ::Subtract)
+            contours = cleanContours(path1, notes);
+    } else {
         contours = BooleanRun(path1, path2, op, notes).trace();
+    }
     if (!once || op != ::Intersect) {
         const QVector<const XPath *> operands =
             once ? QVector<const XPath *>{ path1 } : QVector<const XPath *>{ path1, path2 };

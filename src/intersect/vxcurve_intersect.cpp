@@ -81,19 +81,26 @@ void CurvePair::addMeetings(bool endsNear)
  */
 void CurvePair::noteNearEnds()
 {
-    const auto note = [this](const PreparedCurve &curve, const vxPoint &p, const vxSegment *vertex) {
+    const auto note = [this](const PreparedCurve &values, const vxCurve &curve, const vxPoint &p,
+                             const vxSegment *vertex) {
         const Box at{ p.x - nearMissDistance, p.y - nearMissDistance, p.x + nearMissDistance,
                       p.y + nearMissDistance };
+        if (!mayComeNear(values, p) || !boxesMeet(values.box, at) ||
+            isFarFromChord(values.values, p, nearMissDistance))
+            return;
         double distance = nearMissDistance;
-        if (mayComeNear(curve, p) && boxesMeet(curve.box, at) &&
-            !isFarFromChord(curve.values, p, nearMissDistance) &&
-            timeNear(curve.values, p, distance) != noTime)
-            m_param.nearMisses.push_back(vertex);
+        const double t = timeNear(values.values, p, distance);
+        if (t == noTime)
+            return;
+        const vxSegment *otherVertex = t < timeMargin  ? curve.segment1()
+                                       : t > timeUpper ? curve.segment2()
+                                                       : nullptr;
+        m_param.nearMisses.push_back({ vertex, otherVertex, curve.segment1() });
     };
-    note(m_values1, m_values2.values.p0(), m_curve2->segment1());
-    note(m_values1, m_values2.values.p3(), m_curve2->segment2());
-    note(m_values2, m_values1.values.p0(), m_curve1->segment1());
-    note(m_values2, m_values1.values.p3(), m_curve1->segment2());
+    note(m_values1, *m_curve1, m_values2.values.p0(), m_curve2->segment1());
+    note(m_values1, *m_curve1, m_values2.values.p3(), m_curve2->segment2());
+    note(m_values2, *m_curve2, m_values1.values.p0(), m_curve1->segment1());
+    note(m_values2, *m_curve2, m_values1.values.p3(), m_curve1->segment2());
 }
 
 bool CurvePair::addOverlap(int nearEnd)

@@ -147,6 +147,14 @@ private:
     void *m_block = nullptr;
 };
 
+/** A place where two outlines come so near that they may touch, at a vertex of at least one. */
+struct PZGRAPHICS_EXPORT vxContact {
+    const vxSegment *vertex;
+    /** Of the other outline: its vertex there, null where it has none; and where its curve starts. */
+    const vxSegment *otherVertex;
+    const vxSegment *otherStart;
+};
+
 /** Settings of one intersection run, handed through all its routines. */
 struct PZGRAPHICS_EXPORT opParam {
     /** Drop meetings at the start of the first curve and at the end of the second. */
@@ -158,11 +166,9 @@ struct PZGRAPHICS_EXPORT opParam {
     double renormalizeTime = 0;
     /** Set by the run, never cleared: a search was cut short, meetings may be missing. */
     bool limitReached = false;
-    /**
-     * Added to by the run: vertices that come so near the other curve that rounding may have hidden a
-     * meeting.
+    /** Added to by the run: where ends come so near the other curve that rounding may have hidden a meeting.
      */
-    std::vector<const vxSegment *> nearMisses;
+    std::vector<vxContact> nearMisses;
     /** When set: meetings for which it answers false are discarded. */
     std::function<bool(vxCurveLocation *)> include;
     /** Of which locations are made; null: each is allocated for itself. */

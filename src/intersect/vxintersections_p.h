@@ -1,21 +1,21 @@
 #pragma once
 
+#include "vxcurvelocation.h"
+
 #include <QList>
 
 #include <functional>
 #include <vector>
 
 class XPath;
-class vxCurveLocation;
-class vxSegment;
 
 namespace vx {
 
 /** Why a search may have missed a meeting. */
 struct SearchDoubts {
     bool limitReached = false;
-    /** Vertices that come so near a curve that rounding may have hidden a meeting there. */
-    std::vector<const vxSegment *> nearMisses;
+    /** Where vertices come so near a curve that rounding may have hidden a meeting. */
+    std::vector<vxContact> nearMisses;
 };
 
 /**

@@ -248,7 +248,7 @@ QList<vxCurveLocation *> findMeetings(XPath &path, XPath *other,
     else
         meetEachOther(path, *other, search);
     doubts.limitReached = doubts.limitReached || search.param().limitReached;
-    const std::vector<const vxSegment *> &near = search.param().nearMisses;
+    const std::vector<vxContact> &near = search.param().nearMisses;
     doubts.nearMisses.insert(doubts.nearMisses.end(), near.begin(), near.end());
     return search.takeFound();
 }
