@@ -9,7 +9,7 @@
  */
 struct PZGRAPHICS_EXPORT vxBooleanReport {
     enum Verdict {
-        Plain,    ///< outlines simply cross: nothing to audit
+        Plain,    ///< outlines lie so that nothing can go wrong unseen: nothing to audit
         Audited,  ///< checked, and as the engine gave it
         Replaced, ///< the engine's answer was not right; the result is the arrangement's
         Doubtful  ///< neither could be vouched for: the result is the engine's and may be wrong

@@ -56,6 +56,13 @@ bool bounds(int op, bool isSecond, Position position)
     return op == Subtract;
 }
 
+/** Whether every vertex has a curve on both sides. */
+bool areClosed(const XPath &path)
+{
+    return std::all_of(path.children.begin(), path.children.end(),
+                       [](const vxPath *child) { return child->isClosed(); });
+}
+
 void clearCounts(const XPath &path)
 {
     for (const vxPath *child : path.children) {
@@ -87,8 +94,6 @@ public:
 private:
     bool countContour(const vxPath &contour)
     {
-        if (!contour.isClosed())
-            return false;
         const QList<vxSegment *> &segments = contour._segments();
         int first = 0;
         while (first < segments.size() && !segments.at(first)->intersection())
@@ -250,7 +255,7 @@ bool passesApart(const vxContact &contact, const FilledSides &sides, bool hasCon
 
 bool countByEnds(const DividedOperand &first, const DividedOperand &second, int op)
 {
-    if (EndCounter(first, second, op, false).count() && EndCounter(second, first, op, true).count())
+    if (areClosed(*first.copy) && areClosed(*second.copy) && EndCounter(first, second, op, false).count() && EndCounter(second, first, op, true).count())
         return true;
     clearCounts(*first.copy);
     clearCounts(*second.copy);

@@ -166,3 +166,16 @@ TEST(StretchCounts, leave_contours_that_could_be_joined_otherwise_to_the_audit)
         EXPECT_LE(passes, 1);
     }
 }
+
+TEST(StretchCounts, are_left_to_samples_where_a_contour_is_open)
+{
+    // Its ends, which have a curve on one side only, lie on vertices of the other.
+    const XPathPtr a = read("M 0 0 L 100 0 L 100 50 L 100 100 L 0 100 L 0 50 Z");
+    const XPathPtr roof = read("M 0 50 L 50 -50 L 100 50");
+    const double areas[] = { 3750, 11250, 6250, 7500 };
+    for (int op = 1; op <= 4; ++op) {
+        vxBooleanReport report;
+        const XPathPtr result(XPath::computeBoolean(a.get(), roof.get(), op, report));
+        EXPECT_NEAR(areaOf(*result), areas[op - 1], 1e-6) << "operation " << op;
+    }
+}
