@@ -255,7 +255,8 @@ bool passesApart(const vxContact &contact, const FilledSides &sides, bool hasCon
 
 bool countByEnds(const DividedOperand &first, const DividedOperand &second, int op)
 {
-    if (areClosed(*first.copy) && areClosed(*second.copy) && EndCounter(first, second, op, false).count() && EndCounter(second, first, op, true).count())
+    if (areClosed(*first.copy) && areClosed(*second.copy) && EndCounter(first, second, op, false).count() &&
+        EndCounter(second, first, op, true).count())
         return true;
     clearCounts(*first.copy);
     clearCounts(*second.copy);
