@@ -127,7 +127,7 @@ void uniteInTurn(benchmark::State &state)
         benchmark::DoNotOptimize(result);
     }
 }
-BENCHMARK(uniteInTurn)->Name("uniteAll/1000 discs, in turn")->Unit(benchmark::kMillisecond);
+BENCHMARK(uniteInTurn)->Name("uniteInTurn/1000 discs")->Unit(benchmark::kMillisecond);
 
 // --- a path that stands still while it is asked many times ---
 
