@@ -56,13 +56,6 @@ bool bounds(int op, bool isSecond, Position position)
     return op == Subtract;
 }
 
-/** Whether every vertex has a curve on both sides. */
-bool areClosed(const XPath &path)
-{
-    return std::all_of(path.children.begin(), path.children.end(),
-                       [](const vxPath *child) { return child->isClosed(); });
-}
-
 void clearCounts(const XPath &path)
 {
     for (const vxPath *child : path.children) {
@@ -252,6 +245,12 @@ bool passesApart(const vxContact &contact, const FilledSides &sides, bool hasCon
 }
 
 } // namespace
+
+bool areClosed(const XPath &path)
+{
+    return std::all_of(path.children.begin(), path.children.end(),
+                       [](const vxPath *child) { return child->isClosed(); });
+}
 
 bool countByEnds(const DividedOperand &first, const DividedOperand &second, int op)
 {

@@ -7,6 +7,9 @@ struct vxContact;
 
 namespace vx {
 
+/** Whether all contours are closed, so that every vertex has a curve on both sides. */
+bool areClosed(const XPath &path);
+
 /** One operand of a boolean: as it was given, and its working copy, divided. */
 struct DividedOperand {
     const XPath *original;

@@ -295,11 +295,12 @@ XPath *vx::computeBoolean(XPath *path1, XPath *path2, int op, AuditMode mode, vx
     QVector<vxPath *> contours;
     if (isEmpty(path1) || isEmpty(path2)) {
         contours = contoursWithEmpty(path1, path2, op, notes);
-    } else if (!once && areDrawnAlike(*path1, *path2)) {
+    } else if (!once && areClosed(*path1) && areDrawnAlike(*path1, *path2)) {
         // Every outline would be found to run along its like.
         if (op == ::Intersect || op == ::Unite)
             contours = cleanContours(path1, notes);
-    } else if (!once && (op == ::Intersect || op == ::Subtract) && haveNoCommonBox(*path1, *path2)) {
+    } else if (!once && areClosed(*path1) && (op == ::Intersect || op == ::Subtract) &&
+               haveNoCommonBox(*path1, *path2)) {
         if (op == ::Subtract)
             contours = cleanContours(path1, notes);
     } else {

@@ -132,3 +132,19 @@ TEST(KnownShapes, drawn_alike_but_filled_by_different_rules_are_not_the_same)
     whole->evenOdd = false;
     EXPECT_NEAR(areaOf(*compute(whole.get(), ring.get(), 3)), 3600, 1e-6);
 }
+
+TEST(KnownShapes, beside_each_other_leave_the_first_and_share_nothing)
+{
+    // The second shape touches the first along a side; open contours are filled, and closed in the result.
+    const std::string closed = rectangle(0, 0, 100, 100) + rectangle(20, 20, 60, 60);
+    const std::string open = "M 0 0 L 100 0 L 100 100 L 0 100 M 20 20 L 80 20 L 80 80 L 20 80";
+    const XPathPtr b = read(rectangle(100, 20, 50, 50));
+    for (const std::string &data : { closed, open }) {
+        const XPathPtr a = read(data);
+        EXPECT_TRUE(compute(a.get(), b.get(), 1)->children.isEmpty());
+        const XPathPtr rest = compute(a.get(), b.get(), 3);
+        EXPECT_NEAR(areaOf(*rest), 10000 - 3600, 1e-6);
+        for (const vxPath *contour : qAsConst(rest->children))
+            EXPECT_TRUE(contour->isClosed());
+    }
+}
