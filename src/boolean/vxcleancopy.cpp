@@ -180,6 +180,14 @@ bool hasFold(const XPath &path)
     return false;
 }
 
+bool isMisdirected(const XPath &path)
+{
+    return std::any_of(path.children.begin(), path.children.end(), [](const vxPath *child) {
+        const double area = child->getArea(false, true);
+        return child->isClockwise() ? area < 0 : area > 0;
+    });
+}
+
 XPath *workingCopy(const XPath &path)
 {
     XPath *copy = path.clone();
@@ -222,6 +230,7 @@ XPath *cleanCopy(const XPath *path, RunNotes &notes)
     own.folded = hasFold(*copy);
     dropRepeated(*copy);
     const auto placements = resolveCrossings(*copy, own);
+    own.misdirected = isMisdirected(*copy);
     if (placements)
         known = std::make_shared<CleanUp>(*path, isReduced, own, *placements);
     else if (countSegments(*path) <= CleanUp::mostCurves && countSegments(*copy) <= CleanUp::mostCurves)

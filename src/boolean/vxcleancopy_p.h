@@ -16,9 +16,10 @@ constexpr quint32 validOverlapsOnly = 8;
 /**
  * A working copy of an operand (null: an empty one), reduced and cleaned of its own crossings; the caller's.
  *
- * Shape tools ask again and again with an operand that stands while another one moves. So one that has no
- * crossings of its own keeps what cleaning came to (XPath::_cleanUp), and as long as none of its contours
- * changes the next copy is made by that alone: the same copy to the last bit, and the same notes.
+ * Shape tools ask again and again with an operand that stands while another one moves. So an operand keeps
+ * what cleaning came to (XPath::_cleanUp), with crossings of its own a cleaned copy unless that is large, and
+ * as long as none of its contours changes the next copy is made by that alone: the same copy to the last bit,
+ * and the same notes.
  */
 XPath *cleanCopy(const XPath *path, RunNotes &notes);
 

@@ -52,6 +52,7 @@ void RunNotes::add(const RunNotes &part)
     selfCrossing |= part.selfCrossing;
     simplified |= part.simplified;
     folded |= part.folded;
+    misdirected |= part.misdirected;
     chained |= part.chained;
     movedSample |= part.movedSample;
     grazedSample |= part.grazedSample;

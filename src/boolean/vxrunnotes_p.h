@@ -41,6 +41,11 @@ struct RunNotes {
      * same, and a count taken there tells nothing of the rest of its stretch.
      */
     bool folded = false;
+    /**
+     * A contour runs the other way round than its flag says, since its vertices were moved: what it fills
+     * lies on the other side than everybody takes it to.
+     */
+    bool misdirected = false;
     /** Several intersections at one place. */
     bool chained = false;
     /**
@@ -72,8 +77,9 @@ struct RunNotes {
     void clearDoubts();
     bool any() const
     {
-        return overlap || touch || shallow || atVertex || selfCrossing || simplified || folded || chained ||
-               movedSample || grazedSample || discardedContour || tiltedLevel || limitReached || nearMiss;
+        return overlap || touch || shallow || atVertex || selfCrossing || simplified || folded ||
+               misdirected || chained || movedSample || grazedSample || discardedContour || tiltedLevel ||
+               limitReached || nearMiss;
     }
 };
 

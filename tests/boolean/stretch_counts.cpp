@@ -179,3 +179,19 @@ TEST(StretchCounts, are_left_to_samples_where_a_contour_is_open)
         EXPECT_NEAR(areaOf(*result), areas[op - 1], 1e-6) << "operation " << op;
     }
 }
+
+TEST(StretchCounts, are_left_to_samples_where_a_contour_runs_otherwise_than_it_is_declared)
+{
+    const XPathPtr a = read(shapes::rectangle(0, 0, 100, 100) + "M 20 20 L 20 80 L 80 80 L 80 20 Z");
+    const XPathPtr b = read("M -50 30 L -150 35 L -150 90 L -50 80 Z");
+    // Mirrored vertex by vertex, of which the contour's flag learns nothing.
+    for (vxSegment *segment : b->children[0]->getSegments())
+        segment->setPoint(vxPoint(-segment->point.x, segment->point.y));
+    b->children[0]->_changed();
+    ASSERT_NE(b->children[0]->isClockwise(), b->children[0]->getArea(false, true) >= 0);
+    const double areas[] = { 1085, 10565, 5315, 9480 };
+    for (int op = 1; op <= 4; ++op) {
+        const XPathPtr result(XPath::computeBoolean(a.get(), b.get(), op));
+        EXPECT_NEAR(areaOf(*result), areas[op - 1], 1e-6) << "operation " << op;
+    }
+}
