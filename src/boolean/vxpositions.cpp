@@ -3,6 +3,7 @@
 #include "vxcubic_p.h"
 #include "vxcurvelocation.h"
 #include "vxcurvevalues_p.h"
+#include "vxnearness_p.h"
 #include "vxpath.h"
 #include "vxsharedborder_p.h"
 
@@ -65,11 +66,28 @@ bool ascends(const Cubic &c)
     return c.v[0] <= c.v[2] && c.v[2] <= c.v[4] && c.v[4] <= c.v[6] && c.v[0] < c.v[6];
 }
 
-/** y of a curve whose x ascends; NaN where the solver does not find just one place. */
+/** y of a curve whose x ascends, at an x on its way; NaN where Newton's method does not find the place. */
 double heightAt(const Cubic &c, double x)
 {
-    double roots[3];
-    return timesAtCoordinate(c, 0, x, roots, 0, 1) == 1 ? pointAt(c, roots[0]).y : qQNaN();
+    constexpr double accuracy = 1e-9; // path units
+    constexpr int mostSteps = 32;
+    const double part = (x - c.v[0]) / (c.v[6] - c.v[0]);
+    if (isChord(c))
+        return c.v[1] + part * (c.v[7] - c.v[1]);
+    const SteppedCurve curve(c);
+    double before = 0, after = 1;
+    double t = part;
+    for (int i = 0; i < mostSteps; ++i) {
+        vxPoint place, velocity;
+        curve.evaluate(t, place, velocity);
+        const double off = place.x - x;
+        if (std::fabs(off) <= accuracy)
+            return place.y;
+        (off > 0 ? after : before) = t;
+        const double next = t - off / velocity.x;
+        t = next > before && next < after ? next : (before + after) / 2;
+    }
+    return qQNaN();
 }
 
 /**

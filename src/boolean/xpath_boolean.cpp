@@ -41,6 +41,32 @@ bool haveNoCommonBox(const XPath &a, const XPath &b)
            std::min(boxA.bottom(), boxB.bottom()) <= std::max(boxA.y, boxB.y);
 }
 
+/** Whether a shape is one upright rectangle. */
+bool isUprightRectangle(const XPath &shape)
+{
+    if (shape.children.size() != 1 || !shape.children.first()->isClosed())
+        return false;
+    const QList<vxSegment *> &corners = shape.children.first()->_segments();
+    if (corners.size() != 4)
+        return false;
+    const auto runsAlong = [&corners](double vxPoint::*same, int i) {
+        return corners.at(i)->point.*same == corners.at((i + 1) % 4)->point.*same;
+    };
+    const auto alternates = [&runsAlong](double vxPoint::*first, double vxPoint::*second) {
+        return runsAlong(first, 0) && runsAlong(second, 1) && runsAlong(first, 2) && runsAlong(second, 3);
+    };
+    return std::none_of(corners.begin(), corners.end(), [](vxSegment *s) { return s->hasHandles(); }) &&
+           (alternates(&vxPoint::x, &vxPoint::y) || alternates(&vxPoint::y, &vxPoint::x));
+}
+
+/** Whether a shape is a page or a frame around all of another. */
+bool isRectangleAround(const XPath &shape, const XPath &other)
+{
+    return isUprightRectangle(shape) &&
+           shape.getBounds(vxBoundOpt::geometric(), vxStyle())
+               .containsRect(other.getBounds(vxBoundOpt::geometric(), vxStyle()));
+}
+
 /** The children of a working copy, which lets go of them: count 0, the caller's. */
 QVector<vxPath *> takeChildren(XPath &path)
 {
@@ -303,6 +329,8 @@ XPath *vx::computeBoolean(XPath *path1, XPath *path2, int op, AuditMode mode, vx
                haveNoCommonBox(*path1, *path2)) {
         if (op == ::Subtract)
             contours = cleanContours(path1, notes);
+    } else if (!once && areClosed(*path1) && op == ::Subtract && isRectangleAround(*path2, *path1)) {
+        // Nothing is left.
     } else {
         contours = BooleanRun(path1, path2, op, notes).trace();
     }
