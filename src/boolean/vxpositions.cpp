@@ -66,6 +66,18 @@ bool ascends(const Cubic &c)
     return c.v[0] <= c.v[2] && c.v[2] <= c.v[4] && c.v[4] <= c.v[6] && c.v[0] < c.v[6];
 }
 
+/** Shortens a curve to a beginning of which x ascends; false where only a small part of it does. */
+bool shortenToGraph(Cubic &c)
+{
+    constexpr int halvings = 3;
+    for (int i = 0; i < halvings && !ascends(c); ++i) {
+        const Cubic whole = c;
+        Cubic rest;
+        subdivide(whole, 0.5, c, rest);
+    }
+    return ascends(c);
+}
+
 /** y of a curve whose x ascends, at an x on its way; NaN where Newton's method does not find the place. */
 double heightAt(const Cubic &c, double x)
 {
@@ -92,15 +104,16 @@ double heightAt(const Cubic &c, double x)
 
 /**
  * On which side a curve leaves another one that begins as it does: 1 to its right, -1 to its left, 0 not
- * sure. Seen in the direction of the other one, both are graphs, which do not meet before one of them ends.
+ * sure. Seen in the direction of the other one, both begin as graphs, which do not meet before one of them
+ * ends.
  */
 int sideOfTangent(const Ray &ray, const Ray &other)
 {
     constexpr double clear = 1e-5; // path units, far above closeDistance
     const vxPoint direction = other.direction.normalize(1);
-    const Cubic own = seenFrom(other.curve.p0(), direction, ray.curve);
-    const Cubic theirs = seenFrom(other.curve.p0(), direction, other.curve);
-    if (!ascends(own) || !ascends(theirs))
+    Cubic own = seenFrom(other.curve.p0(), direction, ray.curve);
+    Cubic theirs = seenFrom(other.curve.p0(), direction, other.curve);
+    if (!shortenToGraph(own) || !shortenToGraph(theirs))
         return 0;
     const double extent = std::min(own.p3().x, theirs.p3().x);
     int side = 0;
