@@ -261,11 +261,11 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, SetOperation ope
                         vxBooleanReport &report)
 {
     report = vxBooleanReport();
-    report.limitHit = notes.limitReached;
+    report.limitHit = notes.limitHit;
     report.predictedArea = std::numeric_limits<double>::quiet_NaN();
     if (mode == AuditMode::Never ||
         (mode == AuditMode::WhereDoubtful && !notes.any() && !isOutOfScale(operands)))
-        return traced;
+        return notes.settled && mode != AuditMode::Never ? simplified(traced) : traced;
 
     Arrangement arrangement(operands);
     const bool solved = arrangement.solve(operation);
@@ -311,6 +311,23 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, SetOperation ope
 }
 
 } // namespace vx
+
+bool vx::confirmsCleaning(const XPath &original, const XPath &copy)
+{
+    // Loops of one curve are drawn as two by the arrangement, so that a result with one could be either's.
+    if (std::any_of(copy.children.begin(), copy.children.end(),
+                    [](const vxPath *child) { return child->_segments().size() < 2; }))
+        return false;
+    RunNotes notes;
+    notes.counterClockwise = !copy.isClockwise();
+    QVector<vxPath *> contours;
+    contours.reserve(copy.children.size());
+    for (const vxPath *child : copy.children)
+        contours.append(child->clone());
+    vxBooleanReport report;
+    releaseAll(audit({ &original }, SetOperation::Unite, contours, notes, AuditMode::Always, report));
+    return report.verdict == vxBooleanReport::Audited;
+}
 
 const char *vxBooleanReport::verdictName() const
 {

@@ -23,6 +23,12 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, SetOperation ope
                         const QVector<vxPath *> &traced, const RunNotes &notes, AuditMode mode,
                         vxBooleanReport &report);
 
+/**
+ * Whether the cleaned copy of an operand fills what the original fills, in contours as simple as the
+ * arrangement's. Costs an audit.
+ */
+bool confirmsCleaning(const XPath &original, const XPath &copy);
+
 /** The boolean behind XPath's operations; see XPath::computeBoolean. */
 XPath *computeBoolean(XPath *path1, XPath *path2, int op, AuditMode mode, vxBooleanReport &report);
 

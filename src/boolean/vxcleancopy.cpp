@@ -1,5 +1,6 @@
 #include "vxcleancopy_p.h"
 
+#include "vxaudit_p.h"
 #include "vxfilledregion_p.h"
 #include "vxmonopieces_p.h"
 #include "vxrunnotes_p.h"
@@ -10,6 +11,7 @@
 #include <array>
 #include <cmath>
 #include <memory>
+#include <optional>
 
 namespace vx {
 
@@ -75,6 +77,14 @@ public:
                           });
     }
     const RunNotes &notes() const { return m_notes; }
+    /** Whether what cleaning met is no reason to doubt it. */
+    bool isConfirmed(const XPath &original)
+    {
+        if (!m_isConfirmed)
+            m_isConfirmed =
+                canBeConfirmed() && confirmsCleaning(original, *std::unique_ptr<XPath>(repeat(original)));
+        return *m_isConfirmed;
+    }
     /** Another cleaned copy; the caller's. */
     XPath *repeat(const XPath &original) const;
     /** Called for every copy but the first. */
@@ -95,6 +105,13 @@ public:
     }
 
 private:
+    /** Borders that contours of the operand share, and contacts that no vertices show, stay doubtful. */
+    bool canBeConfirmed() const
+    {
+        return !m_notes.overlap && !m_notes.touchWithin && !m_notes.shallow && !m_notes.folded &&
+               !m_notes.misdirected;
+    }
+
     CleanUp(const XPath &original, const RunNotes &notes)
         : m_evenOdd(original.evenOdd), m_notes(notes), m_skipsSixes(vxPath::m_isClloutOpt)
     {
@@ -114,6 +131,7 @@ private:
     std::unique_ptr<XPath> m_resolved;
     std::vector<ContourState> m_states;
     bool m_keepsCurves = false;
+    std::optional<bool> m_isConfirmed; ///< none: not asked for
     /** A length may change in its last bit when a curve is reversed. */
     std::array<StandingCurves, 2> m_curves;
     std::shared_ptr<const FilledRegion> m_region;
@@ -245,6 +263,12 @@ StandingCurves *standingCurves(const XPath &path, bool isReversed)
 {
     const std::shared_ptr<CleanUp> &known = path._cleanUp();
     return known ? known->curves(isReversed) : nullptr;
+}
+
+bool isCleaningConfirmed(const XPath &operand)
+{
+    const std::shared_ptr<CleanUp> &known = operand._cleanUp();
+    return known && known->isConfirmed(operand);
 }
 
 std::shared_ptr<const FilledRegion> filledRegion(const XPath &operand)

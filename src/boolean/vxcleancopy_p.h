@@ -24,6 +24,13 @@ constexpr quint32 validOverlapsOnly = 8;
 XPath *cleanCopy(const XPath *path, RunNotes &notes);
 
 /**
+ * Whether the cleaned copy that cleanCopy() just made of an operand is right though its notes leave doubts;
+ * asks the arrangement of the operand, once for one that stands. Never of an operand that is too large to
+ * keep anything.
+ */
+bool isCleaningConfirmed(const XPath &operand);
+
+/**
  * The curves of an operand of which cleanCopy() just made a copy, which may have been reversed since; the
  * operand's, null unless it was asked for before.
  */

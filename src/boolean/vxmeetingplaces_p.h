@@ -17,6 +17,12 @@ std::vector<TimePair> placesWhereMeet(const Cubic &a, const Cubic &b);
 std::vector<TimePair> placesByHalving(const Cubic &a, const Cubic &b);
 
 /**
+ * Whether two curves surely meet nowhere but at the ends that they share. Curves that part so slowly that
+ * clipping does not come to an end mostly do.
+ */
+bool meetAtSharedEndsOnly(const Cubic &a, const Cubic &b);
+
+/**
  * All meetings of two curves by halving both until they are flat or surely apart: slower than clipping, but
  * misses none, unless it was cut short.
  */

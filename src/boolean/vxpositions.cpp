@@ -175,20 +175,23 @@ private:
 };
 
 /** From one place where both have a vertex to the next. */
-bool runTogether(const Ray &mine, const Ray &theirs)
+bool runTogether(const Ray &mine, const Ray &theirs, bool straightIsShared)
 {
-    return mine.end && theirs.end && partnerAt(*mine.end) == theirs.end && agree(mine.curve, theirs.curve);
+    return mine.end && theirs.end && partnerAt(*mine.end) == theirs.end &&
+           (agree(mine.curve, theirs.curve) ||
+            (straightIsShared && isStraight(mine.curve) && isStraight(theirs.curve)));
 }
 
 /** Of the stretch that a ray begins, which an outline runs along from the vertex if isOutgoing. */
-bool positionOf(const Ray &ray, bool isOutgoing, bool fillsRight, const Corner &other, Position &position)
+bool positionOf(const Ray &ray, bool isOutgoing, const FilledSides &sides, const Corner &other,
+                Position &position)
 {
     for (const Ray *theirs : { &other.out, &other.in }) {
-        if (!runTogether(ray, *theirs))
+        if (!runTogether(ray, *theirs, sides.straightIsShared))
             continue;
         const bool sameWay = isOutgoing == (theirs == &other.out);
         position =
-            sameWay == (fillsRight == other.fillsRight) ? Position::AlongSame : Position::AlongOpposite;
+            sameWay == (sides.ownRight == sides.otherRight) ? Position::AlongSame : Position::AlongOpposite;
         return true;
     }
     const std::optional<bool> isInside = other.holds(ray);
@@ -200,9 +203,10 @@ bool positionOf(const Ray &ray, bool isOutgoing, bool fillsRight, const Corner &
 /** Of an outline that passes a corner of the other on one side; none where that is not sure. */
 std::optional<Position> positionBeside(const Corner &own, const Corner &other)
 {
+    const FilledSides sides{ own.fillsRight, other.fillsRight };
     Position before, after;
-    if (!positionOf(own.in, false, own.fillsRight, other, before) ||
-        !positionOf(own.out, true, own.fillsRight, other, after) || before != after || isAlong(before))
+    if (!positionOf(own.in, false, sides, other, before) || !positionOf(own.out, true, sides, other, after) ||
+        before != after || isAlong(before))
         return std::nullopt;
     return before;
 }
@@ -271,9 +275,8 @@ bool positionsAt(const vxSegment &vertex, const FilledSides &sides, Positions &p
         return false;
     const Corner own(vertex, sides.ownRight);
     const Corner other(*partner, sides.otherRight);
-    return own.isClear() && other.isClear() &&
-           positionOf(own.in, false, sides.ownRight, other, positions.before) &&
-           positionOf(own.out, true, sides.ownRight, other, positions.after);
+    return own.isClear() && other.isClear() && positionOf(own.in, false, sides, other, positions.before) &&
+           positionOf(own.out, true, sides, other, positions.after);
 }
 
 std::optional<ContactPositions> positionsAtContact(const vxContact &contact, const FilledSides &sides)

@@ -31,6 +31,8 @@ struct Positions {
  */
 struct FilledSides {
     bool ownRight, otherRight;
+    /** Straight curves between the same places run together, wherever on their chord their handles lie. */
+    bool straightIsShared = false;
 };
 
 /** Of two outlines that touch without passing through each other: that of a vertex, and the other. */

@@ -53,6 +53,7 @@ void RunNotes::add(const RunNotes &part)
     simplified |= part.simplified;
     folded |= part.folded;
     misdirected |= part.misdirected;
+    grazedNesting |= part.grazedNesting;
     chained |= part.chained;
     movedSample |= part.movedSample;
     grazedSample |= part.grazedSample;
@@ -61,19 +62,24 @@ void RunNotes::add(const RunNotes &part)
     limitReached |= part.limitReached;
     nearMiss |= part.nearMiss;
     counterClockwise |= part.counterClockwise;
+    limitHit |= part.limitHit;
+    touchWithin |= part.touchWithin;
 }
 
 void RunNotes::add(const SearchDoubts &search)
 {
     limitReached |= search.limitReached;
+    limitHit |= search.limitReached;
     nearMiss |= !search.nearMisses.empty();
 }
 
 void RunNotes::clearDoubts()
 {
-    const bool runsCounterClockwise = counterClockwise;
-    *this = RunNotes();
-    counterClockwise = runsCounterClockwise;
+    RunNotes cleared;
+    cleared.counterClockwise = counterClockwise;
+    cleared.limitHit = limitHit;
+    cleared.settled = true;
+    *this = cleared;
 }
 
 bool MeetingFilter::accepts(vxCurveLocation &location)

@@ -46,6 +46,11 @@ struct RunNotes {
      * lies on the other side than everybody takes it to.
      */
     bool misdirected = false;
+    /**
+     * What a contour lies in was found by a ray that passes a vertex by less than rounding may hide, and so
+     * which way round it has to run.
+     */
+    bool grazedNesting = false;
     /** Several intersections at one place. */
     bool chained = false;
     /**
@@ -71,6 +76,13 @@ struct RunNotes {
      */
     bool counterClockwise = false;
 
+    /** No doubt of its own either: a search was cut short, whether or not that turned out to matter. */
+    bool limitHit = false;
+    /** Nor this: there were doubts, which are settled. */
+    bool settled = false;
+    /** Nor this: an operand touches itself where one of the outlines has no vertex. */
+    bool touchWithin = false;
+
     /** Takes over what another run, of a part, has met. */
     void add(const RunNotes &part);
     void add(const SearchDoubts &search);
@@ -78,8 +90,8 @@ struct RunNotes {
     bool any() const
     {
         return overlap || touch || shallow || atVertex || selfCrossing || simplified || folded ||
-               misdirected || chained || movedSample || grazedSample || discardedContour || tiltedLevel ||
-               limitReached || nearMiss;
+               misdirected || grazedNesting || chained || movedSample || grazedSample || discardedContour ||
+               tiltedLevel || limitReached || nearMiss;
     }
 };
 

@@ -4,7 +4,6 @@
 #include "vxcurvelocation.h"
 #include "vxfilledregion_p.h"
 #include "vxmono.h"
-#include "vxmonopieces_p.h"
 #include "vxpositions_p.h"
 #include "xpath.h"
 
@@ -66,13 +65,16 @@ void clearCounts(const XPath &path)
     }
 }
 
-/** Counts the contours of one operand by where they lie with respect to the other. */
+/** What is done to stretches whose positions are known. */
+enum class Give { Counts, PositionsAlone };
+
+/** Finds where the contours of one operand lie with respect to the other. */
 class EndCounter
 {
 public:
-    EndCounter(const DividedOperand &own, const DividedOperand &other, int op, bool isSecond)
-        : m_own(own), m_other(other), m_op(op),
-          m_isSecond(isSecond), m_sides{ own.fillsRight, other.fillsRight },
+    EndCounter(const DividedOperand &own, const DividedOperand &other, int op, bool isSecond, Give gives)
+        : m_own(own), m_other(other), m_op(op), m_isSecond(isSecond),
+          m_gives(gives), m_sides{ own.fillsRight, other.fillsRight, gives == Give::PositionsAlone },
           m_box(other.original->getBounds(vxBoundOpt::geometric(), vxStyle()))
     {
     }
@@ -128,13 +130,9 @@ private:
 
     std::optional<bool> liesInside(const vxPath &contour)
     {
-        // Neither an end nor the middle, which drawings on a grid have on each other's levels.
-        constexpr double somewhere = 0.381966;
-        constexpr int places = 4;
-        const int count = std::min(places, outlineSize(contour));
         std::optional<bool> isInside;
-        for (int i = 0; i < count && !isInside; ++i)
-            isInside = isFilledAt(pointAt(outlineCurve(contour, i), somewhere));
+        for (int i = 0; i < placesToAsk(contour) && !isInside; ++i)
+            isInside = isFilledAt(placeToAsk(contour, i));
         return isInside;
     }
 
@@ -149,8 +147,10 @@ private:
 
     void give(vxSegment &segment, Position position) const
     {
-        const vxWinding count = countOf(m_op, m_isSecond, position);
         segment.position = quint8(position);
+        if (m_gives == Give::PositionsAlone)
+            return;
+        const vxWinding count = countOf(m_op, m_isSecond, position);
         segment.winding = count.winding;
         segment.contour = count.contour;
     }
@@ -159,10 +159,18 @@ private:
     const DividedOperand &m_other;
     const int m_op;
     const bool m_isSecond;
+    const Give m_gives;
     const FilledSides m_sides;
     const vxRect m_box;
     std::shared_ptr<const FilledRegion> m_region;
 };
+
+bool findPositions(const DividedOperand &first, const DividedOperand &second, int op, Give gives)
+{
+    return areClosed(*first.copy) && areClosed(*second.copy) &&
+           EndCounter(first, second, op, false, gives).count() &&
+           EndCounter(second, first, op, true, gives).count();
+}
 
 // --- after tracing ---
 
@@ -252,10 +260,14 @@ bool areClosed(const XPath &path)
                        [](const vxPath *child) { return child->isClosed(); });
 }
 
+bool findPositions(const DividedOperand &first, const DividedOperand &second, int op)
+{
+    return findPositions(first, second, op, Give::PositionsAlone);
+}
+
 bool countByEnds(const DividedOperand &first, const DividedOperand &second, int op)
 {
-    if (areClosed(*first.copy) && areClosed(*second.copy) && EndCounter(first, second, op, false).count() &&
-        EndCounter(second, first, op, true).count())
+    if (findPositions(first, second, op, Give::Counts))
         return true;
     clearCounts(*first.copy);
     clearCounts(*second.copy);

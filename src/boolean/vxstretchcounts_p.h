@@ -32,7 +32,13 @@ struct DividedOperand {
 bool countByEnds(const DividedOperand &first, const DividedOperand &second, int op);
 
 /**
- * Whether tracing kept just those stretches, of which countByEnds() found the positions, that bound the
+ * Gives stretches that have been sampled their positions in the same way, and leaves their counts alone. Then
+ * operands may touch themselves, and straight borders with handles of different lengths are shared.
+ */
+bool findPositions(const DividedOperand &first, const DividedOperand &second, int op);
+
+/**
+ * Whether tracing kept just those stretches, of which one of these found the positions, that bound the
  * result, and could join them in one way only; contacts are those that were not taken for meetings.
  * Then there is nothing left to doubt.
  */

@@ -15,6 +15,7 @@
 #include "vxcurvelocation.h"
 #include "vxintersections_p.h"
 #include "vxlocationowner_p.h"
+#include "vxowncontacts_p.h"
 #include "vxref_p.h"
 #include "vxsampler_p.h"
 #include "vxstandingcurves_p.h"
@@ -117,10 +118,11 @@ public:
     BooleanRun(XPath *path1, XPath *path2, int op, vx::RunNotes &notes)
         : m_op(op), m_notes(notes), m_filter(notes), m_original1(path1), m_original2(path2)
     {
-        m_path1.reset(vx::cleanCopy(path1, notes));
+        m_path1.reset(vx::cleanCopy(path1, m_own1));
         if (path2 && path2 != path1)
-            m_path2.reset(vx::cleanCopy(path2, notes));
-        m_areClean = m_path2 && !notes.any();
+            m_path2.reset(vx::cleanCopy(path2, m_own2));
+        m_notes.add(m_own1);
+        m_notes.add(m_own2);
         const bool isReversed = orient();
         m_standing1 = vx::standingCurves(*path1, false);
         m_standing2 = m_path2 ? vx::standingCurves(*path2, isReversed) : nullptr;
@@ -138,7 +140,8 @@ public:
         vx::RunNotes ofTracing;
         const QVector<vxPath *> contours = vx::tracePaths(m_segments, m_op, ofTracing);
         m_notes.add(ofTracing);
-        if (isCounted && m_notes.any() && !ofTracing.any() && walkedTheBoundary())
+        if (m_notes.any() && !ofTracing.any() && (isCounted || findPositions()) && walkedTheBoundary() &&
+            isConfirmed(m_original1, *m_path1, m_own1) && isConfirmed(m_original2, *m_path2, m_own2))
             m_notes.clearDoubts();
         return contours;
     }
@@ -191,10 +194,24 @@ private:
     /** Where neither operand touches itself and no search was cut short. */
     bool countByEnds() const
     {
-        return m_areClean && !m_doubts.limitReached && vx::countByEnds(operand1(), operand2(), m_op);
+        return m_path2 && !m_own1.any() && !m_own2.any() && !m_doubts.limitReached &&
+               vx::countByEnds(operand1(), operand2(), m_op);
     }
 
-    /** After tracing stretches that are counted by their ends. */
+    /** Of stretches that were sampled. */
+    bool findPositions() const
+    {
+        return m_path2 && !m_doubts.limitReached && vx::findPositions(operand1(), operand2(), m_op);
+    }
+
+    /** After tracing, whether an operand that touches itself was cleaned rightly and is joined as it was. */
+    bool isConfirmed(const XPath *original, const XPath &copy, const vx::RunNotes &own) const
+    {
+        return !own.any() || (vx::keepsContactsOf(copy, m_op, original == m_original2) &&
+                              vx::isCleaningConfirmed(*original));
+    }
+
+    /** After tracing stretches of which the positions are known. */
     bool walkedTheBoundary() const
     {
         if (m_filter.touchedOffVertices())
@@ -235,8 +252,8 @@ private:
     vx::RunNotes &m_notes;
     vx::MeetingFilter m_filter;
     vx::SearchDoubts m_doubts;
-    /** There are two operands, and cleaning them met nothing doubtful. */
-    bool m_areClean = false;
+    /** What cleaning the operands met. */
+    vx::RunNotes m_own1, m_own2;
     const XPath *m_original1;
     const XPath *m_original2;
     // Declared before the working copies: segments drop their locations before the last reference goes.
@@ -341,8 +358,10 @@ XPath *vx::computeBoolean(XPath *path1, XPath *path2, int op, AuditMode mode, vx
             audit(operands, once ? SetOperation::Unite : SetOperation(op), contours, notes, mode, report);
     }
     // What was audited is given as it was: simplifying it, or simplifying it twice, would move its area.
-    const bool simplify =
-        report.verdict == vxBooleanReport::Plain || report.verdict == vxBooleanReport::Doubtful;
+    const bool isSimplified =
+        report.verdict == vxBooleanReport::Plain && notes.settled && mode != AuditMode::Never;
+    const bool simplify = !isSimplified && (report.verdict == vxBooleanReport::Plain ||
+                                            report.verdict == vxBooleanReport::Doubtful);
     return XPath::createResult(contours, simplify, path1, path2);
 }
 

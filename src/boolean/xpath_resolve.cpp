@@ -1,9 +1,12 @@
 #include "xpath.h"
 
 #include "vxcurvelocation.h"
+#include "vxfilledregion_p.h"
 #include "vxintersect_p.h"
 #include "vxintersections_p.h"
 #include "vxlocationowner_p.h"
+#include "vxmeetingplaces_p.h"
+#include "vxmonopieces_p.h"
 #include "vxorderedboxes_p.h"
 #include "vxref_p.h"
 #include "vxrunnotes_p.h"
@@ -12,6 +15,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <optional>
 #include <vector>
 
 namespace {
@@ -130,6 +134,44 @@ void removeFromOverlap(vxSegment *segment)
         previous->remove();
 }
 
+/** The levels of vertices and extrema of contours. */
+class Levels
+{
+public:
+    explicit Levels(const QVector<vxPath *> &contours)
+    {
+        for (const vxPath *contour : contours) {
+            for (int i = 0; i < vx::outlineSize(*contour); ++i)
+                append(vx::outlineCurve(*contour, i));
+        }
+        std::sort(m_levels.begin(), m_levels.end());
+    }
+
+    /** Whether there is one so near a level that rounding may put it on either side, but not on it. */
+    bool hasBeside(double level) const
+    {
+        constexpr double beside = 1e-6; // path units
+        const auto first = std::lower_bound(m_levels.begin(), m_levels.end(), level - beside);
+        const auto last = std::upper_bound(first, m_levels.end(), level + beside);
+        return first != last && (*first != level || *(last - 1) != level);
+    }
+
+private:
+    void append(const vx::Cubic &c)
+    {
+        vxMono pieces[3];
+        const bool isOnePiece = vx::isOnePiece(c);
+        const int count = isOnePiece ? 1 : vx::monotonePieces(c, pieces);
+        for (int i = 0; i < count; ++i) {
+            const double level = isOnePiece ? c.v[1] : pieces[i].values[1];
+            if (!std::isnan(level))
+                m_levels.push_back(level);
+        }
+    }
+
+    std::vector<double> m_levels; ///< sorted
+};
+
 /** Finds the nesting of traced contours, drops what the nonzero rule drops, and orients the rest. */
 class Nesting
 {
@@ -142,6 +184,9 @@ public:
             m_windings.append(path->isClockwise() ? 1 : -1);
         m_excluded.fill(false, paths.size());
     }
+
+    /** Whether a count may be wrong by which contours were nested. */
+    bool isUnsure() const { return m_isUnsure; }
 
     /** The contours that stay, largest bounds first; orients them as it finds what they lie in. */
     std::vector<vx::ContourPlacement> orient()
@@ -208,10 +253,15 @@ private:
         if (candidates.empty())
             return nullptr;
         const vxPoint point = m_paths.at(i)->getInteriorPoint(m_evenOdd);
+        if (!m_levels)
+            m_levels.emplace(m_paths);
+        const bool isGrazed = m_levels->hasBeside(point.y);
         const vxStyle style = vxStyle::filled(m_evenOdd);
         bool isContained = false;
         for (int j : candidates) {
-            if (!m_paths.at(j)->contains(point, style))
+            const bool isInside = m_paths.at(j)->contains(point, style);
+            m_isUnsure = m_isUnsure || (isGrazed && !isConfirmed(i, j, isInside));
+            if (!isInside)
                 continue;
             if (!m_evenOdd && !isContained) {
                 m_windings[i] += m_windings.at(j);
@@ -227,12 +277,21 @@ private:
         return nullptr;
     }
 
+    /** Asks elsewhere whether a contour lies in another. */
+    bool isConfirmed(int i, int j, bool isInside) const
+    {
+        const std::optional<bool> answer = vx::FilledRegion(*m_paths.at(j)).holds(*m_paths.at(i));
+        return answer && *answer == isInside;
+    }
+
     const bool m_evenOdd;
     const std::vector<int> m_order;
     const QVector<vxPath *> m_paths;
     vx::OrderedBoxes m_boxes;
     QVector<qint32> m_windings;
     QVector<bool> m_excluded;
+    std::optional<Levels> m_levels; ///< none: no contour may contain another
+    bool m_isUnsure = false;
     std::vector<vx::ContourPlacement> m_placements;
 };
 
@@ -265,7 +324,11 @@ public:
         const auto accepts = [&](vxCurveLocation *location) { return accept(*location, filter); };
         vx::SearchDoubts doubts;
         const QList<vxCurveLocation *> found = vx::findIntersections(m_path, nullptr, accepts, doubts);
+        if (metNothing() && !doubts.unfinished.empty() && meetAtJointsOnly(doubts.unfinished))
+            doubts.limitReached = false;
         m_notes.add(doubts);
+        m_notes.touchWithin = filter.touchedOffVertices() || hasContactWithin(filter.touches()) ||
+                              hasContactWithin(doubts.nearMisses);
         const vx::LocationOwner owner(found);
         QList<vxCurveLocation *> locations = vxCurveLocation::expand(found);
         if (m_hasOverlaps || m_hasCrossings)
@@ -286,7 +349,9 @@ public:
                 traced.emplace_back(path);
         }
         if (paths.size() > 1) {
-            m_placements = Nesting(paths, m_path.evenOdd).orient();
+            Nesting nesting(paths, m_path.evenOdd);
+            m_placements = nesting.orient();
+            m_notes.grazedNesting = nesting.isUnsure();
             setContours(m_path, placed(paths, m_placements));
         } else if (m_hasCrossings) {
             m_path.setChildren(paths);
@@ -305,6 +370,21 @@ private:
             return false;
         (location.overlap ? m_hasOverlaps : m_hasCrossings) = true;
         return true;
+    }
+
+    /** Of curves that follow each other: whether there is nothing that a longer search could find. */
+    static bool meetAtJointsOnly(const std::vector<vxUnfinished> &pairs)
+    {
+        return std::all_of(pairs.begin(), pairs.end(), [](const vxUnfinished &pair) {
+            return pair.curve1 != pair.curve2 &&
+                   vx::meetAtSharedEndsOnly(pair.curve1->_cubic(), pair.curve2->_cubic());
+        });
+    }
+
+    static bool hasContactWithin(const std::vector<vxContact> &contacts)
+    {
+        return std::any_of(contacts.begin(), contacts.end(),
+                           [](const vxContact &contact) { return !contact.otherVertex; });
     }
 
     void removeOverlaps(const QList<vxCurveLocation *> &divided)

@@ -160,7 +160,10 @@ int CurvePair::addCurves(const ClipRange &range, int calls)
 {
     TimePairs found;
     calls = clipCurves(m_values1.values, m_values2.values, range, calls, found);
-    m_param.limitReached = m_param.limitReached || found.isCutShort();
+    if (found.isCutShort()) {
+        m_param.limitReached = true;
+        m_param.unfinished.push_back({ m_curve1, m_curve2 });
+    }
     addFound(found, range.flip);
     return calls;
 }

@@ -155,6 +155,12 @@ struct PZGRAPHICS_EXPORT vxContact {
     const vxSegment *otherStart;
 };
 
+/** Two curves that were not searched to the end; they may be one. */
+struct PZGRAPHICS_EXPORT vxUnfinished {
+    const vxCurve *curve1;
+    const vxCurve *curve2;
+};
+
 /** Settings of one intersection run, handed through all its routines. */
 struct PZGRAPHICS_EXPORT opParam {
     /** Drop meetings at the start of the first curve and at the end of the second. */
@@ -166,6 +172,8 @@ struct PZGRAPHICS_EXPORT opParam {
     double renormalizeTime = 0;
     /** Set by the run, never cleared: a search was cut short, meetings may be missing. */
     bool limitReached = false;
+    /** Added to by the run: whose search it was. */
+    std::vector<vxUnfinished> unfinished;
     /** Added to by the run: where ends come so near the other curve that rounding may have hidden a meeting.
      */
     std::vector<vxContact> nearMisses;

@@ -248,6 +248,8 @@ QList<vxCurveLocation *> findMeetings(XPath &path, XPath *other,
     else
         meetEachOther(path, *other, search);
     doubts.limitReached = doubts.limitReached || search.param().limitReached;
+    const std::vector<vxUnfinished> &unfinished = search.param().unfinished;
+    doubts.unfinished.insert(doubts.unfinished.end(), unfinished.begin(), unfinished.end());
     const std::vector<vxContact> &near = search.param().nearMisses;
     doubts.nearMisses.insert(doubts.nearMisses.end(), near.begin(), near.end());
     return search.takeFound();

@@ -141,6 +141,7 @@ public:
                 isRight(*answer.path, op, box);
             if (answer.report.verdict == vxBooleanReport::Plain) {
                 const Answer audited(a, b, op, vx::AuditMode::Always);
+                EXPECT_NE(audited.report.verdict, vxBooleanReport::Replaced);
                 EXPECT_TRUE(audited.isDoubtful() ||
                             std::fabs(areaOf(*audited.path) - areaOf(*answer.path)) <= 1e-6 * box)
                     << areaOf(*answer.path) << " unless audited, then " << areaOf(*audited.path);
@@ -235,6 +236,18 @@ TEST(Audit, leaves_no_wrong_point_on_shapes_that_share_borders)
         const auto any = [&] { return shapes[size_t(random.between(0, double(shapes.size())))]; };
         for (int pair = 0; pair < 2; ++pair)
             auditor.runByPoints(any(), any(), random);
+    }
+    auditor.expectAllVerdicts();
+}
+
+TEST(Audit, leaves_no_wrong_point_on_operands_that_cross_and_touch_themselves)
+{
+    Auditor auditor;
+    shapes::Random random(5);
+    const int rounds = shapes::countFrom("PZ_RANDOM_PAIRS", 300) / 2;
+    for (int round = 0; round < rounds; ++round) {
+        const auto shape = [&] { return simpleShape(random, round % 4 == 0); };
+        auditor.runByPoints(shape() + shape(), round % 3 == 0 ? shape() + shape() : shape(), random);
     }
     auditor.expectAllVerdicts();
 }

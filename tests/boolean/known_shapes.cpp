@@ -133,6 +133,25 @@ TEST(KnownShapes, drawn_alike_but_filled_by_different_rules_are_not_the_same)
     EXPECT_NEAR(areaOf(*compute(whole.get(), ring.get(), 3)), 3600, 1e-6);
 }
 
+TEST(KnownShapes, inside_a_frame_leave_nothing_of_themselves)
+{
+    const std::string data = ellipse(50, 50, 50, 50) + ellipse(50, 50, 20, 20);
+    const std::string frames[] = { rectangle(0, 0, 100, 100), "M 0 100 L 0 0 L 110 0 L 110 100 Z" };
+    const std::string others[] = { rectangle(1, 0, 100, 100),                           // one side reaches in
+                                   "M 50 -60 L 160 50 L 50 160 L -60 50 Z M 0 0 Z",     // turned
+                                   "M 0 0 C 0 0 100 40 100 0 L 100 100 L 0 100 Z",      // one side bent
+                                   rectangle(0, 0, 100, 100) + ellipse(50, 50, 9, 9) }; // a hole
+    const XPathPtr a = read(data);
+    for (const std::string &frame : frames)
+        EXPECT_TRUE(compute(a.get(), read(frame).get(), 3)->children.isEmpty());
+    const XPathPtr turned = read(others[1]);
+    EXPECT_TRUE(compute(a.get(), turned.get(), 3)->children.isEmpty());
+    EXPECT_NEAR(areaOf(*compute(a.get(), read(others[0]).get(), 3)), 13.3, 0.1);
+    EXPECT_GT(areaOf(*compute(a.get(), read(others[2]).get(), 3)), 100);
+    // The hole lies in that of the ring.
+    EXPECT_NEAR(areaOf(*compute(a.get(), read(others[3]).get(), 3)), 0, 1e-6);
+}
+
 TEST(KnownShapes, beside_each_other_leave_the_first_and_share_nothing)
 {
     // The second shape touches the first along a side; open contours are filled, and closed in the result.

@@ -107,3 +107,17 @@ TEST(MeetingPlaces, are_found_where_one_curve_runs_beside_another)
             EXPECT_TRUE(std::any_of(places.begin(), places.end(), isThere)) << i << ", turned by " << angle;
     }
 }
+
+TEST(MeetingPlaces, of_curves_that_follow_each_other_are_told_to_be_their_joint)
+{
+    // The one comes to rest where the other starts, and clipping halves without end.
+    const Cubic before = Cubic::fromPoints(vxPoint(2235, 10249.8), vxPoint(2215.267, 10260.467),
+                                           vxPoint(2205.4, 10265.8), vxPoint(2205.4, 10265.8));
+    const Cubic after = Cubic::fromPoints(vxPoint(2205.4, 10265.8), vxPoint(2207.133, 10263.267),
+                                          vxPoint(2208, 10258.767), vxPoint(2208, 10252.3));
+    EXPECT_TRUE(vx::meetAtSharedEndsOnly(before, after));
+    const Cubic back =
+        Cubic::fromPoints(after.p0(), vxPoint(2205.4, 10220), vxPoint(2240, 10300), vxPoint(2240, 10240));
+    EXPECT_FALSE(vx::meetAtSharedEndsOnly(before, back)) << "it crosses";
+    EXPECT_FALSE(vx::meetAtSharedEndsOnly(before, before)) << "they run together";
+}

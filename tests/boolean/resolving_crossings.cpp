@@ -1,5 +1,8 @@
 #include "support/shapes.h"
 
+#include "vxcleancopy_p.h"
+#include "vxrunnotes_p.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -54,4 +57,25 @@ TEST(ResolvingCrossings, drops_what_the_nonzero_rule_fills_twice)
     path->resolveCrossings();
     EXPECT_EQ(path->children.size(), 1);
     EXPECT_NEAR(areaOf(*path), 10000, 1e-9);
+}
+
+TEST(ResolvingCrossings, doubts_a_nesting_that_a_grazing_ray_found_only_where_another_ray_does_not_agree)
+{
+    for (const char *level : { "60", "60.0000001" }) {
+        vx::RunNotes notes;
+        const XPathPtr path = read(std::string("M 0 0 L 100 0 L 90 ") + level + " L 100 120 L 0 120 Z " +
+                                   rectangle(40, 40, 20, 40));
+        delete vx::cleanCopy(path.get(), notes);
+        EXPECT_FALSE(notes.any()) << level;
+    }
+    // Rounding in the level of a vertex makes the ray from the hole's middle count it twice.
+    vx::RunNotes notes;
+    const XPathPtr path = read("M 30 65 L 45 45 L 85 50 L 85.555555555555557 55 L 81.25 55 "
+                               "C 77.798220312500007 55 75 57.7982203125 75 61.25 L 75 83.75 "
+                               "C 75 87.201779687499993 77.798220312500007 90 81.25 90 "
+                               "L 89.444444444444443 89.999999999999986 L 90 95 L 55 120 L 20 95 Z " +
+                               shapes::ellipse(60, 90, 15, 20));
+    delete vx::cleanCopy(path.get(), notes);
+    EXPECT_TRUE(notes.grazedNesting);
+    EXPECT_FALSE(vx::isCleaningConfirmed(*path));
 }

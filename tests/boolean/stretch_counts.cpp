@@ -151,6 +151,37 @@ TEST(StretchCounts, need_no_audit_along_shared_borders)
     }
 }
 
+TEST(StretchCounts, need_no_audit_along_straight_borders_with_handles)
+{
+    expectPlain("M 0 0 C 30 0 60 0 100 0 L 100 100 L 0 100 Z", shapes::rectangle(0, -50, 100, 50),
+                { { 0, 0 }, { 15000, 1 }, { 10000, 1 }, { 15000, 1, false } });
+}
+
+TEST(StretchCounts, need_no_audit_for_an_operand_that_crosses_itself_elsewhere)
+{
+    const std::string bow = "M 0 0 L 100 100 L 100 0 L 0 100 Z";
+    {
+        SCOPED_TRACE("across one wing");
+        expectPlain(bow, shapes::rectangle(60, -20, 20, 140),
+                    { { 800, 1 }, { 7000, 2 }, { 4200, 3 }, { 6200, 5 } });
+    }
+    {
+        SCOPED_TRACE("over the crossing, which the intersection and what is left of the bar pass twice");
+        expectPlain(bow, shapes::rectangle(40, -20, 20, 140),
+                    { { 200, 2, false }, { 7600, 1 }, { 4800, 2 }, { 7400, 4, false } });
+    }
+    {
+        SCOPED_TRACE("cut between an outline and its hole, which another hole touches both");
+        const std::string rings = "M 0 0 L 300 0 L 300 300 L 0 300 L -10 150 Z "
+                                  "M 100 100 L 200 100 L 200 200 L 100 200 L 90 150 Z "
+                                  "M -10 150 L 50 120 L 90 150 L 50 180 Z";
+        const double filled = 91500 - 10500 - 3000;
+        expectPlain(
+            rings, shapes::rectangle(150, 140, 200, 20),
+            { { 2000, 1 }, { filled + 2000, 3, false }, { filled - 2000, 2, false }, { filled, 4, false } });
+    }
+}
+
 TEST(StretchCounts, leave_contours_that_could_be_joined_otherwise_to_the_audit)
 {
     // Walked straight on where they touch, the outline would run around the hole without closing it.
