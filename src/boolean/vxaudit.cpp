@@ -50,6 +50,17 @@ bool isOutOfScale(const QVector<const XPath *> &operands)
     return width < leastExtent || least < -greatestCoordinate || greatest > greatestCoordinate;
 }
 
+/** Area of the operands' common box. */
+double areaOfBox(const QVector<const XPath *> &operands)
+{
+    vxRect box;
+    for (const XPath *operand : operands) {
+        if (operand)
+            box = box.unite(operand->getBounds(vxBoundOpt::geometric(), vxStyle()));
+    }
+    return box.getArea();
+}
+
 /** Curves of a contour in the working frame: about a near origin no digits are lost far off. */
 struct FramedContour {
     std::vector<Cubic> curves;
@@ -233,13 +244,22 @@ bool agrees(const QVector<vxPath *> &paths, const Outline &traced, const Outline
             (lengthsAgree(traced, expected) && !crossThemselves(paths)));
 }
 
-/** Without vertices on straight runs, and without contours of which nothing is left then. */
-QVector<vxPath *> simplified(const QVector<vxPath *> &paths)
+/**
+ * Without vertices on straight runs, and without contours of which nothing is left then. moved becomes a
+ * bound of the area that this moved.
+ */
+QVector<vxPath *> simplified(const QVector<vxPath *> &paths, double &moved)
 {
     QVector<vxPath *> kept;
     kept.reserve(paths.size());
+    moved = 0;
     for (vxPath *path : paths) {
+        const int count = path->_segments().size();
+        const double area = path->getArea(false, true);
         path->reduce(true);
+        // Reducing changes nothing but where it drops a segment.
+        if (path->_segments().size() != count)
+            moved += std::fabs(path->getArea(false, true) - area);
         if (path->isEmpty())
             path->release();
         else
@@ -263,9 +283,18 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, SetOperation ope
     report = vxBooleanReport();
     report.limitHit = notes.limitHit;
     report.predictedArea = std::numeric_limits<double>::quiet_NaN();
-    if (mode == AuditMode::Never ||
-        (mode == AuditMode::WhereDoubtful && !notes.any() && !isOutOfScale(operands)))
-        return notes.settled && mode != AuditMode::Never ? simplified(traced) : traced;
+    const bool isSure = mode == AuditMode::WhereDoubtful && !notes.any() && !isOutOfScale(operands);
+    if (mode == AuditMode::Never || (isSure && !notes.settled))
+        return traced;
+    // What is compared is what the caller gets: vertices on straight runs drop out, within tolerances that
+    // are absolute and an angle, which may move the area of a small or a long shape.
+    double moved = 0;
+    QVector<vxPath *> reduced;
+    if (isSure) {
+        reduced = simplified(traced, moved);
+        if (moved <= areaMargin * areaOfBox(operands))
+            return reduced;
+    }
 
     Arrangement arrangement(operands);
     const bool solved = arrangement.solve(operation);
@@ -274,11 +303,10 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, SetOperation ope
     report.oddNodes = arrangement.selection().oddNodes;
     if (!solved) {
         report.verdict = vxBooleanReport::Doubtful;
-        return traced;
+        return isSure ? reduced : traced;
     }
-    // What is compared is what the caller gets: vertices on straight runs drop out, within tolerances that
-    // are absolute and an angle, which may move the area of a small or a long shape.
-    const QVector<vxPath *> reduced = simplified(traced);
+    if (!isSure)
+        reduced = simplified(traced, moved);
     const Outline outline = outlineOf(reduced, arrangement.frame());
     const auto isTraced = [&](const std::vector<Contour> &contours) {
         return agrees(reduced, outline, outlineOf(contours, arrangement), arrangement, notes);

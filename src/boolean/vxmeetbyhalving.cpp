@@ -1,5 +1,6 @@
 #include "vxmeetingplaces_p.h"
 
+#include "vxarrangement_p.h"
 #include "vxcubic_split_p.h"
 #include "vxnearness_p.h"
 #include "vxtolerance.h"
@@ -224,7 +225,10 @@ private:
 class Halving
 {
 public:
-    Halving(const Cubic &c1, const Cubic &c2) : m_c1(c1), m_c2(c2) {}
+    Halving(const Cubic &c1, const Cubic &c2, const std::vector<vxPoint> &known, double beside)
+        : m_c1(c1), m_c2(c2), m_known(known), m_beside(beside)
+    {
+    }
 
     TimePairs run()
     {
@@ -243,7 +247,7 @@ private:
     void visit(Part &a, Part &b, int depth)
     {
         if (++m_visits > maxVisits || !boxesMeet(a.box, b.box) || a.liesBeside(b) || b.liesBeside(a) ||
-            b.keepsBeside(a))
+            b.keepsBeside(a) || lieBesideKnown(a.box, b.box))
             return;
         if (depth >= maxDepth || (a.isFlat() && b.isFlat())) {
             report(a.middle(), b.middle());
@@ -257,13 +261,24 @@ private:
             visit(halvesFirst ? *half : a, halvesFirst ? b : *half, depth + 1);
     }
 
+    bool lieBesideKnown(const Box &a, const Box &b) const
+    {
+        return std::any_of(m_known.begin(), m_known.end(), [&](const vxPoint &p) {
+            const auto isBeside = [&](const Box &box) {
+                return box.minX >= p.x - m_beside && box.maxX <= p.x + m_beside &&
+                       box.minY >= p.y - m_beside && box.maxY <= p.y + m_beside;
+            };
+            return isBeside(a) && isBeside(b);
+        });
+    }
+
     void report(double t, double u)
     {
-        if (refine(m_c1, m_c2, t, u) && !isKnown(t, u))
+        if (refine(m_c1, m_c2, t, u) && !wasFound(t, u))
             m_found.insert(firstFrom(t), { t, u });
     }
 
-    bool isKnown(double t, double u) const
+    bool wasFound(double t, double u) const
     {
         // Twice the margin, so that no rounding leaves out what is compared below.
         for (auto at = firstFrom(t - 2 * timeMargin); at != m_found.end() && at->t1 < t + 2 * timeMargin;
@@ -282,6 +297,8 @@ private:
 
     const Cubic &m_c1;
     const Cubic &m_c2;
+    const std::vector<vxPoint> &m_known;
+    const double m_beside;
     HalvesStore m_halves;
     std::vector<TimePair> m_found; ///< sorted by the first time
     int m_visits = 0;
@@ -291,7 +308,32 @@ private:
 
 TimePairs meetByHalving(const Cubic &c1, const Cubic &c2)
 {
-    return Halving(c1, c2).run();
+    return Halving(c1, c2, {}, 0).run();
+}
+
+bool meetOnlyAt(const Cubic &c1, const Cubic &c2, const std::vector<vxPoint> &places)
+{
+    // Of a thousand: what two curves enclose within this of a place where they meet is nothing.
+    constexpr double beside = 1e-2;
+    const Box box1 = hullBox(c1);
+    const Box box2 = hullBox(c2);
+    const Frame frame = Frame::around({ std::min(box1.minX, box2.minX), std::min(box1.minY, box2.minY),
+                                        std::max(box1.maxX, box2.maxX), std::max(box1.maxY, box2.maxY) });
+    std::vector<vxPoint> known;
+    for (const vxPoint &place : places)
+        known.push_back(frame.toFrame(place));
+    const Cubic first = frame.toFrame(c1);
+    const Cubic second = frame.toFrame(c2);
+    const TimePairs others = Halving(first, second, known, beside).run();
+    const auto isBesideKnown = [&](const vxPoint &p) {
+        return std::any_of(known.begin(), known.end(),
+                           [&p](const vxPoint &place) { return p.isClose(place, beside); });
+    };
+    for (int i = 0; i < others.count(); ++i) {
+        if (!isBesideKnown(pointAt(first, others[i].t1)))
+            return false;
+    }
+    return !others.isCutShort();
 }
 
 } // namespace vx

@@ -1,6 +1,5 @@
 #include "vxmeetingplaces_p.h"
 
-#include "vxarrangement_p.h"
 #include "vxcubic_polynomial_p.h"
 #include "vxnearness_p.h"
 #include "vxtolerance.h"
@@ -142,28 +141,12 @@ std::vector<TimePair> placesWhereMeet(const Cubic &a, const Cubic &b)
 
 bool meetAtSharedEndsOnly(const Cubic &a, const Cubic &b)
 {
-    // Of a thousand: what two curves enclose within this of a common end is nothing.
-    constexpr double beside = 1e-2;
-    Box around = hullBox(a);
-    const Box other = hullBox(b);
-    around = { std::min(around.minX, other.minX), std::min(around.minY, other.minY),
-               std::max(around.maxX, other.maxX), std::max(around.maxY, other.maxY) };
-    const Frame frame = Frame::around(around);
-    const Cubic first = frame.toFrame(a);
-    const Cubic second = frame.toFrame(b);
-    const TimePairs found = meetByHalving(first, second);
-    if (found.isCutShort())
-        return false;
-    const auto isShared = [&second](const vxPoint &end) {
-        return end.isClose(second.p0(), closeDistance) || end.isClose(second.p3(), closeDistance);
-    };
-    for (int i = 0; i < found.count(); ++i) {
-        const vxPoint place = pointAt(first, found[i].t1);
-        const auto isBeside = [&](const vxPoint &end) { return isShared(end) && place.isClose(end, beside); };
-        if (!isBeside(first.p0()) && !isBeside(first.p3()))
-            return false;
+    std::vector<vxPoint> ends;
+    for (const vxPoint &end : { a.p0(), a.p3() }) {
+        if (end.isClose(b.p0(), closeDistance) || end.isClose(b.p3(), closeDistance))
+            ends.push_back(end);
     }
-    return true;
+    return meetOnlyAt(a, b, ends);
 }
 
 std::vector<TimePair> placesByHalving(const Cubic &a, const Cubic &b)

@@ -17,9 +17,12 @@ std::vector<TimePair> placesWhereMeet(const Cubic &a, const Cubic &b);
 std::vector<TimePair> placesByHalving(const Cubic &a, const Cubic &b);
 
 /**
- * Whether two curves surely meet nowhere but at the ends that they share. Curves that part so slowly that
- * clipping does not come to an end mostly do.
+ * Whether two curves surely meet nowhere but at some places, or so near to one that it makes no difference.
+ * Halves them until parts are surely apart: where they touch, a hundred steps, which clipping does not do in
+ * thousands. Coordinates may be of any frame.
  */
+bool meetOnlyAt(const Cubic &c1, const Cubic &c2, const std::vector<vxPoint> &places);
+/** The same for the ends that they share. */
 bool meetAtSharedEndsOnly(const Cubic &a, const Cubic &b);
 
 /**

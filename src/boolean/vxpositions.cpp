@@ -6,17 +6,20 @@
 #include "vxnearness_p.h"
 #include "vxpath.h"
 #include "vxsharedborder_p.h"
+#include "vxtolerance.h"
 
 #include <algorithm>
 #include <cmath>
 #include <optional>
+
+using namespace vxTolerance;
 
 namespace vx {
 
 namespace {
 
 /** Path units; far above the distance within which vertices count as one place. */
-constexpr double shortest = 1e-3;
+constexpr double shortest = 1e-4;
 /** Sine of the angle below which two directions are not told from each other. */
 constexpr double leastSine = 1e-2;
 
@@ -102,6 +105,27 @@ double heightAt(const Cubic &c, double x)
     return qQNaN();
 }
 
+/** Path units, far above closeDistance: curves that lie so far apart have parted. */
+constexpr double clear = 1e-5;
+
+/**
+ * On which side of a line a curve has parted from it halfway to an extent, told by control points; 0 where
+ * these do not tell. Both are graphs. With control points that ascend, x advances by no more than 3 t of its
+ * way up to time t; and a curve whose control points lie on one side of a line is off it by no less than t^3
+ * of what its end is.
+ */
+int sideOfLine(const Cubic &c, const Cubic &line, double extent)
+{
+    const double slope = (line.v[7] - line.v[1]) / (line.v[6] - line.v[0]);
+    const auto off = [&](int i) { return c.v[i + 1] - line.v[1] - slope * (c.v[i] - line.v[0]); };
+    const double atEnd = off(6);
+    const int side = atEnd > 0 ? 1 : -1;
+    if (off(2) * side < 0 || off(4) * side < 0)
+        return 0;
+    const double t = (extent / 2 - c.v[0]) / (3 * (c.v[6] - c.v[0]));
+    return t > 0 && t * t * t * std::fabs(atEnd) > clear + std::fabs(off(0)) ? side : 0;
+}
+
 /**
  * On which side a curve leaves another one that begins as it does: 1 to its right, -1 to its left, 0 not
  * sure. Seen in the direction of the other one, both begin as graphs, which do not meet before one of them
@@ -109,14 +133,17 @@ double heightAt(const Cubic &c, double x)
  */
 int sideOfTangent(const Ray &ray, const Ray &other)
 {
-    constexpr double clear = 1e-5; // path units, far above closeDistance
     const vxPoint direction = other.direction.normalize(1);
     Cubic own = seenFrom(other.curve.p0(), direction, ray.curve);
     Cubic theirs = seenFrom(other.curve.p0(), direction, other.curve);
     if (!shortenToGraph(own) || !shortenToGraph(theirs))
         return 0;
     const double extent = std::min(own.p3().x, theirs.p3().x);
-    int side = 0;
+    int side = isChord(theirs) ? sideOfLine(own, theirs, extent)
+               : isChord(own)  ? -sideOfLine(theirs, own, extent)
+                               : 0;
+    if (side != 0)
+        return side;
     for (const double part : { 0.5, 0.99 }) {
         const double distance = heightAt(own, part * extent) - heightAt(theirs, part * extent);
         if (!(std::fabs(distance) > clear))
@@ -146,11 +173,13 @@ struct Corner {
     {
     }
 
-    bool isClear() const { return in.isClear() && out.isClear() && areApart(in.direction, out.direction); }
+    bool isClear() const { return in.isClear() && out.isClear() && (!isCusp() || sideOfIn() != 0); }
 
     /** Whether a ray leads into what is filled; none where that is not sure. */
     std::optional<bool> holds(const Ray &ray) const
     {
+        if (isCusp())
+            return holdsAtCusp(ray);
         const bool isBesideOut = !areApart(ray.direction, out.direction);
         const bool isBesideIn = !areApart(ray.direction, in.direction);
         if (!isBesideOut && !isBesideIn)
@@ -165,6 +194,24 @@ struct Corner {
     }
 
 private:
+    /** Whether the outline goes back the way that it came, but for a bend. */
+    bool isCusp() const { return !areApart(in.direction, out.direction); }
+    int sideOfIn() const { return sideOfTangent(in, out); }
+
+    std::optional<bool> holdsAtCusp(const Ray &ray) const
+    {
+        // The right side is what lies between the two, or all but that.
+        const bool isBetween = sideOfIn() > 0;
+        if (areApart(ray.direction, out.direction))
+            return isBetween != fillsRight;
+        const int fromOut = sideOfTangent(ray, out);
+        const int fromIn = sideOfTangent(ray, in);
+        if (fromOut == 0 || fromIn == 0)
+            return std::nullopt;
+        const bool isRight = isBetween ? fromOut > 0 && fromIn < 0 : fromOut > 0 || fromIn < 0;
+        return isRight == fillsRight;
+    }
+
     /** Whether a direction lies in the turn, clockwise on screen, from the one curve to the other. */
     bool isRight(const vxPoint &direction) const
     {
@@ -174,12 +221,18 @@ private:
     }
 };
 
+/** Whether two curves are the same line, wherever on it their handles lie. */
+bool areSameLine(const Cubic &a, const Cubic &b)
+{
+    return isStraight(a) && isStraight(b) && a.p0().isClose(b.p0(), closeDistance) &&
+           a.p3().isClose(b.p3(), closeDistance);
+}
+
 /** From one place where both have a vertex to the next. */
 bool runTogether(const Ray &mine, const Ray &theirs, bool straightIsShared)
 {
     return mine.end && theirs.end && partnerAt(*mine.end) == theirs.end &&
-           (agree(mine.curve, theirs.curve) ||
-            (straightIsShared && isStraight(mine.curve) && isStraight(theirs.curve)));
+           (agree(mine.curve, theirs.curve) || (straightIsShared && areSameLine(mine.curve, theirs.curve)));
 }
 
 /** Of the stretch that a ray begins, which an outline runs along from the vertex if isOutgoing. */

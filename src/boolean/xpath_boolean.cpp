@@ -2,9 +2,11 @@
 //  1. copy both operands and clean each of its own crossings (cleanCopy);
 //  2. turn the second so that both wind alike (unite, intersect) or against each other (subtract, exclude);
 //  3. find the crossings of the two and divide the curves there (getCrossings, divideLocations);
-//  4. give every stretch between crossings the winding count of its middle (Sampler);
+//  4. give every stretch between crossings its winding count, by its ends (countByEnds) or its middle
+//  (Sampler);
 //  5. walk the stretches that belong to the result, changing over at crossings (tracePaths);
-//  6. hold the result against the arrangement of all curves where the run met anything doubtful (audit);
+//  6. hold the result against the arrangement of all curves where the run met anything doubtful (audit) and
+//     that the walk kept just the boundary does not settle;
 //  7. drop what is left of straight runs (createResult).
 
 #include "xpath.h"
@@ -15,6 +17,7 @@
 #include "vxcurvelocation.h"
 #include "vxintersections_p.h"
 #include "vxlocationowner_p.h"
+#include "vxmeetingplaces_p.h"
 #include "vxowncontacts_p.h"
 #include "vxref_p.h"
 #include "vxsampler_p.h"
@@ -23,6 +26,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -141,7 +145,8 @@ public:
         const QVector<vxPath *> contours = vx::tracePaths(m_segments, m_op, ofTracing);
         m_notes.add(ofTracing);
         if (m_notes.any() && !ofTracing.any() && (isCounted || findPositions()) && walkedTheBoundary() &&
-            isConfirmed(m_original1, *m_path1, m_own1) && isConfirmed(m_original2, *m_path2, m_own2))
+            missedNothing() && isConfirmed(m_original1, *m_path1, m_own1) &&
+            isConfirmed(m_original2, *m_path2, m_own2))
             m_notes.clearDoubts();
         return contours;
     }
@@ -171,6 +176,8 @@ private:
         const QList<vxCurveLocation *> crossings =
             vx::findIntersections(*m_path1, m_path2.get(), accept, m_doubts);
         m_notes.add(m_doubts);
+        for (const vxUnfinished &pair : m_doubts.unfinished)
+            m_unfinished.push_back({ pair.curve1->_cubic(), pair.curve2->_cubic() });
         m_owner = std::make_unique<vx::LocationOwner>(crossings);
         m_locations = m_path1->divideLocations(vxCurveLocation::expand(crossings), 0);
         vx::noteChains(m_locations, m_notes);
@@ -199,9 +206,25 @@ private:
     }
 
     /** Of stretches that were sampled. */
-    bool findPositions() const
+    bool findPositions() const { return m_path2 && vx::findPositions(operand1(), operand2(), m_op); }
+
+    /** Whether searches that were cut short had found all that there is to find. */
+    bool missedNothing() const
     {
-        return m_path2 && !m_doubts.limitReached && vx::findPositions(operand1(), operand2(), m_op);
+        constexpr double samePlace = 1e-5; // path units; what clipping reports may be no meeting at all
+        if (m_unfinished.empty())
+            return true;
+        std::vector<vxPoint> places;
+        for (const vxCurveLocation *location : m_locations) {
+            const vxCurveLocation *partner = location->intersection;
+            if (!partner || !location->point.isClose(partner->point, samePlace))
+                return false;
+            places.push_back(location->point);
+        }
+        for (const vxContact &contact : contacts())
+            places.push_back(contact.vertex->point);
+        return std::all_of(m_unfinished.begin(), m_unfinished.end(),
+                           [&](const auto &pair) { return vx::meetOnlyAt(pair.first, pair.second, places); });
     }
 
     /** After tracing, whether an operand that touches itself was cleaned rightly and is joined as it was. */
@@ -214,11 +237,16 @@ private:
     /** After tracing stretches of which the positions are known. */
     bool walkedTheBoundary() const
     {
-        if (m_filter.touchedOffVertices())
-            return false;
+        return !m_filter.touchedOffVertices() &&
+               vx::walkedTheBoundary(operand1(), operand2(), m_op, contacts());
+    }
+
+    /** Places where the operands come so near each other that they touch, or may. */
+    std::vector<vxContact> contacts() const
+    {
         std::vector<vxContact> contacts = m_filter.touches();
         contacts.insert(contacts.end(), m_doubts.nearMisses.begin(), m_doubts.nearMisses.end());
-        return vx::walkedTheBoundary(operand1(), operand2(), m_op, contacts);
+        return contacts;
     }
 
     void sample()
@@ -252,6 +280,8 @@ private:
     vx::RunNotes &m_notes;
     vx::MeetingFilter m_filter;
     vx::SearchDoubts m_doubts;
+    /** Curves of which the search was cut short, undivided. */
+    std::vector<std::pair<vx::Cubic, vx::Cubic>> m_unfinished;
     /** What cleaning the operands met. */
     vx::RunNotes m_own1, m_own2;
     const XPath *m_original1;

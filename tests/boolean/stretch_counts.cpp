@@ -157,6 +157,77 @@ TEST(StretchCounts, need_no_audit_along_straight_borders_with_handles)
                 { { 0, 0 }, { 15000, 1 }, { 10000, 1 }, { 15000, 1, false } });
 }
 
+TEST(StretchCounts, need_no_audit_where_a_search_was_cut_short_at_a_contact)
+{
+    // Ellipses with one center, which cross and nearly touch.
+    const std::string first =
+        "M 631.829335554 759.077259302 C 618.699396657 776.84335669 514.440738993 722.06015386 398.961105972 "
+        "636.71555103 C 283.48147295 551.370948201 200.510652329 467.78321025 213.640591226 450.017112862 C "
+        "226.770530123 432.251015474 331.029187787 487.034218304 446.508820809 572.378821134 C 561.98845383 "
+        "657.723423963 644.959274451 741.311161914 631.829335554 759.077259302 Z";
+    const std::string second =
+        "M 789.515284535 713.964716766 C 733.713044223 789.470630665 558.855982463 754.885001102 "
+        "398.961105972 636.71555103 C 239.06622948 518.546100959 154.682475154 361.541197133 210.484715465 "
+        "286.035283234 C 266.286955777 210.529369335 441.144017537 245.114998898 601.038894028 363.28444897 "
+        "C 760.93377052 481.453899041 845.317524846 638.458802867 789.515284535 713.964716766 Z";
+    const XPathPtr a = read(first);
+    const XPathPtr b = read(second);
+    double sum = 0;
+    for (int op : { 1, 2 }) {
+        vxBooleanReport report;
+        const XPathPtr result(XPath::computeBoolean(a.get(), b.get(), op, report));
+        EXPECT_EQ(report.verdict, vxBooleanReport::Plain);
+        EXPECT_TRUE(report.limitHit);
+        sum += areaOf(*result);
+    }
+    EXPECT_NEAR(sum, areaOf(*a) + areaOf(*b), 1e-2);
+}
+
+TEST(StretchCounts, need_no_audit_at_a_cusp)
+{
+    const XPathPtr thin = read("M 0 0 C 60 0 100 40 100 100 L 100 0 Z");
+    const XPathPtr others[] = { read("M 0 0 L 60 -40 L 60 40 Z"), read("M 0 0 L -60 -40 L -60 40 Z"),
+                                read("M 0 0 C 60 0 90 20 90 60 L 0 60 Z") };
+    const double area = areaOf(*thin);
+    for (const XPathPtr &other : others) {
+        double areas[5] = {};
+        for (int op = 1; op <= 4; ++op) {
+            vxBooleanReport report;
+            const XPathPtr result(XPath::computeBoolean(thin.get(), other.get(), op, report));
+            EXPECT_TRUE(report.verdict == vxBooleanReport::Plain || op == 4) << "operation " << op;
+            areas[op] = areaOf(*result);
+        }
+        EXPECT_NEAR(areas[1] + areas[3], area, 1e-3);
+        EXPECT_NEAR(areas[2], area + areaOf(*other) - areas[1], 1e-3);
+        EXPECT_NEAR(areas[4], areas[2] - areas[1], 1e-3);
+    }
+}
+
+TEST(StretchCounts, settle_nothing_where_slivers_would_be_lost)
+{
+    struct {
+        std::string a, b;
+        double difference;
+    } const rows[] = {
+        // Long rectangles, a few 1e-5 off each other: what is left of their corners are hairs.
+        { "M -151.3813195208005 168.08907222771313 L 1817.7152064330267 168.08907222771313 "
+          "L 1817.7152064330267 169.48836521037722 L -151.3813195208005 169.48836521037722 Z",
+          "M -151.38130943357936 168.08908909441945 L 1817.7152165202474 168.08904883087266 "
+          "L 1817.7152165488596 169.48834181353675 L -151.381309404967 169.48838207708354 Z",
+          0.0203561990703 },
+        // One corner moved: the sides part so slowly that they pass for one line.
+        { "M 907.31303422734504 -651.56880473846786 L 910.72114115394697 -651.56880473846786 "
+          "L 910.72114115394697 2875.262609837775 Z",
+          "M 907.31303422734504 -651.56880473846786 L 910.72114115394697 -651.56880479900428 "
+          "L 910.72120379925332 2875.2626097772381 Z",
+          0.110467789814 },
+    };
+    for (const auto &row : rows) {
+        const XPathPtr a = read(row.a);
+        EXPECT_NEAR(areaOf(*XPathPtr(a->subtract(read(row.b).get()))), row.difference, 1e-4);
+    }
+}
+
 TEST(StretchCounts, need_no_audit_for_an_operand_that_crosses_itself_elsewhere)
 {
     const std::string bow = "M 0 0 L 100 100 L 100 0 L 0 100 Z";
