@@ -319,11 +319,17 @@ bool meetOnlyAt(const Cubic &c1, const Cubic &c2, const std::vector<vxPoint> &pl
     const Box box2 = hullBox(c2);
     const Frame frame = Frame::around({ std::min(box1.minX, box2.minX), std::min(box1.minY, box2.minY),
                                         std::max(box1.maxX, box2.maxX), std::max(box1.maxY, box2.maxY) });
-    std::vector<vxPoint> known;
-    for (const vxPoint &place : places)
-        known.push_back(frame.toFrame(place));
     const Cubic first = frame.toFrame(c1);
     const Cubic second = frame.toFrame(c2);
+    const Box firstBox = hullBox(first);
+    const Box secondBox = hullBox(second);
+    std::vector<vxPoint> known;
+    for (const vxPoint &place : places) {
+        const vxPoint p = frame.toFrame(place);
+        const Box around{ p.x - beside, p.y - beside, p.x + beside, p.y + beside };
+        if (boxesMeet(around, firstBox) && boxesMeet(around, secondBox))
+            known.push_back(p);
+    }
     const TimePairs others = Halving(first, second, known, beside).run();
     const auto isBesideKnown = [&](const vxPoint &p) {
         return std::any_of(known.begin(), known.end(),

@@ -18,8 +18,8 @@ std::vector<TimePair> placesByHalving(const Cubic &a, const Cubic &b);
 
 /**
  * Whether two curves surely meet nowhere but at some places, or so near to one that it makes no difference.
- * Halves them until parts are surely apart: where they touch, a hundred steps, which clipping does not do in
- * thousands. Coordinates may be of any frame.
+ * Halves them until parts are surely apart, which comes to an end where they touch, when clipping does not.
+ * Coordinates may be of any frame.
  */
 bool meetOnlyAt(const Cubic &c1, const Cubic &c2, const std::vector<vxPoint> &places);
 /** The same for the ends that they share. */

@@ -2,8 +2,8 @@
 //  1. copy both operands and clean each of its own crossings (cleanCopy);
 //  2. turn the second so that both wind alike (unite, intersect) or against each other (subtract, exclude);
 //  3. find the crossings of the two and divide the curves there (getCrossings, divideLocations);
-//  4. give every stretch between crossings its winding count, by its ends (countByEnds) or its middle
-//  (Sampler);
+//  4. give every stretch between crossings its winding count, by its ends (countByEnds) or by its middle
+//     (Sampler);
 //  5. walk the stretches that belong to the result, changing over at crossings (tracePaths);
 //  6. hold the result against the arrangement of all curves where the run met anything doubtful (audit) and
 //     that the walk kept just the boundary does not settle;

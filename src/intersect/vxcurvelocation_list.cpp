@@ -1,5 +1,6 @@
 #include "vxcurve.h"
 #include "vxcurvelocation.h"
+#include "vxinsertionlist_p.h"
 #include "vxlengthen_p.h"
 #include "vxlocationowner_p.h"
 #include "vxpath.h"
@@ -165,16 +166,16 @@ void merge(const std::vector<Entry> &own, std::vector<Entry> &partners, vxCurveL
 void insertOneByOne(const std::vector<Entry> &own, const std::vector<Entry> &partners,
                     vxCurveLocation **places)
 {
-    std::vector<const Entry *> order;
-    order.reserve(own.size() + partners.size());
+    std::vector<const Entry *> ordered;
+    ordered.reserve(own.size());
     for (const Entry &entry : own)
-        order.push_back(&entry);
+        ordered.push_back(&entry);
+    vx::InsertionList<const Entry *> order(ordered);
     for (const Entry &partner : partners) {
-        const int place = bisect(int(order.size()), [&](int i) { return partner < *order[size_t(i)]; });
-        order.insert(order.begin() + place, &partner);
+        const int place = bisect(int(order.size()), [&](int i) { return partner < *order.at(size_t(i)); });
+        order.insert(size_t(place), &partner);
     }
-    for (const Entry *entry : order)
-        *places++ = entry->location;
+    order.forEach([&places](const Entry *entry) { *places++ = entry->location; });
 }
 
 } // namespace

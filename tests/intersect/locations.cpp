@@ -1,8 +1,12 @@
 #include "meetings.h"
 
+#include "vxinsertionlist_p.h"
 #include "vxmatrix.h"
 
 #include <cmath>
+#include <numeric>
+#include <random>
+#include <vector>
 
 using namespace meetings;
 using shapes::ellipse;
@@ -93,4 +97,29 @@ TEST(Locations, that_die_leave_no_links_behind)
     EXPECT_EQ(a->next, c.get());
     EXPECT_EQ(c->previous, a.get());
     EXPECT_FALSE(a->isCrossing() || a->isTouching());
+}
+
+TEST(InsertionLists, are_vectors)
+{
+    std::vector<int> plain(700);
+    std::iota(plain.begin(), plain.end(), 0);
+    vx::InsertionList<int> list(plain);
+    vx::InsertionList<int> grown(std::vector<int>{});
+    std::vector<int> plainGrown;
+    std::mt19937 random(3);
+    for (int i = 0; i < 5000; ++i) {
+        // Often in one place, which fills a block.
+        const size_t place = i % 3 == 0 ? 650 : random() % (plain.size() + 1);
+        list.insert(place, -i);
+        plain.insert(plain.begin() + long(place), -i);
+        const size_t end = i % 2 == 0 ? 0 : plainGrown.size();
+        grown.insert(end, i);
+        plainGrown.insert(plainGrown.begin() + long(end), i);
+    }
+    ASSERT_EQ(list.size(), plain.size());
+    for (size_t i = 0; i < plain.size(); ++i)
+        ASSERT_EQ(list.at(i), plain[i]) << i;
+    std::vector<int> visited;
+    grown.forEach([&visited](int element) { visited.push_back(element); });
+    EXPECT_EQ(visited, plainGrown);
 }
