@@ -19,6 +19,7 @@
 #include "vxlocationowner_p.h"
 #include "vxmeetingplaces_p.h"
 #include "vxowncontacts_p.h"
+#include "vxpage_p.h"
 #include "vxref_p.h"
 #include "vxsampler_p.h"
 #include "vxstandingcurves_p.h"
@@ -44,32 +45,6 @@ bool haveNoCommonBox(const XPath &a, const XPath &b)
     const vxRect boxB = b.getBounds(vxBoundOpt::geometric(), vxStyle());
     return std::min(boxA.right(), boxB.right()) <= std::max(boxA.x, boxB.x) ||
            std::min(boxA.bottom(), boxB.bottom()) <= std::max(boxA.y, boxB.y);
-}
-
-/** Whether a shape is one upright rectangle. */
-bool isUprightRectangle(const XPath &shape)
-{
-    if (shape.children.size() != 1 || !shape.children.first()->isClosed())
-        return false;
-    const QList<vxSegment *> &corners = shape.children.first()->_segments();
-    if (corners.size() != 4)
-        return false;
-    const auto runsAlong = [&corners](double vxPoint::*same, int i) {
-        return corners.at(i)->point.*same == corners.at((i + 1) % 4)->point.*same;
-    };
-    const auto alternates = [&runsAlong](double vxPoint::*first, double vxPoint::*second) {
-        return runsAlong(first, 0) && runsAlong(second, 1) && runsAlong(first, 2) && runsAlong(second, 3);
-    };
-    return std::none_of(corners.begin(), corners.end(), [](vxSegment *s) { return s->hasHandles(); }) &&
-           (alternates(&vxPoint::x, &vxPoint::y) || alternates(&vxPoint::y, &vxPoint::x));
-}
-
-/** Whether a shape is a page or a frame around all of another. */
-bool isRectangleAround(const XPath &shape, const XPath &other)
-{
-    return isUprightRectangle(shape) &&
-           shape.getBounds(vxBoundOpt::geometric(), vxStyle())
-               .containsRect(other.getBounds(vxBoundOpt::geometric(), vxStyle()));
 }
 
 /** The children of a working copy, which lets go of them: count 0, the caller's. */
@@ -174,13 +149,26 @@ private:
             m_standing2->number(*m_path2);
         const auto accept = [this](vxCurveLocation *location) { return m_filter.accepts(*location); };
         const QList<vxCurveLocation *> crossings =
-            vx::findIntersections(*m_path1, m_path2.get(), accept, m_doubts);
+            meetsNothing() ? QList<vxCurveLocation *>()
+                           : vx::findIntersections(*m_path1, m_path2.get(), accept, m_doubts);
         m_notes.add(m_doubts);
         for (const vxUnfinished &pair : m_doubts.unfinished)
             m_unfinished.push_back({ pair.curve1->_cubic(), pair.curve2->_cubic() });
         m_owner = std::make_unique<vx::LocationOwner>(crossings);
         m_locations = m_path1->divideLocations(vxCurveLocation::expand(crossings), 0);
         vx::noteChains(m_locations, m_notes);
+    }
+
+    /** Whether one operand lies in a page that is the other, and where they touch only one is in the result.
+     */
+    bool meetsNothing() const
+    {
+        const auto isOnPage = [](const XPath &page, const XPath &shape) {
+            return vx::isPageAround(page, shape) && vx::areClosed(shape) &&
+                   vx::touchesAtVerticesOnly(page, shape);
+        };
+        return m_path2 && (m_op == Intersect || m_op == Unite) &&
+               (isOnPage(*m_original2, *m_original1) || isOnPage(*m_original1, *m_original2));
     }
 
     void collect()
@@ -376,7 +364,7 @@ XPath *vx::computeBoolean(XPath *path1, XPath *path2, int op, AuditMode mode, vx
                haveNoCommonBox(*path1, *path2)) {
         if (op == ::Subtract)
             contours = cleanContours(path1, notes);
-    } else if (!once && areClosed(*path1) && op == ::Subtract && isRectangleAround(*path2, *path1)) {
+    } else if (!once && areClosed(*path1) && op == ::Subtract && isPageAround(*path2, *path1)) {
         // Nothing is left.
     } else {
         contours = BooleanRun(path1, path2, op, notes).trace();

@@ -142,8 +142,22 @@ TEST(KnownShapes, inside_a_frame_leave_nothing_of_themselves)
                                    "M 0 0 C 0 0 100 40 100 0 L 100 100 L 0 100 Z",      // one side bent
                                    rectangle(0, 0, 100, 100) + ellipse(50, 50, 9, 9) }; // a hole
     const XPathPtr a = read(data);
-    for (const std::string &frame : frames)
-        EXPECT_TRUE(compute(a.get(), read(frame).get(), 3)->children.isEmpty());
+    for (const std::string &frame : frames) {
+        const XPathPtr page = read(frame);
+        EXPECT_TRUE(compute(a.get(), page.get(), 3)->children.isEmpty());
+        for (bool pageFirst : { false, true }) {
+            XPath *first = pageFirst ? page.get() : a.get();
+            XPath *second = pageFirst ? a.get() : page.get();
+            EXPECT_NEAR(areaOf(*compute(first, second, 1)), areaOf(*a), 1e-9);
+            EXPECT_EQ(compute(first, second, 2)->getCurves().size(), 4);
+        }
+    }
+    // Sides on the border, one of them bent, which outlines share and do not just touch.
+    for (const char *inside : { "M 20 0 L 60 0 L 40 50 Z", "M 0 20 C 0 40 0 60 0 80 L 50 50 Z" }) {
+        const XPathPtr b = read(inside);
+        EXPECT_NEAR(areaOf(*compute(read(frames[0]).get(), b.get(), 1)), areaOf(*b), 1e-6);
+        EXPECT_NEAR(areaOf(*compute(read(frames[0]).get(), b.get(), 2)), 10000, 1e-6);
+    }
     const XPathPtr turned = read(others[1]);
     EXPECT_TRUE(compute(a.get(), turned.get(), 3)->children.isEmpty());
     EXPECT_NEAR(areaOf(*compute(a.get(), read(others[0]).get(), 3)), 13.3, 0.1);
