@@ -338,9 +338,7 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, SetOperation ope
     return arrangement.makePaths(expected);
 }
 
-} // namespace vx
-
-bool vx::confirmsCleaning(const XPath &original, const XPath &copy)
+bool confirmsCleaning(const XPath &original, const XPath &copy)
 {
     // Loops of one curve are drawn as two by the arrangement, so that a result with one could be either's.
     if (std::any_of(copy.children.begin(), copy.children.end(),
@@ -356,6 +354,8 @@ bool vx::confirmsCleaning(const XPath &original, const XPath &copy)
     releaseAll(audit({ &original }, SetOperation::Unite, contours, notes, AuditMode::Always, report));
     return report.verdict == vxBooleanReport::Audited;
 }
+
+} // namespace vx
 
 const char *vxBooleanReport::verdictName() const
 {

@@ -29,7 +29,7 @@ bool isUprightRectangle(const XPath &shape)
            (alternates(&vxPoint::x, &vxPoint::y) || alternates(&vxPoint::y, &vxPoint::x));
 }
 
-/** The same for one side of the page, from which the control points are so far. */
+/** Whether a curve keeps off a side of the page but for its ends; so far off it lie its control points. */
 bool touchesAtEndsOnly(double d0, double d1, double d2, double d3)
 {
     if (!(d1 >= 0 && d2 >= 0))

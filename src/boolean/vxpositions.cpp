@@ -224,8 +224,8 @@ private:
 /** Whether two curves are the same line, wherever on it their handles lie. */
 bool areSameLine(const Cubic &a, const Cubic &b)
 {
-    return isStraight(a) && isStraight(b) && a.p0().isClose(b.p0(), closeDistance) &&
-           a.p3().isClose(b.p3(), closeDistance);
+    return isStraight(a) && isStraight(b) &&
+           agree(Cubic::fromLine(a.p0(), a.p3()), Cubic::fromLine(b.p0(), b.p3()));
 }
 
 /** From one place where both have a vertex to the next. */
@@ -325,6 +325,9 @@ bool positionsAt(const vxSegment &vertex, const FilledSides &sides, Positions &p
     }
     const vxSegment *partner = partnerAt(vertex);
     if (!partner || partnerAt(*partner) != &vertex)
+        return false;
+    // A crossing just beside a vertex is moved onto it, which the result would show.
+    if (!vertex.point.isClose(partner->point, closeDistance))
         return false;
     const Corner own(vertex, sides.ownRight);
     const Corner other(*partner, sides.otherRight);

@@ -211,7 +211,9 @@ bool passesOnce(const vxSegment &vertex)
         return from.position != to.position && !isAlong(Position(from.position)) &&
                !isAlong(Position(to.position));
     };
-    return walked <= 2 || (crosses(before, vertex) && crosses(theirBefore, *partner));
+    // At a crossing of two shapes that exclude each other, a walk that goes straight on crosses itself.
+    return walked <= 2 || (crosses(before, vertex) && crosses(theirBefore, *partner) && vertex.changedOver &&
+                           partner->changedOver);
 }
 
 bool passesEachMeetingOnce(const XPath &path)

@@ -170,8 +170,10 @@ private:
         m_start = m_otherStart = nullptr;
         m_outline.clear();
         vxPoint handleIn;
+        vxSegment *first = nullptr;
         bool finished = false;
         for (;;) {
+            const vxSegment *arrived = segment;
             vxCurveLocation *inter = chooseIntersection(segment, segment->intersection());
             vxSegment *other = segmentOf(inter);
             if (isStart(segment)) {
@@ -186,14 +188,17 @@ private:
             }
             if (finished || segment->visited) {
                 segment->visited = true;
+                if (first)
+                    first->changedOver = arrived != first;
                 break;
             }
             if (segment->path->isFlags(vx::validOverlapsOnly) && !isValid(segment))
                 break;
             if (m_outline.empty()) {
-                m_start = segment;
+                m_start = first = segment;
                 m_otherStart = other;
             }
+            segment->changedOver = segment != arrived;
             segment = append(segment, handleIn);
         }
         if (finished && !m_outline.empty())

@@ -135,6 +135,8 @@ public:
     quint8 position = 0;
     /** The curve that starts here belongs to a contour of the result. */
     bool walked = false;
+    /** The walk came to it from a curve of another contour, or elsewhere of its own, that ends here. */
+    bool changedOver = false;
     quint32 refCount = 0;
     /** Position in the path's list, -1 when free. */
     qint32 index = -1;

@@ -252,6 +252,14 @@ TEST(Audit, leaves_no_wrong_point_on_operands_that_cross_and_touch_themselves)
     auditor.expectAllVerdicts();
 }
 
+TEST(Audit, sees_a_walk_that_goes_straight_on_at_a_crossing)
+{
+    Auditor auditor;
+    shapes::Random random(2);
+    auditor.runByPoints("M 0 40 C 100 40 20 40 60 20 C 40 80 100 60 80 40 Z ",
+                        "M 20 80 C 40 80 60 100 0 20 C 100 100 20 20 0 100 C 40 40 60 80 80 80 Z ", random);
+}
+
 TEST(Audit, sees_curves_that_run_forth_and_back_over_themselves)
 {
     // The middle of each outline lies where its curve lies on itself.
