@@ -66,7 +66,7 @@ Arrangement::Arrangement(const QVector<const XPath *> &operands)
     meet();
 }
 
-bool Arrangement::solve(SetOperation operation)
+bool Arrangement::solve(Operation operation)
 {
     double best = snappingDistances[0];
     int fewestOdd = std::numeric_limits<int>::max();
@@ -85,7 +85,7 @@ bool Arrangement::solve(SetOperation operation)
     }
 }
 
-void Arrangement::refine(SetOperation operation, double movable)
+void Arrangement::refine(Operation operation, double movable)
 {
     const double coarse = m_snapping;
     const double area = m_selection.area;
@@ -128,7 +128,7 @@ bool Arrangement::lookAgain(int look)
     return true;
 }
 
-bool Arrangement::attempt(SetOperation operation, double snapping)
+bool Arrangement::attempt(Operation operation, double snapping)
 {
     m_snapping = snapping;
     setPiecesAside();
@@ -153,7 +153,7 @@ void Arrangement::setPiecesAside()
     m_linkStarts.swap(m_earlier.linkStarts);
 }
 
-bool Arrangement::movedAtMost(double area, SetOperation operation)
+bool Arrangement::movedAtMost(double area, Operation operation)
 {
     const auto inUnits = [this](double moved) { return moved / m_frame.scale / m_frame.scale; };
     if (inUnits(m_movedArea.most) <= area)
@@ -165,22 +165,22 @@ bool Arrangement::movedAtMost(double area, SetOperation operation)
     return inUnits(m_movedArea.most) <= area;
 }
 
-bool Arrangement::answer(SetOperation operation, const Fill &fill) const
+bool Arrangement::answer(Operation operation, const Fill &fill) const
 {
     switch (operation) {
-    case SetOperation::Intersect:
+    case Operation::Intersect:
         return fill.count == m_operandCount;
-    case SetOperation::Unite:
+    case Operation::Unite:
         return fill.count > 0;
-    case SetOperation::Subtract:
+    case Operation::Subtract:
         return fill.first && fill.count == 1;
-    case SetOperation::Exclude:
+    case Operation::Exclude:
         return fill.count % 2 == 1;
     }
     return false;
 }
 
-void Arrangement::select(SetOperation operation)
+void Arrangement::select(Operation operation)
 {
     m_selection.kept.clear();
     m_selection.kept.reserve(m_edges.size());
@@ -195,7 +195,7 @@ void Arrangement::select(SetOperation operation)
         const double part = vx::signedArea(edge.inFrame) * (insideRight ? 1 : -1);
         area += part;
         const Fill &inside = insideRight ? edge.right : edge.left;
-        signedArea += operation == SetOperation::Exclude && !inside.first ? -part : part;
+        signedArea += operation == Operation::Exclude && !inside.first ? -part : part;
     }
     m_selection.oddNodes = countOddNodes(m_selection.kept);
     m_selection.area = area / m_frame.scale / m_frame.scale;

@@ -3,6 +3,7 @@
 #include "vxcubic_p.h"
 #include "vxintersect_p.h"
 #include "vxnearness_p.h"
+#include "vxoperation_p.h"
 
 #include <QVector>
 
@@ -177,22 +178,20 @@ struct Selection {
     double signedArea = 0; ///< the same, but the second operand's part of an exclusion negative
 };
 
-enum class SetOperation { Intersect = 1, Unite = 2, Subtract = 3, Exclude = 4 };
-
 class Arrangement
 {
 public:
     explicit Arrangement(const QVector<const XPath *> &operands);
 
     /** Tries snapping distances until every node is even; false when none does (the best is kept then). */
-    bool solve(SetOperation operation);
+    bool solve(Operation operation);
 
     /**
      * After solve(): the same with a fine snapping where that closes too and gives the same area but for what
      * snapping moves; the first that moves the outlines by no more than an area in the operands' square
      * units, or else the first.
      */
-    void refine(SetOperation operation, double movable);
+    void refine(Operation operation, double movable);
 
     const Selection &selection() const { return m_selection; }
     /** Snapping distance of the solution in the operands' units. */
@@ -201,7 +200,7 @@ public:
      * Whether joining ends and stretches moved the outlines by no more than an area in the operands' square
      * units; what is measured is the least that it can be. After solve() or refine() for that operation.
      */
-    bool movedAtMost(double area, SetOperation operation);
+    bool movedAtMost(double area, Operation operation);
     /** Area of the operands' common box, which counts as no thinner than a hundredth of its length. */
     double boxArea() const { return m_boxArea; }
     /** The result's contours, simple ones that touch at nodes at most. */
@@ -259,10 +258,10 @@ private:
 
     // vxarrangement.cpp
     void setPiecesAside();
-    bool attempt(SetOperation operation, double snapping);
+    bool attempt(Operation operation, double snapping);
     bool lookAgain(int look);
-    bool answer(SetOperation operation, const Fill &fill) const;
-    void select(SetOperation operation);
+    bool answer(Operation operation, const Fill &fill) const;
+    void select(Operation operation);
     int countOddNodes(const std::vector<Step> &kept) const;
     std::vector<char> accusedCurves() const;
 

@@ -29,7 +29,7 @@ vxArrangementView vxArrangementView::of(const XPath &path1, const XPath &path2, 
     if (op < 1 || op > 4)
         return view;
     vx::Arrangement arrangement({ &path1, &path2 });
-    arrangement.solve(vx::SetOperation(op));
+    arrangement.solve(vx::Operation(op));
     for (const vx::Node &node : arrangement.nodes())
         view.nodes.append({ node.original, 0 });
     for (const vx::Edge &edge : arrangement.edges())

@@ -276,7 +276,7 @@ void releaseAll(const QVector<vxPath *> &paths)
 
 } // namespace
 
-QVector<vxPath *> audit(const QVector<const XPath *> &operands, SetOperation operation,
+QVector<vxPath *> audit(const QVector<const XPath *> &operands, Operation operation,
                         const QVector<vxPath *> &traced, const RunNotes &notes, AuditMode mode,
                         vxBooleanReport &report)
 {
@@ -351,7 +351,7 @@ bool confirmsCleaning(const XPath &original, const XPath &copy)
     for (const vxPath *child : copy.children)
         contours.append(child->clone());
     vxBooleanReport report;
-    releaseAll(audit({ &original }, SetOperation::Unite, contours, notes, AuditMode::Always, report));
+    releaseAll(audit({ &original }, Operation::Unite, contours, notes, AuditMode::Always, report));
     return report.verdict == vxBooleanReport::Audited;
 }
 

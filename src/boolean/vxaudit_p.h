@@ -1,13 +1,12 @@
 #pragma once
 
 #include "vxbooleanreport.h"
+#include "vxoperation_p.h"
 #include "vxrunnotes_p.h"
 
 #include <QVector>
 
 namespace vx {
-
-enum class SetOperation;
 
 /**
  * When an audit is made. Always is for tests: it shows that no call that skipped it would have been changed.
@@ -19,7 +18,7 @@ enum class AuditMode { WhereDoubtful, Always, Never };
  * operands (null or empty ones count as empty). Gives the contours to go on with; those that it drops are
  * released.
  */
-QVector<vxPath *> audit(const QVector<const XPath *> &operands, SetOperation operation,
+QVector<vxPath *> audit(const QVector<const XPath *> &operands, Operation operation,
                         const QVector<vxPath *> &traced, const RunNotes &notes, AuditMode mode,
                         vxBooleanReport &report);
 

@@ -1,24 +1,8 @@
 #include "vxfilledregion_p.h"
 
-#include "vxmonopieces_p.h"
 #include "xpath.h"
 
-#include <algorithm>
-
 namespace vx {
-
-int placesToAsk(const vxPath &contour)
-{
-    constexpr int most = 4;
-    return std::min(most, outlineSize(contour));
-}
-
-vxPoint placeToAsk(const vxPath &contour, int i)
-{
-    // Neither an end nor the middle, which drawings on a grid have on each other's levels.
-    constexpr double somewhere = 0.381966;
-    return pointAt(outlineCurve(contour, i), somewhere);
-}
 
 FilledRegion::FilledRegion(const XPath &operand) : m_evenOdd(operand.evenOdd)
 {
@@ -38,10 +22,7 @@ FilledRegion::FilledRegion(const vxPath &contour) : m_evenOdd(true)
 
 std::optional<bool> FilledRegion::holds(const vxPath &contour) const
 {
-    std::optional<bool> isInside;
-    for (int i = 0; i < placesToAsk(contour) && !isInside; ++i)
-        isInside = holds(placeToAsk(contour, i));
-    return isInside;
+    return tellByPlaces(contour, [this](const vxPoint &p) { return holds(p); });
 }
 
 std::optional<bool> FilledRegion::holds(const vxPoint &p) const

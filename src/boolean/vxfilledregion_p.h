@@ -1,7 +1,9 @@
 #pragma once
 
 #include "vxmonoindex_p.h"
+#include "vxmonopieces_p.h"
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 
@@ -29,9 +31,22 @@ private:
     bool m_evenOdd;
 };
 
-/** How many places of a contour are asked; and the i-th of them. */
-int placesToAsk(const vxPath &contour);
-vxPoint placeToAsk(const vxPath &contour, int i);
+/**
+ * What isFilledAt says of a contour that does not cross an outline, at the first of some places at which it
+ * is sure.
+ */
+template <typename IsFilledAt>
+std::optional<bool> tellByPlaces(const vxPath &contour, IsFilledAt &&isFilledAt)
+{
+    // Neither an end nor the middle, which drawings on a grid have on each other's levels.
+    constexpr double somewhere = 0.381966;
+    constexpr int most = 4;
+    const int count = std::min(most, outlineSize(contour));
+    std::optional<bool> isFilled;
+    for (int i = 0; i < count && !isFilled; ++i)
+        isFilled = isFilledAt(pointAt(outlineCurve(contour, i), somewhere));
+    return isFilled;
+}
 
 /** Of an operand of which cleanCopy() just made a copy; kept with one that stands. */
 std::shared_ptr<const FilledRegion> filledRegion(const XPath &operand);

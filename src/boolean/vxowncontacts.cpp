@@ -1,5 +1,6 @@
 #include "vxowncontacts_p.h"
 
+#include "vxoperation_p.h"
 #include "vxorderedboxes_p.h"
 #include "vxpath.h"
 #include "vxpositions_p.h"
@@ -12,8 +13,6 @@
 namespace vx {
 
 namespace {
-
-enum Operation { Intersect = 1, Unite = 2, Subtract = 3, Exclude = 4 };
 
 /** Path units: vertices so near each other are a contact; far more than what a cut moves them by. */
 constexpr double contactDistance = 1e-3;

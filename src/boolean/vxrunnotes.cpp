@@ -68,8 +68,8 @@ void RunNotes::add(const RunNotes &part)
 
 void RunNotes::add(const SearchDoubts &search)
 {
-    limitReached |= search.limitReached;
-    limitHit |= search.limitReached;
+    limitReached |= !search.unfinished.empty();
+    limitHit |= !search.unfinished.empty();
     nearMiss |= !search.nearMisses.empty();
 }
 

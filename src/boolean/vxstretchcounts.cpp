@@ -4,6 +4,7 @@
 #include "vxcurvelocation.h"
 #include "vxfilledregion_p.h"
 #include "vxmono.h"
+#include "vxoperation_p.h"
 #include "vxpositions_p.h"
 #include "xpath.h"
 
@@ -14,8 +15,6 @@
 namespace vx {
 
 namespace {
-
-enum Operation { Intersect = 1, Unite = 2, Subtract = 3, Exclude = 4 };
 
 /** What Sampler counts on a stretch of an operand: the larger of the windings of its two sides. */
 vxWinding countOf(int op, bool isSecond, Position position)
@@ -120,20 +119,13 @@ private:
     /** A contour that meets nothing. */
     bool countWhole(const vxPath &contour)
     {
-        const std::optional<bool> isInside = liesInside(contour);
+        const std::optional<bool> isInside =
+            tellByPlaces(contour, [this](const vxPoint &p) { return isFilledAt(p); });
         if (!isInside)
             return false;
         for (vxSegment *segment : contour._segments())
             give(*segment, *isInside ? Position::Inside : Position::Outside);
         return true;
-    }
-
-    std::optional<bool> liesInside(const vxPath &contour)
-    {
-        std::optional<bool> isInside;
-        for (int i = 0; i < placesToAsk(contour) && !isInside; ++i)
-            isInside = isFilledAt(placeToAsk(contour, i));
-        return isInside;
     }
 
     std::optional<bool> isFilledAt(const vxPoint &p)

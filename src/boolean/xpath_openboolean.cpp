@@ -145,8 +145,8 @@ XPath *vx::computeOpenBoolean(XPath *path1, XPath *path2, int op, vxBooleanRepor
         *line, shape.get(),
         [](vxCurveLocation *location) { return location->overlap || location->isCrossing(); }, doubts);
     const vx::LocationOwner owner(crossings);
-    report.limitHit = doubts.limitReached;
-    report.verdict = doubts.limitReached ? vxBooleanReport::Doubtful : vxBooleanReport::Plain;
+    report.limitHit = !doubts.unfinished.empty();
+    report.verdict = report.limitHit ? vxBooleanReport::Doubtful : vxBooleanReport::Plain;
     Cutter cutter(*line, *shape, intersecting, report);
     cutter.cutAt(crossings);
     line->removeChildren(0, -1); // so that the result becomes the pieces' parent

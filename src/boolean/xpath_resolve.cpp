@@ -324,8 +324,8 @@ public:
         const auto accepts = [&](vxCurveLocation *location) { return accept(*location, filter); };
         vx::SearchDoubts doubts;
         const QList<vxCurveLocation *> found = vx::findIntersections(m_path, nullptr, accepts, doubts);
-        if (metNothing() && !doubts.unfinished.empty() && meetAtJointsOnly(doubts.unfinished))
-            doubts.limitReached = false;
+        if (metNothing() && meetAtJointsOnly(doubts.unfinished))
+            doubts.unfinished.clear();
         m_notes.add(doubts);
         m_notes.touchWithin = filter.touchedOffVertices() || hasContactWithin(filter.touches()) ||
                               hasContactWithin(doubts.nearMisses);

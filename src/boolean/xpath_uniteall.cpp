@@ -48,7 +48,7 @@ XPath *XPath::uniteAll(const QList<XPath *> &paths, vxBooleanReport &report)
         operands.append(path);
     }
     vx::Arrangement arrangement(operands);
-    const bool solved = arrangement.solve(vx::SetOperation::Unite);
+    const bool solved = arrangement.solve(vx::Operation::Unite);
     report.verdict = vxBooleanReport::Audited;
     report.predictedArea = arrangement.selection().area;
     report.snapping = arrangement.snapping();

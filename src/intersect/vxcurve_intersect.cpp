@@ -160,10 +160,8 @@ int CurvePair::addCurves(const ClipRange &range, int calls)
 {
     TimePairs found;
     calls = clipCurves(m_values1.values, m_values2.values, range, calls, found);
-    if (found.isCutShort()) {
-        m_param.limitReached = true;
+    if (found.isCutShort())
         m_param.unfinished.push_back({ m_curve1, m_curve2 });
-    }
     addFound(found, range.flip);
     return calls;
 }

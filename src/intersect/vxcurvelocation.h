@@ -171,8 +171,6 @@ struct PZGRAPHICS_EXPORT opParam {
     bool renormalize = false;
     double renormalizeTime = 0;
     /** Set by the run, never cleared: a search was cut short, meetings may be missing. */
-    bool limitReached = false;
-    /** Added to by the run: whose search it was. */
     std::vector<vxUnfinished> unfinished;
     /** Added to by the run: where ends come so near the other curve that rounding may have hidden a meeting.
      */

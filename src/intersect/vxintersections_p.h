@@ -13,8 +13,7 @@ namespace vx {
 
 /** Why a search may have missed a meeting. */
 struct SearchDoubts {
-    bool limitReached = false;
-    /** Where that was. */
+    /** Searches that were cut short. */
     std::vector<vxUnfinished> unfinished;
     /** Where vertices come so near a curve that rounding may have hidden a meeting. */
     std::vector<vxContact> nearMisses;

@@ -247,7 +247,6 @@ QList<vxCurveLocation *> findMeetings(XPath &path, XPath *other,
         meetItself(path, returnFirst, search);
     else
         meetEachOther(path, *other, search);
-    doubts.limitReached = doubts.limitReached || search.param().limitReached;
     const std::vector<vxUnfinished> &unfinished = search.param().unfinished;
     doubts.unfinished.insert(doubts.unfinished.end(), unfinished.begin(), unfinished.end());
     const std::vector<vxContact> &near = search.param().nearMisses;

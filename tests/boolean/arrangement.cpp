@@ -97,7 +97,7 @@ TEST(Arrangement, tells_from_bounds_what_it_would_tell_from_the_area_that_was_mo
         const auto a = read(outline);
         const auto b =
             read(shapes::ellipse(100 + off, 100, 90, 60) + " " + shapes::rectangle(300, 40, 80, 50));
-        const auto unite = vx::SetOperation::Unite;
+        const auto unite = vx::Operation::Unite;
         const auto movedAtMost = [&](double area) {
             vx::Arrangement asked({ a.get(), b.get() });
             asked.solve(unite);

@@ -57,7 +57,7 @@ private:
 int compare(const XPath &a, const XPath &b, int op)
 {
     Divided run(a, b, op);
-    if (!run.areClean || run.doubts.limitReached || !run.doubts.nearMisses.empty() ||
+    if (!run.areClean || !run.doubts.unfinished.empty() || !run.doubts.nearMisses.empty() ||
         !vx::countByEnds({ &a, run.a.get(), run.a->isClockwise() }, { &b, run.b.get(), run.b->isClockwise() },
                          op))
         return 0;

@@ -49,7 +49,7 @@ struct FullSearch : PairSearch {
             pair.addCloseEnds();
     }
 
-    bool sawNothing() const { return found.isEmpty() && !param.limitReached; }
+    bool sawNothing() const { return found.isEmpty() && param.unfinished.empty(); }
 };
 
 /** What the search does with ends alone. */

@@ -1,0 +1,200 @@
+#include "vxbooleanrun_p.h"
+
+#include "vxcleancopy_p.h"
+#include "vxcurvelocation.h"
+#include "vxlocationowner_p.h"
+#include "vxmeetingplaces_p.h"
+#include "vxoperation_p.h"
+#include "vxowncontacts_p.h"
+#include "vxpage_p.h"
+#include "vxsampler_p.h"
+#include "vxstandingcurves_p.h"
+#include "xpath.h"
+
+#include <algorithm>
+
+namespace vx {
+
+BooleanRun::BooleanRun(XPath *path1, XPath *path2, int op, RunNotes &notes)
+    : m_op(op), m_notes(notes), m_filter(notes), m_original1(path1), m_original2(path2)
+{
+    m_path1.reset(cleanCopy(path1, m_own1));
+    if (path2 && path2 != path1)
+        m_path2.reset(cleanCopy(path2, m_own2));
+    m_notes.add(m_own1);
+    m_notes.add(m_own2);
+    const bool isReversed = orient();
+    m_standing1 = standingCurves(*path1, false);
+    m_standing2 = m_path2 ? standingCurves(*path2, isReversed) : nullptr;
+    divide();
+}
+
+BooleanRun::~BooleanRun() = default;
+
+QVector<vxPath *> BooleanRun::trace()
+{
+    collect();
+    const bool isCountedByEnds = countByEnds();
+    if (!isCountedByEnds)
+        sample();
+    for (const vxSegment *segment : qAsConst(m_segments))
+        clearOverlapFlags(segment);
+    RunNotes ofTracing;
+    const QVector<vxPath *> contours = tracePaths(m_segments, m_op, ofTracing);
+    m_notes.add(ofTracing);
+    if (m_notes.any() && !ofTracing.any() && isSettled(isCountedByEnds))
+        m_notes.clearDoubts();
+    return contours;
+}
+
+// --- preparing ---
+
+/** Turns the second round where the operation wants that; whether it did. */
+bool BooleanRun::orient()
+{
+    m_notes.counterClockwise = !m_path1->isClockwise();
+    const bool opposite = m_op == Subtract || m_op == Exclude;
+    if (!m_path2 || (m_path1->isClockwise() != m_path2->isClockwise()) == opposite)
+        return false;
+    m_path2->reverse();
+    return true;
+}
+
+void BooleanRun::divide()
+{
+    m_path1->_makeCurves();
+    if (m_path2)
+        m_path2->_makeCurves();
+    if (m_standing1)
+        m_standing1->number(*m_path1);
+    if (m_standing2)
+        m_standing2->number(*m_path2);
+    const auto accept = [this](vxCurveLocation *location) { return m_filter.accepts(*location); };
+    const QList<vxCurveLocation *> crossings =
+        meetsNothing() ? QList<vxCurveLocation *>()
+                       : findIntersections(*m_path1, m_path2.get(), accept, m_doubts);
+    m_notes.add(m_doubts);
+    for (const vxUnfinished &pair : m_doubts.unfinished)
+        m_unfinished.push_back({ pair.curve1->_cubic(), pair.curve2->_cubic() });
+    m_owner = std::make_unique<LocationOwner>(crossings);
+    m_locations = m_path1->divideLocations(vxCurveLocation::expand(crossings), 0);
+    noteChains(m_locations, m_notes);
+}
+
+/** Whether one operand is a page on which the other lies; where they touch, only one is in the result. */
+bool BooleanRun::meetsNothing() const
+{
+    const auto isOnPage = [](const XPath &page, const XPath &shape) {
+        return isPageAround(page, shape) && areClosed(shape) && touchesAtVerticesOnly(page, shape);
+    };
+    return m_path2 && (m_op == Intersect || m_op == Unite) &&
+           (isOnPage(*m_original2, *m_original1) || isOnPage(*m_original1, *m_original2));
+}
+
+void BooleanRun::collect()
+{
+    for (XPath *path : { m_path1.get(), m_path2.get() }) {
+        if (!path)
+            continue;
+        for (vxPath *child : qAsConst(path->children)) {
+            m_segments += child->_segments();
+            child->addFlags(overlapsOnly | validOverlapsOnly);
+        }
+    }
+}
+
+DividedOperand BooleanRun::operand1() const
+{
+    return { m_original1, m_path1.get(), m_path1->isClockwise() };
+}
+
+DividedOperand BooleanRun::operand2() const
+{
+    return { m_original2, m_path2.get(), m_path2->isClockwise() };
+}
+
+// --- counting ---
+
+/** Where neither operand touches itself and no search was cut short. */
+bool BooleanRun::countByEnds() const
+{
+    return m_path2 && !m_own1.any() && !m_own2.any() && m_unfinished.empty() &&
+           vx::countByEnds(operand1(), operand2(), m_op);
+}
+
+void BooleanRun::sample()
+{
+    Sampler sampler(m_path1.get(), m_path2.get(), m_op, m_notes, m_standing1, m_standing2);
+    const vxSegment *previous = nullptr; // several places at one vertex follow each other
+    for (vxCurveLocation *location : qAsConst(m_locations)) {
+        vxSegment *segment = location->segmentM();
+        if (segment && segment != previous)
+            sampler.propagate(segment);
+        previous = segment;
+    }
+    for (vxSegment *segment : qAsConst(m_segments)) {
+        if (segment->winding == -1)
+            sampler.propagate(segment);
+    }
+}
+
+void BooleanRun::clearOverlapFlags(const vxSegment *segment) const
+{
+    if (segment->intersection() && segment->intersection()->overlap)
+        return;
+    segment->path->removeFlags(overlapsOnly);
+    const bool inResult = m_op == Intersect ? segment->winding == 2 : m_op >= Unite && segment->winding == 1;
+    if (inResult)
+        segment->path->removeFlags(validOverlapsOnly);
+}
+
+// --- settling doubts ---
+
+/** Whether the walk is right whatever the run met. What costs most comes last. */
+bool BooleanRun::isSettled(bool isCountedByEnds) const
+{
+    return m_path2 && (isCountedByEnds || findPositions(operand1(), operand2(), m_op)) &&
+           walkedTheBoundary() && missedNothing() && isConfirmed(m_original1, *m_path1, m_own1) &&
+           isConfirmed(m_original2, *m_path2, m_own2);
+}
+
+bool BooleanRun::walkedTheBoundary() const
+{
+    return !m_filter.touchedOffVertices() && vx::walkedTheBoundary(operand1(), operand2(), m_op, contacts());
+}
+
+/** Whether searches that were cut short had found all that there is to find. */
+bool BooleanRun::missedNothing() const
+{
+    constexpr double samePlace = 1e-5; // path units; what clipping reports may be no meeting at all
+    if (m_unfinished.empty())
+        return true;
+    std::vector<vxPoint> places;
+    for (const vxCurveLocation *location : m_locations) {
+        const vxCurveLocation *partner = location->intersection;
+        if (!partner || !location->point.isClose(partner->point, samePlace))
+            return false;
+        places.push_back(location->point);
+    }
+    for (const vxContact &contact : contacts())
+        places.push_back(contact.vertex->point);
+    return std::all_of(m_unfinished.begin(), m_unfinished.end(),
+                       [&](const auto &pair) { return meetOnlyAt(pair.first, pair.second, places); });
+}
+
+/** Whether an operand that touches itself was cleaned rightly and is joined as it was. */
+bool BooleanRun::isConfirmed(const XPath *original, const XPath &copy, const RunNotes &own) const
+{
+    return !own.any() ||
+           (keepsContactsOf(copy, m_op, original == m_original2) && isCleaningConfirmed(*original));
+}
+
+/** Places where the operands come so near each other that they touch, or may. */
+std::vector<vxContact> BooleanRun::contacts() const
+{
+    std::vector<vxContact> contacts = m_filter.touches();
+    contacts.insert(contacts.end(), m_doubts.nearMisses.begin(), m_doubts.nearMisses.end());
+    return contacts;
+}
+
+} // namespace vx
