@@ -2,18 +2,30 @@
 
 #include "vxcleancopy_p.h"
 #include "vxcurvelocation.h"
-#include "vxlocationowner_p.h"
 #include "vxmeetingplaces_p.h"
 #include "vxoperation_p.h"
 #include "vxowncontacts_p.h"
-#include "vxpage_p.h"
+#include "vxplacement_p.h"
 #include "vxsampler_p.h"
 #include "vxstandingcurves_p.h"
+#include "vxtolerance.h"
 #include "xpath.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace vx {
+
+namespace {
+
+bool haveAreas(const XPath &path)
+{
+    return std::all_of(path.children.begin(), path.children.end(), [](const vxPath *child) {
+        return std::fabs(child->getArea(true, false)) > vxTolerance::machineZero;
+    });
+}
+
+} // namespace
 
 BooleanRun::BooleanRun(XPath *path1, XPath *path2, int op, RunNotes &notes)
     : m_op(op), m_notes(notes), m_filter(notes), m_original1(path1), m_original2(path2)
@@ -26,13 +38,16 @@ BooleanRun::BooleanRun(XPath *path1, XPath *path2, int op, RunNotes &notes)
     const bool isReversed = orient();
     m_standing1 = standingCurves(*path1, false);
     m_standing2 = m_path2 ? standingCurves(*path2, isReversed) : nullptr;
-    divide();
 }
 
 BooleanRun::~BooleanRun() = default;
 
 QVector<vxPath *> BooleanRun::trace()
 {
+    QVector<vxPath *> whole;
+    if (takeWhole(whole))
+        return whole;
+    divide();
     collect();
     const bool isCountedByEnds = countByEnds();
     if (!isCountedByEnds)
@@ -70,25 +85,13 @@ void BooleanRun::divide()
     if (m_standing2)
         m_standing2->number(*m_path2);
     const auto accept = [this](vxCurveLocation *location) { return m_filter.accepts(*location); };
-    const QList<vxCurveLocation *> crossings =
-        meetsNothing() ? QList<vxCurveLocation *>()
-                       : findIntersections(*m_path1, m_path2.get(), accept, m_doubts);
+    const QList<vxCurveLocation *> crossings = findIntersections(*m_path1, m_path2.get(), accept, m_doubts);
     m_notes.add(m_doubts);
     for (const vxUnfinished &pair : m_doubts.unfinished)
         m_unfinished.push_back({ pair.curve1->_cubic(), pair.curve2->_cubic() });
-    m_owner = std::make_unique<LocationOwner>(crossings);
+    m_owner.emplace(crossings);
     m_locations = m_path1->divideLocations(vxCurveLocation::expand(crossings), 0);
     noteChains(m_locations, m_notes);
-}
-
-/** Whether one operand is a page on which the other lies; where they touch, only one is in the result. */
-bool BooleanRun::meetsNothing() const
-{
-    const auto isOnPage = [](const XPath &page, const XPath &shape) {
-        return isPageAround(page, shape) && areClosed(shape) && touchesAtVerticesOnly(page, shape);
-    };
-    return m_path2 && (m_op == Intersect || m_op == Unite) &&
-           (isOnPage(*m_original2, *m_original1) || isOnPage(*m_original1, *m_original2));
 }
 
 void BooleanRun::collect()
@@ -111,6 +114,36 @@ DividedOperand BooleanRun::operand1() const
 DividedOperand BooleanRun::operand2() const
 {
     return { m_original2, m_path2.get(), m_path2->isClockwise() };
+}
+
+// --- where nothing meets ---
+
+/**
+ * Takes the working copies that are the result as they stand, where it is plain which: of shapes side by side
+ * both, on a page one. False, and nothing taken, where it is not.
+ */
+bool BooleanRun::takeWhole(QVector<vxPath *> &contours)
+{
+    if (!m_path2 || m_notes.any())
+        return false;
+    const Placement placement = placementOf(*m_original1, *m_original2);
+    const bool areBoth = placement == Placement::SideBySide && (m_op == Unite || m_op == Exclude);
+    const Placement asFirst = m_op == Intersect ? Placement::FirstOnSecond : Placement::SecondOnFirst;
+    const Placement asSecond = m_op == Intersect ? Placement::SecondOnFirst : Placement::FirstOnSecond;
+    const bool isOne = m_op == Intersect || m_op == Unite;
+    const bool isFirst = areBoth || (isOne && placement == asFirst);
+    const bool isSecond = areBoth || (isOne && placement == asSecond);
+    // A walk would drop contours without an area, and that leaves doubts.
+    if (!(isFirst || isSecond) || (isFirst && !haveAreas(*m_path1)) || (isSecond && !haveAreas(*m_path2)))
+        return false;
+    if (isFirst)
+        contours += takeChildren(*m_path1);
+    if (isSecond)
+        contours += takeChildren(*m_path2);
+    // As if they had been walked: the result decides which way round they run.
+    for (vxPath *contour : qAsConst(contours))
+        contour->removeFlags(~0u);
+    return true;
 }
 
 // --- counting ---

@@ -2,6 +2,7 @@
 
 #include "vxcubic_p.h"
 #include "vxintersections_p.h"
+#include "vxlocationowner_p.h"
 #include "vxrunnotes_p.h"
 #include "vxstretchcounts_p.h"
 
@@ -9,6 +10,7 @@
 #include <QVector>
 
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -19,7 +21,6 @@ class vxSegment;
 
 namespace vx {
 
-class LocationOwner;
 class StandingCurves;
 
 /**
@@ -41,8 +42,9 @@ private:
     // preparing
     bool orient();
     void divide();
-    bool meetsNothing() const;
     void collect();
+
+    bool takeWhole(QVector<vxPath *> &contours);
 
     // counting
     bool countByEnds() const;
@@ -70,7 +72,7 @@ private:
     const XPath *m_original1;
     const XPath *m_original2;
     // Declared before the working copies: segments drop their locations before the last reference goes.
-    std::unique_ptr<LocationOwner> m_owner;
+    std::optional<LocationOwner> m_owner;
     std::unique_ptr<XPath> m_path1;
     std::unique_ptr<XPath> m_path2; ///< null where one object is both operands
     /** What the operands keep of their copies' curves; null where that is nothing. */

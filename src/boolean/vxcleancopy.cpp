@@ -3,6 +3,7 @@
 #include "vxaudit_p.h"
 #include "vxfilledregion_p.h"
 #include "vxmonopieces_p.h"
+#include "vxref_p.h"
 #include "vxrunnotes_p.h"
 #include "vxstandingcurves_p.h"
 #include "xpath.h"
@@ -257,6 +258,19 @@ XPath *cleanCopy(const XPath *path, RunNotes &notes)
         known = nullptr;
     notes.add(own);
     return copy;
+}
+
+QVector<vxPath *> takeChildren(XPath &copy)
+{
+    QVector<vxPath *> taken;
+    taken.swap(copy.children);
+    for (vxPath *child : qAsConst(taken)) {
+        vxRef<vxPath> held(child);
+        child->parent = nullptr;
+        child->release();
+        held.take();
+    }
+    return taken;
 }
 
 StandingCurves *standingCurves(const XPath &path, bool isReversed)

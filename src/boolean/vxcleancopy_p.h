@@ -1,8 +1,9 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QVector>
 
 class XPath;
+class vxPath;
 
 namespace vx {
 
@@ -22,6 +23,9 @@ constexpr quint32 validOverlapsOnly = 8;
  * and the same notes.
  */
 XPath *cleanCopy(const XPath *path, RunNotes &notes);
+
+/** The contours of a working copy, which lets go of them: count 0, the caller's. */
+QVector<vxPath *> takeChildren(XPath &copy);
 
 /**
  * Whether the cleaned copy that cleanCopy() just made of an operand is right though its notes leave doubts;

@@ -41,8 +41,8 @@ struct Ray {
     /** Long enough to have a direction at the scale at which places are told apart. */
     bool isClear() const
     {
-        return std::hypot(direction.x, direction.y) > shortest &&
-               curve.p0().getDistance(curve.p3()) > shortest;
+        constexpr double square = shortest * shortest;
+        return direction.dot(direction) > square && curve.p0().getDistance(curve.p3(), true) > square;
     }
 };
 

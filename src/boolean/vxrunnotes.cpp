@@ -129,6 +129,8 @@ bool MeetingFilter::crosses(vxCurveLocation &location)
 void MeetingFilter::noteTouch(const vxCurveLocation &location)
 {
     m_notes.touch = true;
+    if (m_touches.empty())
+        m_touches.reserve(16);
     const vxCurveLocation *other = location.intersection;
     const vxSegment *vertex = vertexAt(location);
     const vxSegment *otherVertex = other ? vertexAt(*other) : nullptr;

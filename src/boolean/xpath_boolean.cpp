@@ -15,42 +15,18 @@
 #include "vxbooleanrun_p.h"
 #include "vxcleancopy_p.h"
 #include "vxoperation_p.h"
-#include "vxpage_p.h"
-#include "vxref_p.h"
+#include "vxplacement_p.h"
 #include "vxrunnotes_p.h"
 #include "vxsampler_p.h"
 
 #include <algorithm>
 #include <memory>
-#include <vector>
 
 namespace {
 
 bool isEmpty(const XPath *path)
 {
     return !path || path->children.isEmpty();
-}
-
-/** Whether no place lies inside the boxes of both: they are apart, or touch. */
-bool haveNoCommonBox(const XPath &a, const XPath &b)
-{
-    const vxRect boxA = a.getBounds(vxBoundOpt::geometric(), vxStyle());
-    const vxRect boxB = b.getBounds(vxBoundOpt::geometric(), vxStyle());
-    return std::min(boxA.right(), boxB.right()) <= std::max(boxA.x, boxB.x) ||
-           std::min(boxA.bottom(), boxB.bottom()) <= std::max(boxA.y, boxB.y);
-}
-
-/** The children of a working copy, which lets go of them: count 0, the caller's. */
-QVector<vxPath *> takeChildren(XPath &path)
-{
-    QVector<vxPath *> taken = path.children;
-    std::vector<vxRef<vxPath>> held;
-    for (vxPath *child : qAsConst(taken))
-        held.emplace_back(child);
-    path.removeChildren(0, -1);
-    for (vxRef<vxPath> &child : held)
-        child.take();
-    return taken;
 }
 
 /**
@@ -64,7 +40,7 @@ QVector<vxPath *> contoursWithEmpty(XPath *path1, XPath *path2, int op, vx::RunN
     else if (op == vx::Unite || op == vx::Exclude)
         kept = isEmpty(path1) ? path2 : path1;
     const std::unique_ptr<XPath> copy(vx::cleanCopy(kept, notes));
-    return takeChildren(*copy);
+    return vx::takeChildren(*copy);
 }
 
 /** The cleaned contours of an operand that have an area. */
@@ -72,7 +48,7 @@ QVector<vxPath *> cleanContours(const XPath *path, vx::RunNotes &notes)
 {
     const std::unique_ptr<XPath> copy(vx::cleanCopy(path, notes));
     notes.counterClockwise = !copy->isClockwise();
-    QVector<vxPath *> contours = takeChildren(*copy);
+    QVector<vxPath *> contours = vx::takeChildren(*copy);
     const auto hasNoArea = [](vxPath *contour) {
         const bool isNothing = contour->getArea(true, false) == 0;
         if (isNothing)
@@ -95,7 +71,7 @@ QVector<vxPath *> contoursOf(XPath *path1, XPath *path2, int op, vx::RunNotes &n
         return op == vx::Intersect || op == vx::Unite ? cleanContours(path1, notes) : QVector<vxPath *>();
     if (op == vx::Subtract && vx::isPageAround(*path2, *path1))
         return {};
-    if ((op == vx::Intersect || op == vx::Subtract) && haveNoCommonBox(*path1, *path2))
+    if ((op == vx::Intersect || op == vx::Subtract) && vx::haveNoCommonBox(*path1, *path2))
         return op == vx::Subtract ? cleanContours(path1, notes) : QVector<vxPath *>();
     return vx::BooleanRun(path1, path2, op, notes).trace();
 }

@@ -5,6 +5,8 @@
 #include "vxlocationowner_p.h"
 #include "vxpath.h"
 
+#include <QVarLengthArray>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -128,7 +130,7 @@ struct Entry {
     double position = std::numeric_limits<double>::quiet_NaN();
     vxCurveLocation *location;
 
-    explicit Entry(vxCurveLocation *l) : location(l)
+    explicit Entry(vxCurveLocation *l = nullptr) : location(l)
     {
         if (!l)
             return;
@@ -142,16 +144,31 @@ struct Entry {
     }
 };
 
-bool havePositions(const std::vector<Entry> &entries)
+/** Of a small search on the stack. */
+using Entries = QVarLengthArray<Entry, 24>;
+
+bool havePositions(const Entries &entries)
 {
     return std::none_of(entries.begin(), entries.end(),
                         [](const Entry &e) { return std::isnan(e.position); });
 }
 
-/** What inserting partners one by one into a list that is in order comes to: each behind its equals. */
-void merge(const std::vector<Entry> &own, std::vector<Entry> &partners, vxCurveLocation **places)
+/** Stable; the standard's takes memory for however few. */
+void sort(Entries &entries)
 {
-    std::stable_sort(partners.begin(), partners.end());
+    constexpr int few = 16;
+    if (entries.size() > few) {
+        std::stable_sort(entries.begin(), entries.end());
+        return;
+    }
+    for (Entry *entry = entries.begin(); entry != entries.end(); ++entry)
+        std::rotate(std::upper_bound(entries.begin(), entry, *entry), entry, entry + 1);
+}
+
+/** What inserting partners one by one into a list that is in order comes to: each behind its equals. */
+void merge(const Entries &own, Entries &partners, vxCurveLocation **places)
+{
+    sort(partners);
     auto partner = partners.cbegin();
     for (const Entry &entry : own) {
         for (; partner != partners.cend() && *partner < entry; ++partner)
@@ -163,11 +180,10 @@ void merge(const std::vector<Entry> &own, std::vector<Entry> &partners, vxCurveL
 }
 
 /** Where the list is out of order or a position is unknown, places in it are what bisection says. */
-void insertOneByOne(const std::vector<Entry> &own, const std::vector<Entry> &partners,
-                    vxCurveLocation **places)
+void insertOneByOne(const Entries &own, const Entries &partners, vxCurveLocation **places)
 {
     std::vector<const Entry *> ordered;
-    ordered.reserve(own.size());
+    ordered.reserve(size_t(own.size()));
     for (const Entry &entry : own)
         ordered.push_back(&entry);
     vx::InsertionList<const Entry *> order(ordered);
@@ -184,21 +200,21 @@ QList<vxCurveLocation *> vxCurveLocation::expand(const QList<vxCurveLocation *> 
 {
     if (list.isEmpty())
         return list;
-    std::vector<Entry> own;
-    std::vector<Entry> partners;
-    own.reserve(size_t(list.size()));
-    partners.reserve(size_t(list.size()));
+    Entries own;
+    Entries partners;
+    own.reserve(list.size());
+    partners.reserve(list.size());
     for (vxCurveLocation *location : list)
-        own.emplace_back(location);
+        own.append(Entry(location));
     // The last one's partner is inserted first.
     for (int i = list.size() - 1; i >= 0; --i) {
         if (list.at(i) && list.at(i)->intersection)
-            partners.emplace_back(list.at(i)->intersection);
+            partners.append(Entry(list.at(i)->intersection));
     }
     const bool isOrdered =
         havePositions(own) && havePositions(partners) && std::is_sorted(own.begin(), own.end());
     QList<vxCurveLocation *> result;
-    vxCurveLocation **places = vx::lengthen(result, int(own.size() + partners.size()));
+    vxCurveLocation **places = vx::lengthen(result, own.size() + partners.size());
     if (isOrdered)
         merge(own, partners, places);
     else

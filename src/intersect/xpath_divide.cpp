@@ -4,7 +4,7 @@
 #include "vxdivisions_p.h"
 #include "vxref_p.h"
 
-#include <vector>
+#include <QVarLengthArray>
 
 using namespace vxTolerance;
 
@@ -19,7 +19,7 @@ class Divider
 {
 public:
     /** At most count places are to come. */
-    explicit Divider(int count) : m_divisions(size_t(count)), m_count(size_t(count)) {}
+    explicit Divider(int count) : m_divisions(count), m_count(count) {}
 
     void divideAt(vxCurveLocation *location)
     {
@@ -66,10 +66,10 @@ private:
             segment = curve->segment2();
         } else if (vxCurve *second = divide(curve, time)) {
             if (!m_hasHandles) {
-                if (m_straight.empty())
+                if (m_straight.isEmpty())
                     m_straight.reserve(2 * m_count);
-                m_straight.emplace_back(curve);
-                m_straight.emplace_back(second);
+                m_straight.append(vxRef<vxCurve>(curve));
+                m_straight.append(vxRef<vxCurve>(second));
             }
             segment = second->segment1();
             if (m_previous && m_previous->time == 1.0) {
@@ -135,14 +135,14 @@ private:
     }
 
     vx::Divisions m_divisions;
-    const size_t m_count;
+    const int m_count;
     /** The path whose divisions are not listed yet. */
     vxPath *m_path = nullptr;
     vxRef<vxCurve> m_curve;
     bool m_hasHandles = false;
     vxCurveLocation *m_previous = nullptr;
     double m_previousTime = noTime;
-    std::vector<vxRef<vxCurve>> m_straight;
+    QVarLengthArray<vxRef<vxCurve>, 32> m_straight;
 };
 
 bool isAlive(vxCurveLocation *location)

@@ -7,6 +7,8 @@
 #include "vxorderedboxes_p.h"
 #include "vxpair_p.h"
 
+#include <QVarLengthArray>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -16,13 +18,17 @@ namespace {
 
 /** A curve of a compound path and what the search asks of it. */
 struct Item {
-    vxCurve *curve;
+    vxCurve *curve = nullptr;
     vx::PreparedCurve values;
 
+    Item() = default;
     Item(vxCurve *itsCurve, const vx::Cubic &cubic, const vx::Box &box) : curve(itsCurve), values(cubic, box)
     {
     }
 };
+
+/** Of few curves on the stack. */
+using Items = QVarLengthArray<Item, 24>;
 
 struct BoxOf {
     const Item *items;
@@ -122,13 +128,13 @@ public:
      * One curve with all of others from place first on; before and after are the places of its neighbours, -1
      * for none.
      */
-    void meetOthers(const Item &item, const std::vector<Item> &others, vx::BoxLookup<BoxOf> &boxes, int first,
-                    int before, int after)
+    void meetOthers(const Item &item, const Items &others, vx::BoxLookup<BoxOf> &boxes, int first, int before,
+                    int after)
     {
         // Twice the reach of boxesMeet, which decides: the comparisons may round differently.
         boxes.query(item.values.box, 2 * vxTolerance::closeDistance, first, [&](int j) {
             setParam(j == before, j == after);
-            const Item &other = others[size_t(j)];
+            const Item &other = others[j];
             vx::CurvePair(item.values, other.values, item.curve, other.curve, m_group, m_param).intersect();
         });
     }
@@ -168,20 +174,20 @@ bool isLeftOut(int count1, int count2)
 void meetItself(const XPath &path, bool firstOnly, Search &search)
 {
     const int count = countCurves(path);
-    std::vector<Item> items;
-    items.reserve(size_t(count));
+    Items items;
+    items.reserve(count);
     for (const vxPath *child : path.children) {
         for (vxCurve *curve : child->_curves()) {
             const vx::Cubic cubic = curve->_cubic();
-            items.emplace_back(curve, cubic, vx::pulledBox(cubic));
+            items.append(Item(curve, cubic, vx::pulledBox(cubic)));
         }
     }
-    vx::BoxLookup<BoxOf> boxes(items.size(), BoxOf{ items.data() });
+    vx::BoxLookup<BoxOf> boxes(size_t(items.size()), BoxOf{ items.data() });
     ContourRange contour;
     for (const vxPath *child : path.children) {
         contour = { contour.end(), child->_countCurves(), child->isClosed() };
         for (int i = contour.first; i < contour.end(); ++i) {
-            const Item &item = items[size_t(i)];
+            const Item &item = items[i];
             // A closed path of one curve meets itself where it closes, which is no intersection.
             search.meetItself(item, count == 1 &&
                                         item.curve->getPoint1().subtract(item.curve->getPoint2()).isZero());
@@ -201,17 +207,17 @@ void meetEachOther(const XPath &path1, const XPath &path2, Search &search)
     const int count2 = countCurves(path2);
     if (isLeftOut(count1, count2))
         return;
-    std::vector<vx::Box> boxes1;
-    boxes1.reserve(size_t(count1));
+    QVarLengthArray<vx::Box, 32> boxes1;
+    boxes1.reserve(count1);
     vx::Box around1 = emptyBox;
     for (const vxPath *child : path1.children) {
         for (const vxCurve *curve : child->_curves()) {
-            boxes1.push_back(vx::pulledBox(curve->_cubic()));
-            extend(around1, boxes1.back());
+            boxes1.append(vx::pulledBox(curve->_cubic()));
+            extend(around1, boxes1.last());
         }
     }
-    std::vector<Item> near;
-    near.reserve(size_t(count2));
+    Items near;
+    near.reserve(count2);
     vx::Box around2 = emptyBox;
     for (const vxPath *child : path2.children) {
         for (vxCurve *curve : child->_curves()) {
@@ -219,11 +225,11 @@ void meetEachOther(const XPath &path1, const XPath &path2, Search &search)
             const vx::Box box = vx::pulledBox(cubic);
             if (!vx::boxesMeet(around1, box))
                 continue;
-            near.emplace_back(curve, cubic, box);
+            near.append(Item(curve, cubic, box));
             extend(around2, box);
         }
     }
-    vx::BoxLookup<BoxOf> boxes2(near.size(), BoxOf{ near.data() });
+    vx::BoxLookup<BoxOf> boxes2(size_t(near.size()), BoxOf{ near.data() });
     auto box1 = boxes1.cbegin();
     for (const vxPath *child : path1.children) {
         for (vxCurve *curve : child->_curves()) {

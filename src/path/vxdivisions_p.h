@@ -4,9 +4,10 @@
 #include "vxcurve.h"
 #include "vxsegment.h"
 
+#include <QVarLengthArray>
+
 #include <algorithm>
 #include <utility>
-#include <vector>
 
 namespace vx {
 
@@ -18,18 +19,22 @@ class Divisions
 {
 public:
     /** Up to count divisions are to come, of all paths. */
-    explicit Divisions(size_t count) : segments(count), curves(count) { m_waiting.reserve(count); }
+    explicit Divisions(int count) : segments(size_t(count)), curves(size_t(count))
+    {
+        m_waiting.reserve(count);
+    }
 
     /** The first half's position in its path's lists, and the second half. */
     using Division = std::pair<int, vxCurve *>;
+    using List = QVarLengthArray<Division, 16>;
 
-    bool isEmpty() const { return m_waiting.empty(); }
-    void add(int position, vxCurve *second) { m_waiting.emplace_back(position, second); }
+    bool isEmpty() const { return m_waiting.isEmpty(); }
+    void add(int position, vxCurve *second) { m_waiting.append({ position, second }); }
     /**
      * From the last position to the first. Of one curve's divisions the first made lies last: each stands
      * directly behind the curve it was cut from.
      */
-    const std::vector<Division> &fromTheLast()
+    const List &fromTheLast()
     {
         const auto liesBehind = [](const Division &a, const Division &b) { return a.first > b.first; };
         if (!std::is_sorted(m_waiting.begin(), m_waiting.end(), liesBehind))
@@ -42,7 +47,7 @@ public:
     vxBatch<vxCurve> curves;
 
 private:
-    std::vector<Division> m_waiting;
+    List m_waiting;
 };
 
 } // namespace vx

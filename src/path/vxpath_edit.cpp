@@ -44,10 +44,10 @@ void spliceIn(QList<T *> &list, int at, const QList<T *> &items)
 
 /** Puts itemOf(second half) behind the position of each division, which come from the last to the first. */
 template <typename T, typename ItemOf>
-void spliceBehind(QList<T *> &list, const std::vector<vx::Divisions::Division> &divisions, ItemOf itemOf)
+void spliceBehind(QList<T *> &list, const vx::Divisions::List &divisions, ItemOf itemOf)
 {
     const int size = list.size();
-    T **end = vx::lengthen(list, int(divisions.size())) + divisions.size();
+    T **end = vx::lengthen(list, divisions.size()) + divisions.size();
     T **behind = end - divisions.size(); // what is not in its place yet ends here
     T **const begin = behind - size;
     for (const auto &[position, second] : divisions) {
@@ -274,7 +274,7 @@ void vxPath::_insertDivisions(vx::Divisions &divisions)
 {
     if (divisions.isEmpty())
         return;
-    const std::vector<vx::Divisions::Division> &waiting = divisions.fromTheLast();
+    const vx::Divisions::List &waiting = divisions.fromTheLast();
     spliceBehind(m_segments, waiting, [](vxCurve *second) { return second->segment1(); });
     spliceBehind(m_curves, waiting, [](vxCurve *second) { return second; });
     renumber(waiting.back().first);

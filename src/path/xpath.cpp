@@ -7,9 +7,9 @@
 XPath::~XPath()
 {
     // Emptied first, so that nothing a release sets off meets a child that is gone.
-    const QVector<vxPath *> old = children;
-    children.clear();
-    for (vxPath *child : old) {
+    QVector<vxPath *> old;
+    old.swap(children);
+    for (vxPath *child : qAsConst(old)) {
         if (child->parent == this)
             child->parent = nullptr;
         child->release();
@@ -54,15 +54,12 @@ void XPath::addChild(vxPath *child, int index)
 
 void XPath::addChildren(const QVector<vxPath *> &list, int index)
 {
-    QVector<vxPath *> added;
-    added.reserve(list.size());
-    for (vxPath *child : list) {
-        if (!child)
-            continue;
+    QVector<vxPath *> added = list;
+    added.removeAll(nullptr);
+    for (vxPath *child : qAsConst(added)) {
         child->addRef();
         if (!child->parent)
             child->parent = this;
-        added.append(child);
     }
     if (index < 0 || index > children.size())
         index = children.size();

@@ -181,3 +181,30 @@ TEST(KnownShapes, beside_each_other_leave_the_first_and_share_nothing)
             EXPECT_TRUE(contour->isClosed());
     }
 }
+
+TEST(KnownShapes, beside_each_other_stay_as_they_are_unless_they_share_a_side)
+{
+    const std::string ring = ellipse(50, 50, 50, 50) + ellipse(50, 50, 20, 20);
+    const char *const beside[] = { "M 100 50 L 150 0 L 150 100 Z",               // a vertex of each touches
+                                   "M 150 100 L 150 0 C 130 0 120 30 100 50 Z",  // drawn the other way round
+                                   "M 0 130 L 40 100.5 L 100 120 L 100 130 Z" }; // apart, below
+    const XPathPtr a = read(ring);
+    for (const char *data : beside) {
+        const XPathPtr b = read(data);
+        for (int op : { 2, 4 }) {
+            for (const auto &pair : { std::make_pair(a.get(), b.get()), std::make_pair(b.get(), a.get()) }) {
+                const XPathPtr both = compute(pair.first, pair.second, op);
+                ASSERT_EQ(both->children.size(), 3);
+                EXPECT_TRUE(both->isClockwise());
+                EXPECT_EQ(both->getCurves().size(), a->getCurves().size() + b->getCurves().size());
+                EXPECT_NEAR(areaOf(*both), areaOf(*a) + areaOf(*b), 1e-3);
+            }
+        }
+    }
+    for (int op : { 2, 4 }) {
+        const XPathPtr joined =
+            compute(read(rectangle(0, 0, 100, 100)).get(), read(rectangle(100, 20, 50, 50)).get(), op);
+        EXPECT_EQ(joined->children.size(), 1);
+        EXPECT_NEAR(areaOf(*joined), 12500, 1e-9);
+    }
+}

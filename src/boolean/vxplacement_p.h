@@ -1,0 +1,27 @@
+#pragma once
+
+class XPath;
+
+/**
+ * Shapes of which their boxes nearly tell how they lie: side by side, or one on a page or in a frame, since
+ * what a drawing is clipped to is mostly an upright rectangle around it.
+ */
+namespace vx {
+
+/** Whether no place lies inside the boxes of both: they are apart, or touch. */
+bool haveNoCommonBox(const XPath &a, const XPath &b);
+
+/** Whether a shape is one upright rectangle that holds all of another; they may touch. */
+bool isPageAround(const XPath &page, const XPath &shape);
+
+/** How two shapes lie of which no curve meets one of the other's, but where vertices touch. */
+enum class Placement { SideBySide, FirstOnSecond, SecondOnFirst, Unknown };
+
+/**
+ * Of two closed shapes side by side, or on a page: all curves keep off the line between the boxes, or the
+ * border of the page, but for vertices that touch it. Then the outlines do not cross, whatever a search may
+ * find. Unknown where that is not so, or not plain.
+ */
+Placement placementOf(const XPath &first, const XPath &second);
+
+} // namespace vx
