@@ -176,8 +176,9 @@ Outline outlineOf(const QVector<vxPath *> &paths, const Frame &frame)
     return outline;
 }
 
-Outline outlineOf(const std::vector<Contour> &contours, const Arrangement &arrangement)
+Outline outlineOf(const Arrangement &arrangement)
 {
+    const std::vector<Contour> contours = arrangement.contours();
     Outline outline;
     outline.contours.reserve(contours.size());
     for (const Contour &contour : contours) {
@@ -220,19 +221,32 @@ bool crossThemselves(const QVector<vxPath *> &contours)
     return !crossings.isEmpty();
 }
 
-/**
- * Whether the engine traced what the arrangement did: the same area and length in all, in as many contours of
- * the same size (lobes that hang together at a point are contours of their own), which are the same curves
- * or at least as simple.
- */
-bool agrees(const QVector<vxPath *> &paths, const Outline &traced, const Outline &expected,
-            const Arrangement &arrangement, const RunNotes &notes)
+/** In square units of the frame. */
+double areaMarginIn(const Arrangement &arrangement)
 {
     const double scale = arrangement.frame().scale;
-    const double margin = areaMargin * arrangement.boxArea() * scale * scale;
+    return areaMargin * arrangement.boxArea() * scale * scale;
+}
+
+/** Whether the engine traced the arrangement's area in all. */
+bool areasAgree(const Outline &traced, const Arrangement &arrangement, const RunNotes &notes)
+{
+    const double scale = arrangement.frame().scale;
     const double signedArea = arrangement.selection().signedArea * scale * scale;
-    if (traced.contours.size() != expected.contours.size() ||
-        !(std::fabs(traced.signedArea() - (notes.counterClockwise ? -signedArea : signedArea)) <= margin))
+    return std::fabs(traced.signedArea() - (notes.counterClockwise ? -signedArea : signedArea)) <=
+           areaMarginIn(arrangement);
+}
+
+/**
+ * Whether the engine traced what the arrangement did: the same length in all, in as many contours of the same
+ * size (lobes that hang together at a point are contours of their own), which are the same curves or at least
+ * as simple.
+ */
+bool outlinesAgree(const QVector<vxPath *> &paths, const Outline &traced, const Outline &expected,
+                   const Arrangement &arrangement)
+{
+    const double margin = areaMarginIn(arrangement);
+    if (traced.contours.size() != expected.contours.size())
         return false;
     const std::vector<const FramedContour *> tracedBySize = traced.bySize();
     const std::vector<const FramedContour *> expectedBySize = expected.bySize();
@@ -308,23 +322,18 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, Operation operat
     if (!isSure)
         reduced = simplified(traced, moved);
     const Outline outline = outlineOf(reduced, arrangement.frame());
-    const auto isTraced = [&](const std::vector<Contour> &contours) {
-        return agrees(reduced, outline, outlineOf(contours, arrangement), arrangement, notes);
+    const auto isTraced = [&] {
+        return areasAgree(outline, arrangement, notes) &&
+               outlinesAgree(reduced, outline, outlineOf(arrangement), arrangement);
     };
-    std::vector<Contour> expected;
-    bool same = false;
     // Areas that snapping may have moved tell nothing of the engine's: two ways of drawing one shape would be
     // snapped differently, and each agree with its own.
-    if (arrangement.movedAtMost(areaMargin * arrangement.boxArea(), operation)) {
-        expected = arrangement.contours();
-        same = isTraced(expected);
-    }
+    bool same = arrangement.movedAtMost(areaMargin * arrangement.boxArea(), operation) && isTraced();
     if (!same) {
         arrangement.refine(operation, areaMargin * arrangement.boxArea());
         report.predictedArea = arrangement.selection().area;
         report.snapping = arrangement.snapping();
-        expected = arrangement.contours();
-        same = isTraced(expected);
+        same = isTraced();
     }
     report.verdict = same ? vxBooleanReport::Audited : vxBooleanReport::Replaced;
     if (same)
@@ -335,7 +344,7 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, Operation operat
         return reduced;
     }
     releaseAll(reduced);
-    return arrangement.makePaths(expected);
+    return arrangement.trace();
 }
 
 bool confirmsCleaning(const XPath &original, const XPath &copy)
