@@ -253,15 +253,26 @@ bool positionOf(const Ray &ray, bool isOutgoing, const FilledSides &sides, const
     return isInside.has_value();
 }
 
+/** Of both stretches at a corner. */
+bool positionsOf(const Corner &own, const FilledSides &sides, const Corner &other, Positions &positions)
+{
+    return positionOf(own.in, false, sides, other, positions.before) &&
+           positionOf(own.out, true, sides, other, positions.after);
+}
+
+FilledSides seenByOther(const FilledSides &sides)
+{
+    return { sides.otherRight, sides.ownRight, sides.straightIsShared };
+}
+
 /** Of an outline that passes a corner of the other on one side; none where that is not sure. */
 std::optional<Position> positionBeside(const Corner &own, const Corner &other)
 {
-    const FilledSides sides{ own.fillsRight, other.fillsRight };
-    Position before, after;
-    if (!positionOf(own.in, false, sides, other, before) || !positionOf(own.out, true, sides, other, after) ||
-        before != after || isAlong(before))
+    Positions lie;
+    if (!positionsOf(own, { own.fillsRight, other.fillsRight }, other, lie) || lie.before != lie.after ||
+        isAlong(lie.before))
         return std::nullopt;
-    return before;
+    return lie.before;
 }
 
 bool areTangent(const Corner &a, const Corner &b)
@@ -297,14 +308,14 @@ std::optional<PlaceOnOutline> placeOn(const vxSegment &start, const vxPoint &p, 
 
 } // namespace
 
-const vxSegment *partnerAt(const vxSegment &vertex)
+vxSegment *partnerAt(const vxSegment &vertex)
 {
     const vxCurveLocation *first = vertex.intersection();
     while (first && first->previous)
         first = first->previous;
-    const vxSegment *partner = nullptr;
+    vxSegment *partner = nullptr;
     for (const vxCurveLocation *met = first; met; met = met->next) {
-        const vxSegment *segment = met->segment;
+        vxSegment *segment = met->segment;
         if (segment == &vertex)
             continue;
         if (!segment || !segment->path || (partner && partner != segment))
@@ -314,16 +325,17 @@ const vxSegment *partnerAt(const vxSegment &vertex)
     return partner && partner->path->parent != vertex.path->parent ? partner : nullptr;
 }
 
-bool positionsAt(const vxSegment &vertex, const FilledSides &sides, Positions &positions)
+bool positionsAt(const vxSegment &vertex, const FilledSides &sides, MeetingPositions &positions)
 {
     const vxCurveLocation *theirs = vertex.intersection();
     if (theirs->_turn() != 0 && !theirs->next && !theirs->previous) {
         const bool enters = (theirs->_turn() > 0) == sides.otherRight;
-        positions = enters ? Positions{ Position::Outside, Position::Inside }
-                           : Positions{ Position::Inside, Position::Outside };
+        positions.own = enters ? Positions{ Position::Outside, Position::Inside }
+                               : Positions{ Position::Inside, Position::Outside };
+        positions.partner = nullptr;
         return true;
     }
-    const vxSegment *partner = partnerAt(vertex);
+    vxSegment *partner = partnerAt(vertex);
     if (!partner || partnerAt(*partner) != &vertex)
         return false;
     // A crossing just beside a vertex is moved onto it, which the result would show.
@@ -331,8 +343,9 @@ bool positionsAt(const vxSegment &vertex, const FilledSides &sides, Positions &p
         return false;
     const Corner own(vertex, sides.ownRight);
     const Corner other(*partner, sides.otherRight);
-    return own.isClear() && other.isClear() && positionOf(own.in, false, sides, other, positions.before) &&
-           positionOf(own.out, true, sides, other, positions.after);
+    positions.partner = partner;
+    return own.isClear() && other.isClear() && positionsOf(own, sides, other, positions.own) &&
+           positionsOf(other, seenByOther(sides), own, positions.partners);
 }
 
 std::optional<ContactPositions> positionsAtContact(const vxContact &contact, const FilledSides &sides)

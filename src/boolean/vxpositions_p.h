@@ -35,6 +35,13 @@ struct FilledSides {
     bool straightIsShared = false;
 };
 
+/** Of two outlines that meet: that of a vertex, and the other where that could be told as well. */
+struct MeetingPositions {
+    Positions own;
+    vxSegment *partner; ///< the other's vertex; null where its positions were not told
+    Positions partners;
+};
+
 /** Of two outlines that touch without passing through each other: that of a vertex, and the other. */
 struct ContactPositions {
     Position own, other;
@@ -45,13 +52,13 @@ struct ContactPositions {
 };
 
 /** The other operand's vertex at the same place; null where there is none, or more than one. */
-const vxSegment *partnerAt(const vxSegment &vertex);
+vxSegment *partnerAt(const vxSegment &vertex);
 
 /**
- * How an outline lies to the other's at a vertex where they meet, told by the directions in which the four
+ * How two outlines lie to each other at a vertex where they meet, told by the directions in which the four
  * curves leave it. False where two of these are so near each other, or curves so short, that it is not sure.
  */
-bool positionsAt(const vxSegment &vertex, const FilledSides &sides, Positions &positions);
+bool positionsAt(const vxSegment &vertex, const FilledSides &sides, MeetingPositions &positions);
 
 /**
  * The same at a contact that was not taken for a meeting; the curve of the other outline may have been

@@ -60,6 +60,7 @@ void clearCounts(const XPath &path)
         for (vxSegment *segment : child->_segments()) {
             segment->winding = -1;
             segment->contour = false;
+            segment->arrival = vxSegment::noPosition;
         }
     }
 }
@@ -99,7 +100,7 @@ private:
     bool countFrom(int first, const QList<vxSegment *> &segments)
     {
         Positions atFirst;
-        if (!positionsAt(*segments.at(first), m_sides, atFirst))
+        if (!tellPositions(*segments.at(first), atFirst))
             return false;
         Position position = atFirst.after;
         give(*segments.at(first), position);
@@ -107,13 +108,34 @@ private:
             vxSegment *segment = segments.at((first + i) % segments.size());
             if (segment->intersection()) {
                 Positions here;
-                if (!positionsAt(*segment, m_sides, here) || here.before != position)
+                if (!tellPositions(*segment, here) || here.before != position)
                     return false;
                 position = here.after;
             }
             give(*segment, position);
         }
         return position == atFirst.before;
+    }
+
+    /** At a meeting, where both outlines' positions are told at once: each vertex keeps its own. */
+    bool tellPositions(vxSegment &vertex, Positions &positions) const
+    {
+        if (vertex.arrival == vxSegment::noPosition) {
+            MeetingPositions told;
+            if (!positionsAt(vertex, m_sides, told))
+                return false;
+            keep(vertex, told.own);
+            if (told.partner)
+                keep(*told.partner, told.partners);
+        }
+        positions = { Position(vertex.arrival), Position(vertex.position) };
+        return true;
+    }
+
+    static void keep(vxSegment &vertex, const Positions &positions)
+    {
+        vertex.arrival = quint8(positions.before);
+        vertex.position = quint8(positions.after);
     }
 
     /** A contour that meets nothing. */

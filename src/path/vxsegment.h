@@ -133,6 +133,9 @@ public:
     bool contour = false;
     /** Where the curve that starts here lies, a vx::Position. */
     quint8 position = 0;
+    /** The same of the curve that ends here, where a meeting told both; else noPosition. */
+    static constexpr quint8 noPosition = 0xff;
+    quint8 arrival = noPosition;
     /** The curve that starts here belongs to a contour of the result. */
     bool walked = false;
     /** The walk came to it from a curve of another contour, or elsewhere of its own, that ends here. */
