@@ -5,7 +5,7 @@
 #include "xpath.h"
 
 #include <algorithm>
-#include <initializer_list>
+#include <iterator>
 
 namespace vx {
 
@@ -50,21 +50,30 @@ struct Side {
     double line;
     int inward; ///< sign of a coordinate's difference from the line's on that side
 
+    double distanceOf(const Cubic &c, int i) const { return inward * (c.v[2 * i + coordinate] - line); }
     bool isTouchedAtEndsOnly(const Cubic &c) const
     {
-        const auto distance = [&](int i) { return inward * (c.v[2 * i + coordinate] - line); };
-        return touchesAtEndsOnly(distance(0), distance(1), distance(2), distance(3));
+        return touchesAtEndsOnly(distanceOf(c, 0), distanceOf(c, 1), distanceOf(c, 2), distanceOf(c, 3));
+    }
+    /** Whether a curve that starts near the line surely does not run along it at first. */
+    bool isLeftAtAnAngle(const Cubic &c) const
+    {
+        constexpr double leastSine = 0.02;
+        constexpr double shortest = 1e-4; // path units: a shorter handle gives no direction
+        if (distanceOf(c, 0) > near)
+            return true;
+        const int i = c.p1() != c.p0() ? 1 : c.p2() != c.p0() ? 2 : 3;
+        const double length = vxPoint(c.v[2 * i], c.v[2 * i + 1]).getDistance(c.p0());
+        return length > shortest && distanceOf(c, i) > leastSine * length;
     }
 };
 
-/** Whether a closed shape's curves keep to one side of each line but for vertices that touch it. */
-bool touchesAtVerticesOnly(const XPath &shape, std::initializer_list<Side> sides)
+template <typename Predicate>
+bool allCurves(const XPath &shape, Predicate &&isRight)
 {
     return std::all_of(shape.children.begin(), shape.children.end(), [&](const vxPath *child) {
         for (int i = 0; i < outlineSize(*child); ++i) {
-            const Cubic c = outlineCurve(*child, i);
-            const auto isTouched = [&c](const Side &side) { return side.isTouchedAtEndsOnly(c); };
-            if (!std::all_of(sides.begin(), sides.end(), isTouched))
+            if (!isRight(outlineCurve(*child, i)))
                 return false;
         }
         return true;
@@ -82,14 +91,23 @@ bool haveNoCommonInside(const vxRect &a, const vxRect &b)
            std::min(a.bottom(), b.bottom()) <= std::max(a.y, b.y);
 }
 
-/** Whether the line between two boxes that have no common inside is touched at vertices only. */
+/**
+ * Whether the line between two boxes that have no common inside is touched at vertices only, and at angles:
+ * where outlines have one direction, they may belong together as well as apart.
+ */
 bool areSideBySide(const XPath &a, const vxRect &boxA, const XPath &b, const vxRect &boxB)
 {
     if (!boxA.touches(boxB))
         return true;
+    const auto isTouchedAtPoints = [](const XPath &shape, const Side &side) {
+        return allCurves(shape, [&side](const Cubic &c) {
+            return side.isTouchedAtEndsOnly(c) && side.isLeftAtAnAngle(c) &&
+                   side.isLeftAtAnAngle(c.reversed());
+        });
+    };
     const auto areParted = [&](int coordinate, double least, double greatest) {
-        return touchesAtVerticesOnly(a, { { coordinate, greatest, -1 } }) &&
-               touchesAtVerticesOnly(b, { { coordinate, least, 1 } });
+        return isTouchedAtPoints(a, { coordinate, greatest, -1 }) &&
+               isTouchedAtPoints(b, { coordinate, least, 1 });
     };
     return (boxA.right() <= boxB.x && areParted(0, boxB.x, boxA.right())) ||
            (boxA.bottom() <= boxB.y && areParted(1, boxB.y, boxA.bottom()));
@@ -100,9 +118,13 @@ bool liesFreelyOn(const XPath &page, const XPath &shape)
     if (!isPageAround(page, shape))
         return false;
     const vxRect border = boundsOf(page);
-    return touchesAtVerticesOnly(
-        shape,
-        { { 0, border.x, 1 }, { 0, border.right(), -1 }, { 1, border.y, 1 }, { 1, border.bottom(), -1 } });
+    const Side sides[] = {
+        { 0, border.x, 1 }, { 0, border.right(), -1 }, { 1, border.y, 1 }, { 1, border.bottom(), -1 }
+    };
+    return allCurves(shape, [&sides](const Cubic &c) {
+        return std::all_of(std::begin(sides), std::end(sides),
+                           [&c](const Side &side) { return side.isTouchedAtEndsOnly(c); });
+    });
 }
 
 } // namespace
