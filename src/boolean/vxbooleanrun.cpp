@@ -124,7 +124,7 @@ DividedOperand BooleanRun::operand2() const
  */
 bool BooleanRun::takeWhole(QVector<vxPath *> &contours)
 {
-    if (!m_path2 || m_notes.any())
+    if (!m_path2 || m_notes.any() || m_op == Subtract)
         return false;
     const Placement placement = placementOf(*m_original1, *m_original2);
     const bool areBoth = placement == Placement::SideBySide && (m_op == Unite || m_op == Exclude);

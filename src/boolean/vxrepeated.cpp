@@ -1,5 +1,6 @@
 #include "vxrunnotes_p.h"
 
+#include "vxpair_p.h"
 #include "vxpath.h"
 #include "xpath.h"
 
@@ -31,15 +32,21 @@ bool comesBefore(const vxPath *a, const vxPath *b)
     return s.size() < t.size();
 }
 
-/** Number for number; never with NaN. */
+/** Number for number; never with NaN. All at once, since of alike shapes all of it is looked at. */
+bool isSameSegment(const vxSegment *a, const vxSegment *b)
+{
+    const PairMask same = (pairOf(a->point) == pairOf(b->point)) &
+                          (pairOf(a->handleIn) == pairOf(b->handleIn)) &
+                          (pairOf(a->handleOut) == pairOf(b->handleOut));
+    return same[0] & same[1];
+}
+
 bool isSame(const vxPath *a, const vxPath *b)
 {
     const QList<vxSegment *> &s = a->_segments();
     const QList<vxSegment *> &t = b->_segments();
     return a->isClosed() == b->isClosed() && s.size() == t.size() &&
-           std::equal(s.begin(), s.end(), t.begin(), [](const vxSegment *p, const vxSegment *q) {
-               return p->point == q->point && p->handleIn == q->handleIn && p->handleOut == q->handleOut;
-           });
+           std::equal(s.begin(), s.end(), t.begin(), isSameSegment);
 }
 
 } // namespace

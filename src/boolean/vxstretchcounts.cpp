@@ -74,8 +74,7 @@ class EndCounter
 public:
     EndCounter(const DividedOperand &own, const DividedOperand &other, int op, bool isSecond, Give gives)
         : m_own(own), m_other(other), m_op(op), m_isSecond(isSecond),
-          m_gives(gives), m_sides{ own.fillsRight, other.fillsRight, gives == Give::PositionsAlone },
-          m_box(other.original->getBounds(vxBoundOpt::geometric(), vxStyle()))
+          m_gives(gives), m_sides{ own.fillsRight, other.fillsRight, gives == Give::PositionsAlone }
     {
     }
 
@@ -152,7 +151,9 @@ private:
 
     std::optional<bool> isFilledAt(const vxPoint &p)
     {
-        if (p.x < m_box.x || p.x > m_box.right() || p.y < m_box.y || p.y > m_box.bottom())
+        if (!m_box)
+            m_box = m_other.original->getBounds(vxBoundOpt::geometric(), vxStyle());
+        if (p.x < m_box->x || p.x > m_box->right() || p.y < m_box->y || p.y > m_box->bottom())
             return false;
         if (!m_region)
             m_region = filledRegion(*m_other.original);
@@ -175,7 +176,7 @@ private:
     const bool m_isSecond;
     const Give m_gives;
     const FilledSides m_sides;
-    const vxRect m_box;
+    std::optional<vxRect> m_box; ///< of the other; none: not asked for
     std::shared_ptr<const FilledRegion> m_region;
 };
 
