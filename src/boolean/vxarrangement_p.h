@@ -206,7 +206,8 @@ public:
     /** The result's contours, simple ones that touch at nodes at most. */
     std::vector<Contour> contours() const;
     /** Paths of these (count 0, the caller's), outer ones clockwise, holes not, flagged so. */
-    QVector<vxPath *> trace() const;
+    QVector<vxPath *> makePaths(const std::vector<Contour> &contours) const;
+    QVector<vxPath *> trace() const { return makePaths(contours()); }
     /** The curves of the path that is made of a contour, to the bit; none where it is left out. */
     std::vector<Cubic> curvesOf(const Contour &contour) const;
 

@@ -403,10 +403,10 @@ std::vector<Cubic> Arrangement::curvesOf(const Contour &contour) const
     return ContourBuilder(*this, contour).curves();
 }
 
-QVector<vxPath *> Arrangement::trace() const
+QVector<vxPath *> Arrangement::makePaths(const std::vector<Contour> &contours) const
 {
     QVector<vxPath *> paths;
-    for (const Contour &contour : contours()) {
+    for (const Contour &contour : contours) {
         vxPath *path = ContourBuilder(*this, contour).build();
         if (path->isEmpty())
             path->release();

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -176,9 +177,8 @@ Outline outlineOf(const QVector<vxPath *> &paths, const Frame &frame)
     return outline;
 }
 
-Outline outlineOf(const Arrangement &arrangement)
+Outline outlineOf(const std::vector<Contour> &contours, const Arrangement &arrangement)
 {
-    const std::vector<Contour> contours = arrangement.contours();
     Outline outline;
     outline.contours.reserve(contours.size());
     for (const Contour &contour : contours) {
@@ -322,15 +322,19 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, Operation operat
     if (!isSure)
         reduced = simplified(traced, moved);
     const Outline outline = outlineOf(reduced, arrangement.frame());
+    std::optional<std::vector<Contour>> expected; // made where something is left to compare
     const auto isTraced = [&] {
-        return areasAgree(outline, arrangement, notes) &&
-               outlinesAgree(reduced, outline, outlineOf(arrangement), arrangement);
+        if (!areasAgree(outline, arrangement, notes))
+            return false;
+        expected = arrangement.contours();
+        return outlinesAgree(reduced, outline, outlineOf(*expected, arrangement), arrangement);
     };
     // Areas that snapping may have moved tell nothing of the engine's: two ways of drawing one shape would be
     // snapped differently, and each agree with its own.
     bool same = arrangement.movedAtMost(areaMargin * arrangement.boxArea(), operation) && isTraced();
     if (!same) {
         arrangement.refine(operation, areaMargin * arrangement.boxArea());
+        expected.reset();
         report.predictedArea = arrangement.selection().area;
         report.snapping = arrangement.snapping();
         same = isTraced();
@@ -344,7 +348,7 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, Operation operat
         return reduced;
     }
     releaseAll(reduced);
-    return arrangement.trace();
+    return arrangement.makePaths(expected ? *expected : arrangement.contours());
 }
 
 bool confirmsCleaning(const XPath &original, const XPath &copy)
