@@ -124,17 +124,20 @@ DividedOperand BooleanRun::operand2() const
  */
 bool BooleanRun::takeWhole(QVector<vxPath *> &contours)
 {
+    // Differences of shapes that lie so were plain before, or both are in the result.
     if (!m_path2 || m_notes.any() || m_op == Subtract)
         return false;
     const Placement placement = placementOf(*m_original1, *m_original2);
-    const bool areBoth = placement == Placement::SideBySide && (m_op == Unite || m_op == Exclude);
-    const Placement asFirst = m_op == Intersect ? Placement::FirstOnSecond : Placement::SecondOnFirst;
-    const Placement asSecond = m_op == Intersect ? Placement::SecondOnFirst : Placement::FirstOnSecond;
-    const bool isOne = m_op == Intersect || m_op == Unite;
-    const bool isFirst = areBoth || (isOne && placement == asFirst);
-    const bool isSecond = areBoth || (isOne && placement == asSecond);
+    const auto positionOf = [placement](Placement inside) {
+        return placement == inside ? Position::Inside : Position::Outside;
+    };
+    const bool isFirst = isBoundary(m_op, false, positionOf(Placement::FirstOnSecond));
+    const bool isSecond = isBoundary(m_op, true, positionOf(Placement::SecondOnFirst));
+    // On a page where both outlines remain, it would be open how they are joined where they touch.
+    if (placement == Placement::Unknown || (isFirst && isSecond && placement != Placement::SideBySide))
+        return false;
     // A walk would drop contours without an area, and that leaves doubts.
-    if (!(isFirst || isSecond) || (isFirst && !haveAreas(*m_path1)) || (isSecond && !haveAreas(*m_path2)))
+    if ((isFirst && !haveAreas(*m_path1)) || (isSecond && !haveAreas(*m_path2)))
         return false;
     if (isFirst)
         contours += takeChildren(*m_path1);

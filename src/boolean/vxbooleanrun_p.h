@@ -44,6 +44,7 @@ private:
     void divide();
     void collect();
 
+    // where nothing meets
     bool takeWhole(QVector<vxPath *> &contours);
 
     // counting

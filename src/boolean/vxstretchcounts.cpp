@@ -5,7 +5,6 @@
 #include "vxfilledregion_p.h"
 #include "vxmono.h"
 #include "vxoperation_p.h"
-#include "vxpositions_p.h"
 #include "xpath.h"
 
 #include <algorithm>
@@ -38,22 +37,6 @@ vxWinding countOf(int op, bool isSecond, Position position)
     return op == Subtract && !isSecond ? vxWinding{} : vxWinding{ 1, false };
 }
 
-/** Whether the result's boundary runs along a stretch; of two that run together, along one. */
-bool bounds(int op, bool isSecond, Position position)
-{
-    switch (position) {
-    case Position::Outside:
-        return op == Unite || op == Exclude || (op == Subtract && !isSecond);
-    case Position::Inside:
-        return op == Intersect || op == Exclude || (op == Subtract && isSecond);
-    case Position::AlongSame:
-        return op == Unite || op == Intersect;
-    case Position::AlongOpposite:
-        break;
-    }
-    return op == Subtract;
-}
-
 void clearCounts(const XPath &path)
 {
     for (const vxPath *child : path.children) {
@@ -68,13 +51,37 @@ void clearCounts(const XPath &path)
 /** What is done to stretches whose positions are known. */
 enum class Give { Counts, PositionsAlone };
 
+/** What an operand fills, of which nothing is made before it is asked for. */
+class RegionOnDemand
+{
+public:
+    explicit RegionOnDemand(const XPath &operand) : m_operand(operand) {}
+
+    std::optional<bool> holds(const vxPoint &p)
+    {
+        if (!m_box)
+            m_box = m_operand.getBounds(vxBoundOpt::geometric(), vxStyle());
+        if (p.x < m_box->x || p.x > m_box->right() || p.y < m_box->y || p.y > m_box->bottom())
+            return false;
+        if (!m_region)
+            m_region = filledRegion(m_operand);
+        return m_region->holds(p);
+    }
+
+private:
+    const XPath &m_operand;
+    std::optional<vxRect> m_box;
+    std::shared_ptr<const FilledRegion> m_region;
+};
+
 /** Finds where the contours of one operand lie with respect to the other. */
 class EndCounter
 {
 public:
     EndCounter(const DividedOperand &own, const DividedOperand &other, int op, bool isSecond, Give gives)
         : m_own(own), m_other(other), m_op(op), m_isSecond(isSecond),
-          m_gives(gives), m_sides{ own.fillsRight, other.fillsRight, gives == Give::PositionsAlone }
+          m_gives(gives), m_sides{ own.fillsRight, other.fillsRight, gives == Give::PositionsAlone },
+          m_otherRegion(*other.original)
     {
     }
 
@@ -141,23 +148,12 @@ private:
     bool countWhole(const vxPath &contour)
     {
         const std::optional<bool> isInside =
-            tellByPlaces(contour, [this](const vxPoint &p) { return isFilledAt(p); });
+            tellByPlaces(contour, [this](const vxPoint &p) { return m_otherRegion.holds(p); });
         if (!isInside)
             return false;
         for (vxSegment *segment : contour._segments())
             give(*segment, *isInside ? Position::Inside : Position::Outside);
         return true;
-    }
-
-    std::optional<bool> isFilledAt(const vxPoint &p)
-    {
-        if (!m_box)
-            m_box = m_other.original->getBounds(vxBoundOpt::geometric(), vxStyle());
-        if (p.x < m_box->x || p.x > m_box->right() || p.y < m_box->y || p.y > m_box->bottom())
-            return false;
-        if (!m_region)
-            m_region = filledRegion(*m_other.original);
-        return m_region->holds(p);
     }
 
     void give(vxSegment &segment, Position position) const
@@ -176,8 +172,7 @@ private:
     const bool m_isSecond;
     const Give m_gives;
     const FilledSides m_sides;
-    std::optional<vxRect> m_box; ///< of the other; none: not asked for
-    std::shared_ptr<const FilledRegion> m_region;
+    RegionOnDemand m_otherRegion;
 };
 
 bool findPositions(const DividedOperand &first, const DividedOperand &second, int op, Give gives)
@@ -190,14 +185,14 @@ bool findPositions(const DividedOperand &first, const DividedOperand &second, in
 // --- after tracing ---
 
 /** Whether one of two stretches that run together was walked, as the boundary does or does not. */
-bool walkedOneOf(const vxSegment &stretch, bool isBoundary)
+bool walkedOneOf(const vxSegment &stretch, bool isWanted)
 {
     const vxSegment *theirStart = partnerAt(stretch);
     const vxSegment *theirEnd = partnerAt(*stretch.getNext());
     if (!theirStart || !theirEnd)
         return false;
     const vxSegment &theirs = theirStart->getNext() == theirEnd ? *theirStart : *theirEnd;
-    return isAlong(Position(theirs.position)) && int(stretch.walked) + int(theirs.walked) == int(isBoundary);
+    return isAlong(Position(theirs.position)) && int(stretch.walked) + int(theirs.walked) == int(isWanted);
 }
 
 bool walkedRightly(const XPath &path, int op, bool isSecond)
@@ -205,8 +200,8 @@ bool walkedRightly(const XPath &path, int op, bool isSecond)
     for (const vxPath *child : path.children) {
         for (const vxSegment *segment : child->_segments()) {
             const auto position = Position(segment->position);
-            const bool isBoundary = bounds(op, isSecond, position);
-            if (isAlong(position) ? !walkedOneOf(*segment, isBoundary) : segment->walked != isBoundary)
+            const bool isWanted = isBoundary(op, isSecond, position);
+            if (isAlong(position) ? !walkedOneOf(*segment, isWanted) : segment->walked != isWanted)
                 return false;
         }
     }
@@ -270,6 +265,21 @@ bool passesApart(const vxContact &contact, const FilledSides &sides, bool hasCon
 }
 
 } // namespace
+
+bool isBoundary(int op, bool isSecond, Position position)
+{
+    switch (position) {
+    case Position::Outside:
+        return op == Unite || op == Exclude || (op == Subtract && !isSecond);
+    case Position::Inside:
+        return op == Intersect || op == Exclude || (op == Subtract && isSecond);
+    case Position::AlongSame:
+        return op == Unite || op == Intersect;
+    case Position::AlongOpposite:
+        break;
+    }
+    return op == Subtract;
+}
 
 bool areClosed(const XPath &path)
 {

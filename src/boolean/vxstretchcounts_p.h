@@ -1,5 +1,7 @@
 #pragma once
 
+#include "vxpositions_p.h"
+
 #include <vector>
 
 class XPath;
@@ -9,6 +11,9 @@ namespace vx {
 
 /** Whether all contours are closed, so that every vertex has a curve on both sides. */
 bool areClosed(const XPath &path);
+
+/** Whether the result's boundary runs along a stretch of an operand; of two that run together, along one. */
+bool isBoundary(int op, bool isSecond, Position position);
 
 /** One operand of a boolean: as it was given, and its working copy, divided. */
 struct DividedOperand {

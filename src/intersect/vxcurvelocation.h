@@ -170,7 +170,7 @@ struct PZGRAPHICS_EXPORT opParam {
     /** The two curves are the halves of one curve split at renormalizeTime; times are mapped back to it. */
     bool renormalize = false;
     double renormalizeTime = 0;
-    /** Set by the run, never cleared: a search was cut short, meetings may be missing. */
+    /** Added to by the run: searches that were cut short, so that meetings may be missing. */
     std::vector<vxUnfinished> unfinished;
     /** Added to by the run: where ends come so near the other curve that rounding may have hidden a meeting.
      */
