@@ -269,7 +269,7 @@ QVector<vxPath *> simplified(const QVector<vxPath *> &paths, double &moved)
     moved = 0;
     for (vxPath *path : paths) {
         const int count = path->_segments().size();
-        const double area = path->getArea(false, true);
+        const double area = path->getArea(path->isClosed(), true); // kept where tracing asked for it
         path->reduce(true);
         // Reducing changes nothing but where it drops a segment.
         if (path->_segments().size() != count)
@@ -306,7 +306,7 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, Operation operat
     QVector<vxPath *> reduced;
     if (isSure) {
         reduced = simplified(traced, moved);
-        if (moved <= areaMargin * areaOfBox(operands))
+        if (moved == 0 || moved <= areaMargin * areaOfBox(operands))
             return reduced;
     }
 

@@ -43,11 +43,28 @@ int countSegments(const XPath &path)
     return count;
 }
 
+XPath *workingCopy(const XPath &path)
+{
+    XPath *copy = path.clone();
+    for (vxPath *child : qAsConst(copy->children))
+        child->removeFlags(overlapsOnly | validOverlapsOnly);
+    return copy;
+}
+
+/** A working copy of what nobody changes, so that areas are computed once for all copies. */
+XPath *copyWithAreas(const XPath &kept)
+{
+    XPath *copy = workingCopy(kept);
+    for (int i = 0; i < kept.children.size(); ++i)
+        copy->children.at(i)->area = kept.children.at(i)->getArea(true, false);
+    return copy;
+}
+
 } // namespace
 
 /**
  * What cleaning came to: where an operand has no crossings of its own, what was done to its contours;
- * otherwise a cleaned copy.
+ * otherwise, and where it is asked for again and again, a cleaned copy.
  */
 class CleanUp
 {
@@ -62,7 +79,7 @@ public:
     CleanUp(const XPath &original, const RunNotes &notes, std::unique_ptr<XPath> resolved)
         : CleanUp(original, notes)
     {
-        m_resolved = std::move(resolved);
+        m_copy = std::move(resolved);
     }
 
     /** Larger operands keep neither copy nor curves, which would be more than half a megabyte each. */
@@ -87,7 +104,12 @@ public:
         return *m_isConfirmed;
     }
     /** Another cleaned copy; the caller's. */
-    XPath *repeat(const XPath &original) const;
+    XPath *repeat(const XPath &original)
+    {
+        if (m_keepsCurves && !m_copy)
+            m_copy.reset(redo(original));
+        return m_copy ? copyWithAreas(*m_copy) : redo(original);
+    }
     /** Called for every copy but the first. */
     void noteRepeat(const XPath &original) { m_keepsCurves = countSegments(original) <= mostCurves; }
     /** Of the copies as they are cleaned, or of their reverse; null before the second copy. */
@@ -106,6 +128,18 @@ public:
     }
 
 private:
+    /** What was done to the original, done to a copy of it. */
+    XPath *redo(const XPath &original) const
+    {
+        XPath *copy = workingCopy(original);
+        if (!m_isReduced) {
+            copy->reduce(true);
+            dropRepeated(*copy);
+        }
+        placeContours(*copy, m_placements);
+        return copy;
+    }
+
     /** Borders that contours of the operand share, and contacts that no vertices show, stay doubtful. */
     bool canBeConfirmed() const
     {
@@ -128,8 +162,8 @@ private:
     /** The application's switch, on which the search for crossings depended. */
     bool m_skipsSixes;
     std::vector<ContourPlacement> m_placements;
-    /** Null where placements tell all. */
-    std::unique_ptr<XPath> m_resolved;
+    /** Null where placements tell all and nobody asked twice, or for many curves. */
+    std::unique_ptr<XPath> m_copy;
     std::vector<ContourState> m_states;
     bool m_keepsCurves = false;
     std::optional<bool> m_isConfirmed; ///< none: not asked for
@@ -207,28 +241,7 @@ bool isMisdirected(const XPath &path)
     });
 }
 
-XPath *workingCopy(const XPath &path)
-{
-    XPath *copy = path.clone();
-    for (vxPath *child : qAsConst(copy->children))
-        child->removeFlags(overlapsOnly | validOverlapsOnly);
-    return copy;
-}
-
 } // namespace
-
-XPath *CleanUp::repeat(const XPath &original) const
-{
-    if (m_resolved)
-        return workingCopy(*m_resolved);
-    XPath *copy = workingCopy(original);
-    if (!m_isReduced) {
-        copy->reduce(true);
-        dropRepeated(*copy);
-    }
-    placeContours(*copy, m_placements);
-    return copy;
-}
 
 XPath *cleanCopy(const XPath *path, RunNotes &notes)
 {

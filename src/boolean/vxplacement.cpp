@@ -68,6 +68,12 @@ struct Side {
     }
 };
 
+bool hasControlPointsIn(const vxRect &box, const Cubic &c)
+{
+    return box.containsPt(c.p0()) && box.containsPt(c.p1()) && box.containsPt(c.p2()) &&
+           box.containsPt(c.p3());
+}
+
 template <typename Predicate>
 bool allCurves(const XPath &shape, Predicate &&isRight)
 {
@@ -113,16 +119,19 @@ bool areSideBySide(const XPath &a, const vxRect &boxA, const XPath &b, const vxR
            (boxA.bottom() <= boxB.y && areParted(1, boxB.y, boxA.bottom()));
 }
 
-bool liesFreelyOn(const XPath &page, const XPath &shape)
+bool liesFreelyOn(const XPath &page, const vxRect &border, const XPath &shape, const vxRect &boxOfShape)
 {
-    if (!isPageAround(page, shape))
+    if (!border.containsRect(boxOfShape) || !isUprightRectangle(page))
         return false;
-    const vxRect border = boundsOf(page);
+    const vxRect inner(border.x + near, border.y + near, border.width - 2 * near, border.height - 2 * near);
+    if (inner.containsRect(boxOfShape))
+        return true;
     const Side sides[] = {
         { 0, border.x, 1 }, { 0, border.right(), -1 }, { 1, border.y, 1 }, { 1, border.bottom(), -1 }
     };
-    return allCurves(shape, [&sides](const Cubic &c) {
-        return std::all_of(std::begin(sides), std::end(sides),
+    return allCurves(shape, [&inner, &sides](const Cubic &c) {
+        return hasControlPointsIn(inner, c) ||
+               std::all_of(std::begin(sides), std::end(sides),
                            [&c](const Side &side) { return side.isTouchedAtEndsOnly(c); });
     });
 }
@@ -150,9 +159,10 @@ Placement placementOf(const XPath &first, const XPath &second)
                              areSideBySide(second, boxOfSecond, first, boxOfFirst);
         return isPlain ? Placement::SideBySide : Placement::Unknown;
     }
-    if (liesFreelyOn(second, first))
+    if (liesFreelyOn(second, boxOfSecond, first, boxOfFirst))
         return Placement::FirstOnSecond;
-    return liesFreelyOn(first, second) ? Placement::SecondOnFirst : Placement::Unknown;
+    return liesFreelyOn(first, boxOfFirst, second, boxOfSecond) ? Placement::SecondOnFirst
+                                                                : Placement::Unknown;
 }
 
 } // namespace vx
