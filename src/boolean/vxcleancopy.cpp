@@ -8,15 +8,32 @@
 #include "vxstandingcurves_p.h"
 #include "xpath.h"
 
+#include <QVarLengthArray>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace vx {
 
 namespace {
+
+/** Which way round a contour was declared to run; none: its area tells. */
+std::optional<bool> directionOf(const vxPath &path)
+{
+    if (!path.isFlags(vxPath::madeClockwise | vxPath::madeCounterClockwise))
+        return std::nullopt;
+    return path.isFlags(vxPath::madeClockwise);
+}
+
+/** A contour of an operand that is as it was when it is clean, but for vertices and direction. */
+struct KeptContour {
+    int place; ///< among the operand's contours
+    std::optional<bool> clockwise;
+};
 
 /** All that cleaning asks of a contour: a version stands for its geometry. */
 struct ContourState {
@@ -43,12 +60,20 @@ int countSegments(const XPath &path)
     return count;
 }
 
-XPath *workingCopy(const XPath &path)
+/** A copy of some of a compound path's contours, in another order maybe. */
+XPath *workingCopy(const XPath &path, const QVector<vxPath *> &contours)
 {
-    XPath *copy = path.clone();
+    auto *copy = new XPath;
+    copy->evenOdd = path.evenOdd;
+    copy->_addCopiesOf(contours);
     for (vxPath *child : qAsConst(copy->children))
         child->removeFlags(overlapsOnly | validOverlapsOnly);
     return copy;
+}
+
+XPath *workingCopy(const XPath &path)
+{
+    return workingCopy(path, path.children);
 }
 
 /** A working copy of what nobody changes, so that areas are computed once for all copies. */
@@ -69,12 +94,11 @@ XPath *copyWithAreas(const XPath &kept)
 class CleanUp
 {
 public:
-    CleanUp(const XPath &original, bool isReduced, const RunNotes &notes,
-            std::vector<ContourPlacement> placements)
+    CleanUp(const XPath &original, bool isReduced, const RunNotes &notes, std::vector<KeptContour> kept)
         : CleanUp(original, notes)
     {
         m_isReduced = isReduced;
-        m_placements = std::move(placements);
+        m_kept = std::move(kept);
     }
     CleanUp(const XPath &original, const RunNotes &notes, std::unique_ptr<XPath> resolved)
         : CleanUp(original, notes)
@@ -131,12 +155,17 @@ private:
     /** What was done to the original, done to a copy of it. */
     XPath *redo(const XPath &original) const
     {
-        XPath *copy = workingCopy(original);
-        if (!m_isReduced) {
+        QVector<vxPath *> contours;
+        contours.reserve(int(m_kept.size()));
+        for (const KeptContour &kept : m_kept)
+            contours.append(original.children.at(kept.place));
+        XPath *copy = workingCopy(original, contours);
+        if (!m_isReduced)
             copy->reduce(true);
-            dropRepeated(*copy);
+        for (int i = 0; i < contours.size(); ++i) {
+            if (m_kept[size_t(i)].clockwise)
+                copy->children.at(i)->setClockwise(*m_kept[size_t(i)].clockwise);
         }
-        placeContours(*copy, m_placements);
         return copy;
     }
 
@@ -161,8 +190,8 @@ private:
     RunNotes m_notes;
     /** The application's switch, on which the search for crossings depended. */
     bool m_skipsSixes;
-    std::vector<ContourPlacement> m_placements;
-    /** Null where placements tell all and nobody asked twice, or for many curves. */
+    std::vector<KeptContour> m_kept;
+    /** Null where the kept contours tell all, and nobody asked twice or for many curves. */
     std::unique_ptr<XPath> m_copy;
     std::vector<ContourState> m_states;
     bool m_keepsCurves = false;
@@ -243,6 +272,27 @@ bool isMisdirected(const XPath &path)
 
 } // namespace
 
+namespace {
+
+/** What became of the contours of a first working copy, of which some may be no more. */
+std::vector<KeptContour> keptOf(const QVector<vxPath *> &first, const XPath &clean)
+{
+    QVarLengthArray<std::pair<const vxPath *, int>, 16> places;
+    places.reserve(first.size());
+    for (int i = 0; i < first.size(); ++i)
+        places.append({ first.at(i), i });
+    std::sort(places.begin(), places.end());
+    std::vector<KeptContour> kept;
+    kept.reserve(size_t(clean.children.size()));
+    for (const vxPath *child : clean.children) {
+        const auto place = std::lower_bound(places.cbegin(), places.cend(), std::make_pair(child, 0));
+        kept.push_back({ place->second, directionOf(*child) });
+    }
+    return kept;
+}
+
+} // namespace
+
 XPath *cleanCopy(const XPath *path, RunNotes &notes)
 {
     if (!path)
@@ -254,6 +304,7 @@ XPath *cleanCopy(const XPath *path, RunNotes &notes)
         return known->repeat(*path);
     }
     XPath *copy = workingCopy(*path);
+    const QVector<vxPath *> first = copy->children;
     copy->reduce(true);
     RunNotes own;
     // Reducing changes nothing but where it drops a segment.
@@ -261,14 +312,15 @@ XPath *cleanCopy(const XPath *path, RunNotes &notes)
     own.simplified = movedArea(*path, *copy, isReduced);
     own.folded = hasFold(*copy);
     dropRepeated(*copy);
-    const auto placements = resolveCrossings(*copy, own);
+    const bool isResolved = resolveCrossings(*copy, own);
     own.misdirected = isMisdirected(*copy);
-    if (placements)
-        known = std::make_shared<CleanUp>(*path, isReduced, own, *placements);
-    else if (countSegments(*path) <= CleanUp::mostCurves && countSegments(*copy) <= CleanUp::mostCurves)
+    if (!isResolved) {
+        known = std::make_shared<CleanUp>(*path, isReduced, own, keptOf(first, *copy));
+    } else if (countSegments(*path) <= CleanUp::mostCurves && countSegments(*copy) <= CleanUp::mostCurves) {
         known = std::make_shared<CleanUp>(*path, own, std::unique_ptr<XPath>(workingCopy(*copy)));
-    else
+    } else {
         known = nullptr;
+    }
     notes.add(own);
     return copy;
 }

@@ -7,7 +7,6 @@
 #include <QVector>
 
 #include <array>
-#include <optional>
 #include <vector>
 
 class XPath;
@@ -156,20 +155,12 @@ void dropRepeated(XPath &path);
 /** Whether two operands have the same contours, number for number and in order, and are filled alike. */
 bool areDrawnAlike(const XPath &a, const XPath &b);
 
-/** Where cleaning puts a contour, by its number among those that there were, and which way round it runs. */
-struct ContourPlacement {
-    int contour;
-    bool clockwise;
-};
-
 // The steps of the engine that XPath offers without notes.
 /**
- * If path has no crossings and overlaps of its own, what was done to its contours; none if they stayed as
- * they were.
+ * Whether path had crossings or overlaps of its own. If not, its contours are those that it had, but for
+ * which remain, their order and which way round they run.
  */
-std::optional<std::vector<ContourPlacement>> resolveCrossings(XPath &path, RunNotes &notes);
-/** Does the same to contours of which it is known; none: nothing. */
-void placeContours(XPath &path, const std::vector<ContourPlacement> &placements);
+bool resolveCrossings(XPath &path, RunNotes &notes);
 QVector<vxPath *> tracePaths(const QList<vxSegment *> &segments, int op, RunNotes &notes);
 
 } // namespace vx

@@ -177,8 +177,7 @@ class Nesting
 {
 public:
     Nesting(const QVector<vxPath *> &paths, bool evenOdd)
-        : m_evenOdd(evenOdd), m_order(largestFirst(paths)), m_paths(inOrder(paths, m_order)),
-          m_boxes(boxesOf(m_paths))
+        : m_evenOdd(evenOdd), m_paths(largestFirst(paths)), m_boxes(boxesOf(m_paths))
     {
         for (const vxPath *path : qAsConst(m_paths))
             m_windings.append(path->isClockwise() ? 1 : -1);
@@ -189,7 +188,7 @@ public:
     bool isUnsure() const { return m_isUnsure; }
 
     /** The contours that stay, largest bounds first; orients them as it finds what they lie in. */
-    std::vector<vx::ContourPlacement> orient()
+    QVector<vxPath *> orient()
     {
         // The container keeps its first child clockwise; turning it only later would part it from the others.
         place(0, true);
@@ -198,11 +197,11 @@ public:
             if (!m_excluded.at(i))
                 place(i, container ? !container->isClockwise() : m_paths.first()->isClockwise());
         }
-        return m_placements;
+        return m_kept;
     }
 
 private:
-    static std::vector<int> largestFirst(const QVector<vxPath *> &paths)
+    static QVector<vxPath *> largestFirst(const QVector<vxPath *> &paths)
     {
         std::vector<double> areas;
         for (const vxPath *path : paths)
@@ -211,11 +210,6 @@ private:
         std::iota(order.begin(), order.end(), 0);
         std::stable_sort(order.begin(), order.end(),
                          [&areas](int a, int b) { return areas[size_t(a)] > areas[size_t(b)]; });
-        return order;
-    }
-
-    static QVector<vxPath *> inOrder(const QVector<vxPath *> &paths, const std::vector<int> &order)
-    {
         QVector<vxPath *> sorted;
         sorted.reserve(paths.size());
         for (int i : order)
@@ -226,7 +220,7 @@ private:
     void place(int i, bool clockwise)
     {
         m_paths.at(i)->setClockwise(clockwise);
-        m_placements.push_back({ m_order[size_t(i)], clockwise });
+        m_kept.append(m_paths.at(i));
     }
 
     /**
@@ -285,25 +279,14 @@ private:
     }
 
     const bool m_evenOdd;
-    const std::vector<int> m_order;
     const QVector<vxPath *> m_paths;
     vx::OrderedBoxes m_boxes;
     QVector<qint32> m_windings;
     QVector<bool> m_excluded;
     std::optional<Levels> m_levels; ///< none: no contour may contain another
     bool m_isUnsure = false;
-    std::vector<vx::ContourPlacement> m_placements;
+    QVector<vxPath *> m_kept;
 };
-
-/** The contours that placements name, in their order. */
-QVector<vxPath *> placed(const QVector<vxPath *> &paths, const std::vector<vx::ContourPlacement> &placements)
-{
-    QVector<vxPath *> kept;
-    kept.reserve(int(placements.size()));
-    for (const vx::ContourPlacement &placement : placements)
-        kept.append(paths.at(placement.contour));
-    return kept;
-}
 
 /** Makes contours, which are oriented, the children, unless they are that as they stand. */
 void setContours(XPath &path, const QVector<vxPath *> &contours)
@@ -350,9 +333,9 @@ public:
         }
         if (paths.size() > 1) {
             Nesting nesting(paths, m_path.evenOdd);
-            m_placements = nesting.orient();
+            const QVector<vxPath *> kept = nesting.orient();
             m_notes.grazedNesting = nesting.isUnsure();
-            setContours(m_path, placed(paths, m_placements));
+            setContours(m_path, kept);
         } else if (m_hasCrossings) {
             m_path.setChildren(paths);
         }
@@ -360,8 +343,6 @@ public:
     }
 
     bool metNothing() const { return !m_hasOverlaps && !m_hasCrossings; }
-    /** How the contours were nested; empty where there were not several. */
-    const std::vector<vx::ContourPlacement> &placements() const { return m_placements; }
 
 private:
     bool accept(vxCurveLocation &location, vx::MeetingFilter &filter)
@@ -413,7 +394,6 @@ private:
     XPath &m_path;
     vx::RunNotes &m_notes;
     std::vector<vxRef<vxSegment>> m_held;
-    std::vector<vx::ContourPlacement> m_placements;
     bool m_hasOverlaps = false;
     bool m_hasCrossings = false;
 };
@@ -425,24 +405,13 @@ bool PathSort(const vxPath *a, const vxPath *b)
     return a && b && boundsArea(*a) > boundsArea(*b);
 }
 
-std::optional<std::vector<vx::ContourPlacement>> vx::resolveCrossings(XPath &path, RunNotes &notes)
+bool vx::resolveCrossings(XPath &path, RunNotes &notes)
 {
     if (path.children.isEmpty())
-        return std::vector<ContourPlacement>();
+        return false;
     Resolver resolver(path, notes);
     resolver.run();
-    if (!resolver.metNothing())
-        return std::nullopt;
-    return resolver.placements();
-}
-
-void vx::placeContours(XPath &path, const std::vector<ContourPlacement> &placements)
-{
-    if (placements.empty())
-        return;
-    for (const ContourPlacement &placement : placements)
-        path.children.at(placement.contour)->setClockwise(placement.clockwise);
-    setContours(path, placed(path.children, placements));
+    return !resolver.metNothing();
 }
 
 XPath *XPath::resolveCrossings()

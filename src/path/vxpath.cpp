@@ -31,13 +31,12 @@ vxPath *vxPath::clone() const
     return copy;
 }
 
-vxPath *vxPath::_clone(vxBatch<vxSegment> &batch) const
+void vxPath::_copyFrom(const vxPath &other, vxBatch<vxSegment> &batch)
 {
-    auto *copy = new vxPath(nullptr, closed);
-    copy->flags = flags;
-    copy->m_segments.reserve(vx::roomyFor(m_segments.size()));
-    copy->appendCopiesOf(m_segments, batch);
-    return copy;
+    closed = other.closed;
+    flags = other.flags;
+    m_segments.reserve(vx::roomyFor(other.m_segments.size()));
+    appendCopiesOf(other.m_segments, batch);
 }
 
 void vxPath::assign(const vxPath &other)

@@ -276,8 +276,8 @@ public:
     vxCurve *_divideCurve(vxCurve *curve, double t, vx::Divisions &divisions);
     /** Lists all that divisions holds, which must be of this path, and empties it. */
     void _insertDivisions(vx::Divisions &divisions);
-    /** clone() with the segments of batch. */
-    vxPath *_clone(vxBatch<vxSegment> &batch) const;
+    /** assign() to a contour that has no segments, with those of batch. */
+    void _copyFrom(const vxPath &other, vxBatch<vxSegment> &batch);
 
     // --- data ---
 

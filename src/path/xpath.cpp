@@ -2,6 +2,11 @@
 
 #include "vxbatch_p.h"
 
+#include <QVarLengthArray>
+
+#include <algorithm>
+#include <numeric>
+
 // Children and the orientation rule.
 
 XPath::~XPath()
@@ -27,18 +32,41 @@ void XPath::assign(const XPath &other)
 {
     evenOdd = other.evenOdd;
     const QVector<vxPath *> originals = other.children;
-    children.reserve(children.size() + originals.size());
-    size_t count = 0;
+    _addCopiesOf(originals);
+}
+
+namespace {
+
+/** Places in a list of contours, by the contours' numbers ascending. */
+QVarLengthArray<int, 16> inOrderOfNumbers(const QVector<vxPath *> &paths)
+{
+    QVarLengthArray<int, 16> order(paths.size());
+    std::iota(order.begin(), order.end(), 0);
+    const auto hasLessNumber = [&paths](int i, int j) { return paths.at(i)->id < paths.at(j)->id; };
+    if (!std::is_sorted(order.begin(), order.end(), hasLessNumber))
+        std::sort(order.begin(), order.end(), hasLessNumber);
+    return order;
+}
+
+} // namespace
+
+void XPath::_addCopiesOf(const QVector<vxPath *> &originals)
+{
+    const int first = children.size();
+    children.resize(first + originals.size());
+    // Locations are sorted by the numbers of contours: those of the copies run like those of the originals.
+    for (int i : inOrderOfNumbers(originals))
+        children[first + i] = new vxPath(this);
+    int count = 0;
     for (const vxPath *original : originals)
-        count += size_t(original->_segments().size());
-    vxBatch<vxSegment> segments(count);
-    for (const vxPath *original : originals) {
-        // Clones keep direction and flags; the rule was applied to their originals.
-        vxPath *child = original->_clone(segments);
-        child->parent = this;
-        child->index = children.size();
+        count += original->_segments().size();
+    vxBatch<vxSegment> segments{ size_t(count) };
+    for (int i = 0; i < originals.size(); ++i) {
+        // Copies keep direction and flags; the rule was applied to their originals.
+        vxPath *child = children.at(first + i);
+        child->_copyFrom(*originals.at(i), segments);
+        child->index = first + i;
         child->addRef();
-        children.append(child);
     }
 }
 

@@ -176,6 +176,11 @@ public:
     std::shared_ptr<vx::CleanUp> &_cleanUp() const { return m_cleanUp; }
     /** Builds the curves of all children at once: side by side in memory, in the order of a walk. */
     void _makeCurves() const;
+    /**
+     * Appends copies of contours as they are: side by side in memory, in the order of a walk, and numbered in
+     * the order of the originals' numbers.
+     */
+    void _addCopiesOf(const QVector<vxPath *> &originals);
 
     // --- data ---
 

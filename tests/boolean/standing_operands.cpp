@@ -132,6 +132,26 @@ TEST(StandingOperands, notice_every_change)
     }
 }
 
+TEST(StandingOperands, remember_which_contours_dropped_out)
+{
+    const std::string large = shapes::rectangle(0, 0, 10, 10);
+    const std::string twice = shapes::rectangle(20, 0, 8, 8) + shapes::rectangle(20, 0, 8, 8);
+    const std::string small = shapes::rectangle(40, 0, 6, 6);
+    const std::string point = "M 15 2 L 15 2 Z";
+    const XPathPtr band = read(shapes::rectangle(-5, -5, 60, 9));
+    for (const std::string &shape :
+         { large + twice + small, twice + small, small + twice + large, point + large, small + point + large,
+           large + point, point + twice + large + point + small, twice, point }) {
+        SCOPED_TRACE(shape);
+        for (bool evenOdd : { true, false }) {
+            const XPathPtr a = read(shape);
+            a->evenOdd = evenOdd;
+            expectAsFresh(*a, *band);
+            expectAsFresh(*band, *a);
+        }
+    }
+}
+
 TEST(StandingOperands, stay_while_the_other_is_dragged)
 {
     for (const shapes::Case &c : shapes::cases({ "icons", "overlap" })) {
