@@ -1,5 +1,7 @@
 #include "vxboxtree_p.h"
 
+#include "vxpair_p.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -15,12 +17,6 @@ bool reach(const Box &a, const Box &b, double slack)
 {
     return !(a.maxX + slack < b.minX || b.maxX + slack < a.minX || a.maxY + slack < b.minY ||
              b.maxY + slack < a.minY);
-}
-
-/** False with NaN. */
-bool apart(const Box &a, const Box &b)
-{
-    return a.maxX < b.minX || b.maxX < a.minX || a.maxY < b.minY || b.maxY < a.minY;
 }
 
 /** A box widened by slack and by more than rounding: from what it is apart, reach() does not hold. */
@@ -144,7 +140,7 @@ private:
         m_lookedAt += std::max(to - from, 0);
         const Box *const boxes = m_tree.m_boxes.data() + m_tree.m_starts[size_t(level)];
         for (int i = from; i < to; ++i) {
-            if (apart(boxes[i], m_wide))
+            if (areApart(boxes[i], m_wide))
                 continue;
             if (level == 0)
                 take(boxes[i], i);

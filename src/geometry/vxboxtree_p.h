@@ -42,7 +42,7 @@ public:
 
 private:
     class Walk;
-    static constexpr int fanOutBits = 2;
+    static constexpr int fanOutBits = 3;
     static constexpr int fanOut = 1 << fanOutBits;
 
     int sizeOf(int level) const { return m_starts[size_t(level) + 1] - m_starts[size_t(level)]; }

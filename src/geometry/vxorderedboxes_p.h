@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vxboxtree_p.h"
+#include "vxpair_p.h"
 
 #include <QVarLengthArray>
 
@@ -53,9 +54,9 @@ private:
         size_t i = size_t(first);
         const Box *group = m_groups.constData() + i / groupSize;
         for (size_t next = (i / groupSize + 1) * groupSize; i < m_count; next += groupSize, ++group) {
-            if (!apart(*group, wide)) {
+            if (!areApart(*group, wide)) {
                 for (const size_t end = std::min(m_count, next); i < end; ++i) {
-                    if (!apart(m_boxAt(i), wide))
+                    if (!areApart(m_boxAt(i), wide))
                         visit(int(i));
                 }
             }
@@ -113,12 +114,6 @@ private:
 
     /** NaN if either is. */
     static double lesser(double a, double b) { return b < a || std::isnan(b) ? b : a; }
-
-    /** False with NaN. */
-    static bool apart(const Box &a, const Box &b)
-    {
-        return a.maxX < b.minX || b.maxX < a.minX || a.maxY < b.minY || b.maxY < a.minY;
-    }
 
     const size_t m_count;
     const BoxAt m_boxAt;

@@ -56,5 +56,20 @@ inline Box boxOf(Pair least, Pair greatest)
 {
     return { least[0], least[1], greatest[0], greatest[1] };
 }
+inline Pair leastOf(const Box &box)
+{
+    return *reinterpret_cast<const StoredPair *>(&box.minX);
+}
+inline Pair greatestOf(const Box &box)
+{
+    return *reinterpret_cast<const StoredPair *>(&box.maxX);
+}
+
+/** Whether some upright or level line parts two boxes; NaN parts nothing. */
+inline bool areApart(const Box &a, const Box &b)
+{
+    const PairMask isBeside = (greatestOf(a) < leastOf(b)) | (greatestOf(b) < leastOf(a));
+    return isBeside[0] | isBeside[1];
+}
 
 } // namespace vx
