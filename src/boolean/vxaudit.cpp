@@ -28,29 +28,6 @@ constexpr double doubtfulMargin = 1e-6;
  */
 constexpr double lengthMargin = 1e-4;
 
-/**
- * Sizes and coordinates, in path units, between which the engine's absolute tolerances mean what they should:
- * smaller features than closeDistance do not count, and far off the numbers themselves are coarser than it.
- */
-constexpr double leastExtent = 1;
-constexpr double greatestCoordinate = 1e6;
-
-bool isOutOfScale(const QVector<const XPath *> &operands)
-{
-    double least = 0;
-    double greatest = 0;
-    double width = 0;
-    for (const XPath *operand : operands) {
-        if (!operand)
-            continue;
-        const vxRect box = operand->getBounds(vxBoundOpt::geometric(), vxStyle());
-        least = std::min({ least, box.x, box.y });
-        greatest = std::max({ greatest, box.right(), box.bottom() });
-        width = std::max({ width, box.width, box.height });
-    }
-    return width < leastExtent || least < -greatestCoordinate || greatest > greatestCoordinate;
-}
-
 /** Area of the operands' common box. */
 double areaOfBox(const QVector<const XPath *> &operands)
 {
@@ -297,7 +274,7 @@ QVector<vxPath *> audit(const QVector<const XPath *> &operands, Operation operat
     report = vxBooleanReport();
     report.limitHit = notes.limitHit;
     report.predictedArea = std::numeric_limits<double>::quiet_NaN();
-    const bool isSure = mode == AuditMode::WhereDoubtful && !notes.any() && !isOutOfScale(operands);
+    const bool isSure = mode == AuditMode::WhereDoubtful && !notes.any();
     if (mode == AuditMode::Never || (isSure && !notes.settled))
         return traced;
     // What is compared is what the caller gets: vertices on straight runs drop out, within tolerances that

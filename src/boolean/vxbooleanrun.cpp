@@ -5,7 +5,6 @@
 #include "vxmeetingplaces_p.h"
 #include "vxoperation_p.h"
 #include "vxowncontacts_p.h"
-#include "vxplacement_p.h"
 #include "vxsampler_p.h"
 #include "vxstandingcurves_p.h"
 #include "vxtolerance.h"
@@ -42,18 +41,22 @@ BooleanRun::BooleanRun(XPath *path1, XPath *path2, int op, RunNotes &notes)
 
 BooleanRun::~BooleanRun() = default;
 
-QVector<vxPath *> BooleanRun::trace()
+QVector<vxPath *> BooleanRun::trace(Placement placement)
 {
     QVector<vxPath *> whole;
-    if (takeWhole(whole))
+    if (takeWhole(placement, whole))
         return whole;
     divide();
     collect();
     const bool isCountedByEnds = countByEnds();
     if (!isCountedByEnds)
         sample();
-    for (const vxSegment *segment : qAsConst(m_segments))
-        clearOverlapFlags(segment);
+    for (const XPath *path : { m_path1.get(), m_path2.get() }) {
+        if (path) {
+            for (vxPath *child : path->children)
+                clearOverlapFlags(*child);
+        }
+    }
     RunNotes ofTracing;
     const QVector<vxPath *> contours = tracePaths(m_segments, m_op, ofTracing);
     m_notes.add(ofTracing);
@@ -122,12 +125,10 @@ DividedOperand BooleanRun::operand2() const
  * Takes the working copies that are the result as they stand, where it is plain which: of shapes side by side
  * both, on a page one. False, and nothing taken, where it is not.
  */
-bool BooleanRun::takeWhole(QVector<vxPath *> &contours)
+bool BooleanRun::takeWhole(Placement placement, QVector<vxPath *> &contours)
 {
-    // Differences of shapes that lie so were plain before, or both are in the result.
-    if (!m_path2 || m_notes.any() || m_op == Subtract)
+    if (m_notes.any())
         return false;
-    const Placement placement = placementOf(*m_original1, *m_original2);
     const auto positionOf = [placement](Placement inside) {
         return placement == inside ? Position::Inside : Position::Outside;
     };
@@ -174,14 +175,20 @@ void BooleanRun::sample()
     }
 }
 
-void BooleanRun::clearOverlapFlags(const vxSegment *segment) const
+/** Leaves the flags to those contours of which they are true. */
+void BooleanRun::clearOverlapFlags(vxPath &contour) const
 {
-    if (segment->intersection() && segment->intersection()->overlap)
-        return;
-    segment->path->removeFlags(overlapsOnly);
-    const bool inResult = m_op == Intersect ? segment->winding == 2 : m_op >= Unite && segment->winding == 1;
-    if (inResult)
-        segment->path->removeFlags(validOverlapsOnly);
+    for (const vxSegment *segment : contour._segments()) {
+        if (!contour.isFlags(overlapsOnly | validOverlapsOnly))
+            return;
+        if (segment->intersection() && segment->intersection()->overlap)
+            continue;
+        contour.removeFlags(overlapsOnly);
+        const bool inResult =
+            m_op == Intersect ? segment->winding == 2 : m_op >= Unite && segment->winding == 1;
+        if (inResult)
+            contour.removeFlags(validOverlapsOnly);
+    }
 }
 
 // --- settling doubts ---

@@ -3,6 +3,7 @@
 #include "vxcubic_p.h"
 #include "vxintersections_p.h"
 #include "vxlocationowner_p.h"
+#include "vxplacement_p.h"
 #include "vxrunnotes_p.h"
 #include "vxstretchcounts_p.h"
 
@@ -35,8 +36,8 @@ public:
     BooleanRun(const BooleanRun &) = delete;
     BooleanRun &operator=(const BooleanRun &) = delete;
 
-    /** The result's contours (count 0, the caller's), as they are walked. */
-    QVector<vxPath *> trace();
+    /** The result's contours (count 0, the caller's), as they are walked; placement is of the operands. */
+    QVector<vxPath *> trace(Placement placement);
 
 private:
     // preparing
@@ -45,12 +46,12 @@ private:
     void collect();
 
     // where nothing meets
-    bool takeWhole(QVector<vxPath *> &contours);
+    bool takeWhole(Placement placement, QVector<vxPath *> &contours);
 
     // counting
     bool countByEnds() const;
     void sample();
-    void clearOverlapFlags(const vxSegment *segment) const;
+    void clearOverlapFlags(vxPath &contour) const;
 
     // settling doubts, after tracing
     bool isSettled(bool isCountedByEnds) const;

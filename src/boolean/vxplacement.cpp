@@ -86,24 +86,13 @@ bool allCurves(const XPath &shape, Predicate &&isRight)
     });
 }
 
-vxRect boundsOf(const XPath &shape)
-{
-    return shape.getBounds(vxBoundOpt::geometric(), vxStyle());
-}
-
-bool haveNoCommonInside(const vxRect &a, const vxRect &b)
-{
-    return std::min(a.right(), b.right()) <= std::max(a.x, b.x) ||
-           std::min(a.bottom(), b.bottom()) <= std::max(a.y, b.y);
-}
-
 /**
  * Whether the line between two boxes that have no common inside is touched at vertices only, and at angles:
  * where outlines have one direction, they may belong together as well as apart.
  */
-bool areSideBySide(const XPath &a, const vxRect &boxA, const XPath &b, const vxRect &boxB)
+bool areSideBySide(const BoxedShape &a, const BoxedShape &b)
 {
-    if (!boxA.touches(boxB))
+    if (!a.box.touches(b.box))
         return true;
     const auto isTouchedAtPoints = [](const XPath &shape, const Side &side) {
         return allCurves(shape, [&side](const Cubic &c) {
@@ -112,24 +101,25 @@ bool areSideBySide(const XPath &a, const vxRect &boxA, const XPath &b, const vxR
         });
     };
     const auto areParted = [&](int coordinate, double least, double greatest) {
-        return isTouchedAtPoints(a, { coordinate, greatest, -1 }) &&
-               isTouchedAtPoints(b, { coordinate, least, 1 });
+        return isTouchedAtPoints(a.path, { coordinate, greatest, -1 }) &&
+               isTouchedAtPoints(b.path, { coordinate, least, 1 });
     };
-    return (boxA.right() <= boxB.x && areParted(0, boxB.x, boxA.right())) ||
-           (boxA.bottom() <= boxB.y && areParted(1, boxB.y, boxA.bottom()));
+    return (a.box.right() <= b.box.x && areParted(0, b.box.x, a.box.right())) ||
+           (a.box.bottom() <= b.box.y && areParted(1, b.box.y, a.box.bottom()));
 }
 
-bool liesFreelyOn(const XPath &page, const vxRect &border, const XPath &shape, const vxRect &boxOfShape)
+bool liesFreelyOn(const BoxedShape &page, const BoxedShape &shape)
 {
-    if (!border.containsRect(boxOfShape) || !isUprightRectangle(page))
+    const vxRect &border = page.box;
+    if (!isPageAround(page, shape))
         return false;
     const vxRect inner(border.x + near, border.y + near, border.width - 2 * near, border.height - 2 * near);
-    if (inner.containsRect(boxOfShape))
+    if (inner.containsRect(shape.box))
         return true;
     const Side sides[] = {
         { 0, border.x, 1 }, { 0, border.right(), -1 }, { 1, border.y, 1 }, { 1, border.bottom(), -1 }
     };
-    return allCurves(shape, [&inner, &sides](const Cubic &c) {
+    return allCurves(shape.path, [&inner, &sides](const Cubic &c) {
         return hasControlPointsIn(inner, c) ||
                std::all_of(std::begin(sides), std::end(sides),
                            [&c](const Side &side) { return side.isTouchedAtEndsOnly(c); });
@@ -138,31 +128,41 @@ bool liesFreelyOn(const XPath &page, const vxRect &border, const XPath &shape, c
 
 } // namespace
 
-bool haveNoCommonBox(const XPath &a, const XPath &b)
+bool isOutOfScale(const vxRect &first, const vxRect &second)
 {
-    return haveNoCommonInside(boundsOf(a), boundsOf(b));
+    // Smaller features than closeDistance do not count, and far off the numbers themselves are coarser than
+    // it.
+    constexpr double leastExtent = 1;
+    constexpr double greatestCoordinate = 1e6;
+    // From 0 on, so that what is no number counts for nothing.
+    const double least = std::min({ 0.0, first.x, first.y, second.x, second.y });
+    const double greatest = std::max({ 0.0, first.right(), first.bottom(), second.right(), second.bottom() });
+    const double extent = std::max({ 0.0, first.width, first.height, second.width, second.height });
+    return extent < leastExtent || least < -greatestCoordinate || greatest > greatestCoordinate;
 }
 
-bool isPageAround(const XPath &page, const XPath &shape)
+bool haveNoCommonBox(const BoxedShape &a, const BoxedShape &b)
 {
-    return isUprightRectangle(page) && boundsOf(page).containsRect(boundsOf(shape));
+    return std::min(a.box.right(), b.box.right()) <= std::max(a.box.x, b.box.x) ||
+           std::min(a.box.bottom(), b.box.bottom()) <= std::max(a.box.y, b.box.y);
 }
 
-Placement placementOf(const XPath &first, const XPath &second)
+bool isPageAround(const BoxedShape &page, const BoxedShape &shape)
 {
-    if (!areClosed(first) || !areClosed(second))
+    return page.box.containsRect(shape.box) && isUprightRectangle(page.path);
+}
+
+Placement placementOf(const BoxedShape &first, const BoxedShape &second)
+{
+    if (!areClosed(first.path) || !areClosed(second.path))
         return Placement::Unknown;
-    const vxRect boxOfFirst = boundsOf(first);
-    const vxRect boxOfSecond = boundsOf(second);
-    if (haveNoCommonInside(boxOfFirst, boxOfSecond)) {
-        const bool isPlain = areSideBySide(first, boxOfFirst, second, boxOfSecond) ||
-                             areSideBySide(second, boxOfSecond, first, boxOfFirst);
+    if (haveNoCommonBox(first, second)) {
+        const bool isPlain = areSideBySide(first, second) || areSideBySide(second, first);
         return isPlain ? Placement::SideBySide : Placement::Unknown;
     }
-    if (liesFreelyOn(second, boxOfSecond, first, boxOfFirst))
+    if (liesFreelyOn(second, first))
         return Placement::FirstOnSecond;
-    return liesFreelyOn(first, boxOfFirst, second, boxOfSecond) ? Placement::SecondOnFirst
-                                                                : Placement::Unknown;
+    return liesFreelyOn(first, second) ? Placement::SecondOnFirst : Placement::Unknown;
 }
 
 } // namespace vx

@@ -68,6 +68,8 @@ struct RunNotes {
     bool limitReached = false;
     /** A search may have missed a meeting at a vertex. */
     bool nearMiss = false;
+    /** An operand is so small, or lies so far off, that absolute tolerances do not mean what they should. */
+    bool outOfScale = false;
 
     /**
      * No doubt, but what the audit must know: the first operand, and with it the result, runs the other way
@@ -90,7 +92,7 @@ struct RunNotes {
     {
         return overlap || touch || shallow || atVertex || selfCrossing || simplified || folded ||
                misdirected || grazedNesting || chained || movedSample || grazedSample || discardedContour ||
-               tiltedLevel || limitReached || nearMiss;
+               tiltedLevel || limitReached || nearMiss || outOfScale;
     }
 };
 

@@ -59,21 +59,32 @@ QVector<vxPath *> cleanContours(const XPath *path, vx::RunNotes &notes)
     return contours;
 }
 
-/** The contours of the result before any audit. No run is made where it is plain what they are. */
-QVector<vxPath *> contoursOf(XPath *path1, XPath *path2, int op, vx::RunNotes &notes)
+vxRect boundsOf(const XPath *path)
 {
+    return path ? path->getBounds(vxBoundOpt::geometric(), vxStyle()) : vxRect();
+}
+
+/** The contours of the result before any audit. No run is made where it is plain what they are. */
+QVector<vxPath *> contoursOf(XPath *path1, const vxRect &box1, XPath *path2, const vxRect &box2, int op,
+                             vx::RunNotes &notes)
+{
+    using vx::Placement;
     if (isEmpty(path1) || isEmpty(path2))
         return contoursWithEmpty(path1, path2, op, notes);
     if (path1 == path2 || !vx::areClosed(*path1))
-        return vx::BooleanRun(path1, path2, op, notes).trace();
+        return vx::BooleanRun(path1, path2, op, notes).trace(Placement::Unknown);
     // Every outline would be found to run along its like.
     if (vx::areDrawnAlike(*path1, *path2))
         return op == vx::Intersect || op == vx::Unite ? cleanContours(path1, notes) : QVector<vxPath *>();
-    if (op == vx::Subtract && vx::isPageAround(*path2, *path1))
+    const vx::BoxedShape first{ *path1, box1 };
+    const vx::BoxedShape second{ *path2, box2 };
+    if (op == vx::Subtract && vx::isPageAround(second, first))
         return {};
-    if ((op == vx::Intersect || op == vx::Subtract) && vx::haveNoCommonBox(*path1, *path2))
+    if ((op == vx::Intersect || op == vx::Subtract) && vx::haveNoCommonBox(first, second))
         return op == vx::Subtract ? cleanContours(path1, notes) : QVector<vxPath *>();
-    return vx::BooleanRun(path1, path2, op, notes).trace();
+    // Differences of shapes that lie so are plain by now, or both outlines are in the result.
+    const Placement placement = op == vx::Subtract ? Placement::Unknown : vx::placementOf(first, second);
+    return vx::BooleanRun(path1, path2, op, notes).trace(placement);
 }
 
 } // namespace
@@ -144,7 +155,10 @@ XPath *vx::computeBoolean(XPath *path1, XPath *path2, int op, AuditMode mode, vx
     RunNotes notes;
     // One object as both operands counts once: nothing is filled twice, and all else gives the object.
     const bool once = path1 == path2 && path1;
-    QVector<vxPath *> contours = contoursOf(path1, path2, op, notes);
+    const vxRect box1 = boundsOf(path1);
+    const vxRect box2 = boundsOf(path2);
+    QVector<vxPath *> contours = contoursOf(path1, box1, path2, box2, op, notes);
+    notes.outOfScale = vx::isOutOfScale(box1, box2);
     if (!once || op != vx::Intersect) {
         const QVector<const XPath *> operands =
             once ? QVector<const XPath *>{ path1 } : QVector<const XPath *>{ path1, path2 };
