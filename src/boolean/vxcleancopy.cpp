@@ -60,29 +60,30 @@ int countSegments(const XPath &path)
     return count;
 }
 
-/** A copy of some of a compound path's contours, in another order maybe. */
-XPath *workingCopy(const XPath &path, const QVector<vxPath *> &contours)
+/** A copy of some of a compound path's contours, in another order maybe; change is done to each. */
+template <typename Change>
+XPath *workingCopy(const XPath &path, const QVector<vxPath *> &contours, Change &&change)
 {
     auto *copy = new XPath;
     copy->evenOdd = path.evenOdd;
-    copy->_addCopiesOf(contours);
-    for (vxPath *child : qAsConst(copy->children))
-        child->removeFlags(overlapsOnly | validOverlapsOnly);
+    copy->_addCopiesOf(contours, [&change](int i, vxPath &contour) {
+        contour.removeFlags(overlapsOnly | validOverlapsOnly);
+        change(i, contour);
+    });
     return copy;
 }
 
 XPath *workingCopy(const XPath &path)
 {
-    return workingCopy(path, path.children);
+    return workingCopy(path, path.children, [](int, vxPath &) {});
 }
 
 /** A working copy of what nobody changes, so that areas are computed once for all copies. */
 XPath *copyWithAreas(const XPath &kept)
 {
-    XPath *copy = workingCopy(kept);
-    for (int i = 0; i < kept.children.size(); ++i)
-        copy->children.at(i)->area = kept.children.at(i)->getArea(true, false);
-    return copy;
+    return workingCopy(kept, kept.children, [&kept](int i, vxPath &contour) {
+        contour.area = kept.children.at(i)->getArea(true, false);
+    });
 }
 
 } // namespace
@@ -159,14 +160,12 @@ private:
         contours.reserve(int(m_kept.size()));
         for (const KeptContour &kept : m_kept)
             contours.append(original.children.at(kept.place));
-        XPath *copy = workingCopy(original, contours);
-        if (!m_isReduced)
-            copy->reduce(true);
-        for (int i = 0; i < contours.size(); ++i) {
-            if (m_kept[size_t(i)].clockwise)
-                copy->children.at(i)->setClockwise(*m_kept[size_t(i)].clockwise);
-        }
-        return copy;
+        return workingCopy(original, contours, [this](int i, vxPath &contour) {
+            if (!m_isReduced)
+                contour.reduce(true);
+            if (const std::optional<bool> clockwise = m_kept[size_t(i)].clockwise)
+                contour.setClockwise(*clockwise);
+        });
     }
 
     /** Borders that contours of the operand share, and contacts that no vertices show, stay doubtful. */

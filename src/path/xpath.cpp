@@ -50,7 +50,7 @@ QVarLengthArray<int, 16> inOrderOfNumbers(const QVector<vxPath *> &paths)
 
 } // namespace
 
-void XPath::_addCopiesOf(const QVector<vxPath *> &originals)
+void XPath::_addCopiesOf(const QVector<vxPath *> &originals, const std::function<void(int, vxPath &)> &change)
 {
     const int first = children.size();
     children.resize(first + originals.size());
@@ -67,6 +67,8 @@ void XPath::_addCopiesOf(const QVector<vxPath *> &originals)
         child->_copyFrom(*originals.at(i), segments);
         child->index = first + i;
         child->addRef();
+        if (change)
+            change(i, *child);
     }
 }
 

@@ -178,9 +178,11 @@ public:
     void _makeCurves() const;
     /**
      * Appends copies of contours as they are: side by side in memory, in the order of a walk, and numbered in
-     * the order of the originals' numbers.
+     * the order of the originals' numbers. What is to be done to each may be given: afterwards, many would be
+     * out of the processor's cache.
      */
-    void _addCopiesOf(const QVector<vxPath *> &originals);
+    void _addCopiesOf(const QVector<vxPath *> &originals,
+                      const std::function<void(int, vxPath &)> &change = nullptr);
 
     // --- data ---
 
