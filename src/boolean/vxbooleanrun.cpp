@@ -51,12 +51,7 @@ QVector<vxPath *> BooleanRun::trace(Placement placement)
     const bool isCountedByEnds = countByEnds();
     if (!isCountedByEnds)
         sample();
-    for (const XPath *path : { m_path1.get(), m_path2.get() }) {
-        if (path) {
-            for (vxPath *child : path->children)
-                clearOverlapFlags(*child);
-        }
-    }
+    forEachContour([this](vxPath &contour) { clearOverlapFlags(contour); });
     RunNotes ofTracing;
     const QVector<vxPath *> contours = tracePaths(m_segments, m_op, ofTracing);
     m_notes.add(ofTracing);
@@ -99,13 +94,20 @@ void BooleanRun::divide()
 
 void BooleanRun::collect()
 {
-    for (XPath *path : { m_path1.get(), m_path2.get() }) {
+    forEachContour([this](vxPath &contour) {
+        m_segments += contour._segments();
+        contour.addFlags(overlapsOnly | validOverlapsOnly);
+    });
+}
+
+template <typename Visit>
+void BooleanRun::forEachContour(Visit &&visit) const
+{
+    for (const XPath *path : { m_path1.get(), m_path2.get() }) {
         if (!path)
             continue;
-        for (vxPath *child : qAsConst(path->children)) {
-            m_segments += child->_segments();
-            child->addFlags(overlapsOnly | validOverlapsOnly);
-        }
+        for (vxPath *child : path->children)
+            visit(*child);
     }
 }
 

@@ -44,6 +44,9 @@ private:
     bool orient();
     void divide();
     void collect();
+    /** Of both working copies. */
+    template <typename Visit>
+    void forEachContour(Visit &&visit) const;
 
     // where nothing meets
     bool takeWhole(Placement placement, QVector<vxPath *> &contours);
