@@ -1,5 +1,6 @@
 #include "xpath.h"
 
+#include "vxbatch_p.h"
 #include "vxcleancopy_p.h"
 #include "vxcurvelocation.h"
 #include "vxref_p.h"
@@ -57,11 +58,14 @@ bool sameOutline(const vxPath &path1, const vxPath &path2)
 class Tracer
 {
 public:
-    Tracer(int op, vx::RunNotes &notes) : m_op(op), m_notes(notes) {}
+    /** Walks over at most count segments. */
+    Tracer(int op, int count, vx::RunNotes &notes) : m_op(op), m_notes(notes), m_batch(size_t(count))
+    {
+        m_outline.reserve(size_t(count));
+    }
 
     QVector<vxPath *> trace(const QList<vxSegment *> &segments)
     {
-        m_outline.reserve(size_t(segments.size()));
         for (vxSegment *segment : segments) {
             takeIdenticalContours(segment);
             if (startsContour(segment))
@@ -168,7 +172,6 @@ private:
     void traceFrom(vxSegment *segment)
     {
         m_start = m_otherStart = nullptr;
-        m_outline.clear();
         vxPoint handleIn;
         vxSegment *first = nullptr;
         bool finished = false;
@@ -204,14 +207,14 @@ private:
         if (finished && !m_outline.empty())
             keep(handleIn);
         else
-            m_notes.discardedContour = true;
+            discard();
     }
 
     /** Copies segment to the end of the outline and returns the one to go on from. */
     vxSegment *append(vxSegment *segment, vxPoint &handleIn)
     {
         vxSegment *next = segment->getNext();
-        m_outline.emplace_back(segment->point, handleIn, next ? segment->handleOut : vxPoint());
+        m_outline.push_back(m_batch.make(segment->point, handleIn, next ? segment->handleOut : vxPoint()));
         segment->visited = true;
         segment->walked = true;
         if (next)
@@ -221,10 +224,11 @@ private:
 
     void keep(const vxPoint &handleIn)
     {
-        m_outline.front().setHandleIn(handleIn);
+        m_outline.front()->setHandleIn(handleIn);
         vxRef<vxPath> path(new vxPath(nullptr, true));
-        path->_setOutline(m_outline);
-        if (int(m_outline.size()) <= maxDegenerateSegments &&
+        path->_takeOutline(m_outline);
+        m_outline.clear();
+        if (path->_segments().size() <= maxDegenerateSegments &&
             std::fabs(path->getArea(true, false)) <= machineZero) {
             m_notes.discardedContour = true;
             return;
@@ -232,12 +236,21 @@ private:
         m_result.append(path.take());
     }
 
+    void discard()
+    {
+        for (vxSegment *segment : m_outline)
+            segment->release();
+        m_outline.clear();
+        m_notes.discardedContour = true;
+    }
+
     int m_op;
     vx::RunNotes &m_notes;
     const vxSegment *m_start = nullptr;
     const vxSegment *m_otherStart = nullptr;
-    /** The contour that is being walked. */
-    std::vector<vxSegment> m_outline;
+    /** The contour that is being walked, of segments that nobody holds yet. */
+    std::vector<vxSegment *> m_outline;
+    vxBatch<vxSegment> m_batch;
     QVector<vxPath *> m_result;
     std::set<std::pair<const vxPath *, const vxPath *>> m_different;
 };
@@ -246,7 +259,7 @@ private:
 
 QVector<vxPath *> vx::tracePaths(const QList<vxSegment *> &segments, int op, RunNotes &notes)
 {
-    return Tracer(op, notes).trace(segments);
+    return Tracer(op, segments.size(), notes).trace(segments);
 }
 
 QVector<vxPath *> XPath::tracePaths(const QList<vxSegment *> &segments, int op)

@@ -62,11 +62,6 @@ void vxPath::release()
 
 // --- queries ---
 
-int vxPath::_countCurves() const
-{
-    return closed || m_segments.isEmpty() ? m_segments.size() : m_segments.size() - 1;
-}
-
 void vxPath::makeCurves() const
 {
     vxBatch<vxCurve> batch{ size_t(_countCurves()) };

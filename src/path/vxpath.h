@@ -251,7 +251,12 @@ public:
     void _makeCurves(vxBatch<vxCurve> &batch) const;
     /** Replaces all segments by new ones with these points and handles. */
     void _setOutline(const std::vector<vxSegment> &outline);
-    int _countCurves() const;
+    /** Takes segments that belong to no path, where it has none. */
+    void _takeOutline(const std::vector<vxSegment *> &outline);
+    int _countCurves() const
+    {
+        return closed || m_segments.isEmpty() ? m_segments.size() : m_segments.size() - 1;
+    }
     /** The monotone pieces with an index over them, cached beside them. */
     const vx::MonoIndex &_monoIndex() const;
     /**
@@ -299,8 +304,8 @@ private:
     void renumber(int from);
     /** Appends to a path without curves; originals must not be the path's own list. */
     void appendCopiesOf(const QList<vxSegment *> &originals, vxBatch<vxSegment> &batch);
-    template <typename Original>
-    void appendCopies(int count, const Original &original, vxBatch<vxSegment> &batch);
+    template <typename SegmentAt>
+    void append(int count, const SegmentAt &segmentAt);
     void makeCurves() const;
     void releaseCurves();
     void insertCurves(int start, int count);

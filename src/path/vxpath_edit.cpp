@@ -126,28 +126,32 @@ void vxPath::_setOutline(const std::vector<vxSegment> &outline)
 {
     setSegments({});
     vxBatch<vxSegment> batch(outline.size());
-    appendCopies(
-        int(outline.size()), [&outline](int i) -> const vxSegment & { return outline[size_t(i)]; }, batch);
+    append(int(outline.size()), [&](int i) { return batch.make(outline[size_t(i)]); });
+}
+
+void vxPath::_takeOutline(const std::vector<vxSegment *> &outline)
+{
+    append(int(outline.size()), [&](int i) { return outline[size_t(i)]; });
 }
 
 void vxPath::appendCopiesOf(const QList<vxSegment *> &originals, vxBatch<vxSegment> &batch)
 {
-    appendCopies(
-        originals.size(), [&originals](int i) -> const vxSegment & { return *originals.at(i); }, batch);
+    append(originals.size(), [&](int i) { return batch.make(*originals.at(i)); });
 }
 
-template <typename Original>
-void vxPath::appendCopies(int count, const Original &original, vxBatch<vxSegment> &batch)
+/** Appends segments that belong to no path; asked for from the first to the last. */
+template <typename SegmentAt>
+void vxPath::append(int count, const SegmentAt &segmentAt)
 {
     if (count > 0) {
         const int first = m_segments.size();
-        vxSegment **copies = vx::lengthen(m_segments, count);
+        vxSegment **places = vx::lengthen(m_segments, count);
         for (int i = 0; i < count; ++i) {
-            vxSegment *copy = batch.make(original(i));
-            copy->addRef();
-            copy->path = this;
-            copy->index = first + i;
-            copies[i] = copy;
+            vxSegment *segment = segmentAt(i);
+            segment->addRef();
+            segment->path = this;
+            segment->index = first + i;
+            places[i] = segment;
         }
     }
     _changed();
