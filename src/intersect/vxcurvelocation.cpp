@@ -38,7 +38,7 @@ vxCurveLocation::~vxCurveLocation()
 void vxCurveLocation::die()
 {
     refCount = -2;
-    vxDestroy(this, m_block);
+    vxDestroy(this, m_inBlock);
 }
 
 void vxCurveLocation::setCurve(vxCurve *onCurve)

@@ -121,6 +121,13 @@ public:
     // --- data ---
 
     bool overlap = false;
+
+private:
+    friend class vxBatch<vxCurveLocation>;
+    /** Words from the beginning of its vxBatch block, 0 where it was made by new. Here it fills a gap. */
+    quint16 m_inBlock = 0;
+
+public:
     qint32 refCount = 0;
     quint32 version = 0;
     vxPath *path = nullptr;
@@ -137,14 +144,11 @@ public:
     vxSegment *segment2 = nullptr;
 
 private:
-    friend class vxBatch<vxCurveLocation>;
     void die();
     bool placeOn(vxCurve *onCurve, vxSegment *s);
     bool attachThrough(vxSegment *candidate);
 
     double m_turn = 0;
-    /** The vxBatch block that it was made in, null for one made by new. */
-    void *m_block = nullptr;
 };
 
 /** A place where two outlines come so near that they may touch, at a vertex of at least one. */

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtGlobal>
+
 #include <algorithm>
 #include <cstddef>
 #include <new>
@@ -21,6 +23,15 @@ public:
         {
             static_assert(alignof(T) <= alignof(std::max_align_t), "plain operator new aligns no wider");
             return new (::operator new(headerSize + count * sizeof(T))) Block(count);
+        }
+        /** The block in which an object stands so many words behind its beginning. */
+        static Block *around(T *object, quint16 words)
+        {
+            return reinterpret_cast<Block *>(reinterpret_cast<std::byte *>(object) - words * wordSize);
+        }
+        quint16 wordsTo(const std::byte *place) const
+        {
+            return quint16(size_t(place - reinterpret_cast<const std::byte *>(this)) / wordSize);
         }
         std::byte *places() { return reinterpret_cast<std::byte *>(this) + headerSize; }
         void destroy(T *object)
@@ -57,7 +68,7 @@ public:
         if (m_free == 0)
             open();
         T *object = new (m_next) T(std::forward<Args>(args)...);
-        object->m_block = m_block;
+        object->m_inBlock = m_block->wordsTo(m_next);
         m_next += sizeof(T);
         --m_free;
         return object;
@@ -66,6 +77,9 @@ public:
 private:
     static constexpr size_t largestBlock = 64;
     static constexpr size_t headerSize = alignof(std::max_align_t);
+    static constexpr size_t wordSize = 8;
+    static_assert(sizeof(T) % wordSize == 0 && (headerSize + largestBlock * sizeof(T)) / wordSize <= 0xffff,
+                  "places are counted in words by 16 bits");
 
     void open()
     {
@@ -97,10 +111,10 @@ T *vxMake(vxBatch<T> *batch, Args &&...args)
 
 /** What release() does at the last reference: a lone object is deleted, one of a batch leaves its block. */
 template <typename T>
-void vxDestroy(T *object, void *block)
+void vxDestroy(T *object, quint16 inBlock)
 {
-    if (block)
-        static_cast<typename vxBatch<T>::Block *>(block)->destroy(object);
+    if (inBlock > 0)
+        vxBatch<T>::Block::around(object, inBlock)->destroy(object);
     else
         delete object;
 }

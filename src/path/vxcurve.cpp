@@ -34,7 +34,7 @@ vxCurve *vxCurve::clone() const
 void vxCurve::die()
 {
     refCount = 0xFFFFFFFE;
-    vxDestroy(this, m_block);
+    vxDestroy(this, m_inBlock);
 }
 
 // --- accessors ---
@@ -148,11 +148,9 @@ void vxCurve::_setLength(double length)
 vxRect vxCurve::getBounds() const
 {
     const quint32 version = m_path ? m_path->version : 0;
-    if (!m_bounds || m_boundsVersion != version) {
-        m_bounds = std::make_unique<vxRect>(getBounds(getValues()));
-        m_boundsVersion = version;
-    }
-    return *m_bounds;
+    if (!m_bounds || m_bounds->version != version)
+        m_bounds.reset(new KeptBounds{ getBounds(getValues()), version });
+    return m_bounds->box;
 }
 
 double vxCurve::getOffsetAtTime(double t) const

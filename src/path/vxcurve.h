@@ -266,13 +266,18 @@ private:
             segment->release();
     }
 
-    /** Path version for which m_bounds / m_length hold; unused (0) on a free curve. */
-    mutable quint32 m_boundsVersion = 0;
+    /** Bounds, and the path version for which they hold; 0 on a free curve. */
+    struct KeptBounds {
+        vxRect box;
+        quint32 version;
+    };
+
+    /** Words from the beginning of its vxBatch block, 0 where it was made by new. */
+    quint16 m_inBlock = 0;
+    /** Path version for which m_length holds; 0 on a free curve. */
     mutable quint32 m_lengthVersion = 0;
     qint32 m_number = -1;
     vxPath *m_path = nullptr;
-    /** The vxBatch block that it was made in, null for one made by new. */
-    void *m_block = nullptr;
     vxSegment *m_segment1 = nullptr;
     vxSegment *m_segment2 = nullptr;
     /**
@@ -281,6 +286,6 @@ private:
      */
     vxSegment *m_heldSegment2 = nullptr;
     /** Null until asked for: few curves ever are. */
-    mutable std::unique_ptr<vxRect> m_bounds;
+    mutable std::unique_ptr<KeptBounds> m_bounds;
     mutable double m_length = 0;
 };

@@ -24,7 +24,7 @@ vxSegment *vxSegment::clone() const
 void vxSegment::die()
 {
     refCount = 0xFFFFFFFE;
-    vxDestroy(this, m_block);
+    vxDestroy(this, m_inBlock);
 }
 
 void vxSegment::clearHandles()

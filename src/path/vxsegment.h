@@ -140,6 +140,13 @@ public:
     bool walked = false;
     /** The walk came to it from a curve of another contour, or elsewhere of its own, that ends here. */
     bool changedOver = false;
+
+private:
+    friend class vxBatch<vxSegment>;
+    /** Words from the beginning of its vxBatch block, 0 where it was made by new. Here it fills a gap. */
+    quint16 m_inBlock = 0;
+
+public:
     quint32 refCount = 0;
     /** Position in the path's list, -1 when free. */
     qint32 index = -1;
@@ -150,10 +157,7 @@ public:
     vxPoint handleOut;
 
 private:
-    friend class vxBatch<vxSegment>;
     void die();
 
     vxCurveLocation *m_intersection = nullptr;
-    /** The vxBatch block that it was made in, null for one made by new. */
-    void *m_block = nullptr;
 };
