@@ -165,7 +165,19 @@ void sort(Entries &entries)
         std::rotate(std::upper_bound(entries.begin(), entry, *entry), entry, entry + 1);
 }
 
-/** What inserting partners one by one into a list that is in order comes to: each behind its equals. */
+/** Whether all partners belong behind own, in whatever order that is: a second operand's paths are younger.
+ */
+bool comeBehind(const Entries &partners, const Entries &own)
+{
+    const auto byPath = [](const Entry &a, const Entry &b) { return a.pathId < b.pathId; };
+    return partners.isEmpty() || std::max_element(own.begin(), own.end(), byPath)->pathId <
+                                     std::min_element(partners.begin(), partners.end(), byPath)->pathId;
+}
+
+/**
+ * What inserting partners one by one comes to, each behind its equals, where own is in order or they all come
+ * behind it.
+ */
 void merge(const Entries &own, Entries &partners, vxCurveLocation **places)
 {
     sort(partners);
@@ -212,7 +224,8 @@ QList<vxCurveLocation *> vxCurveLocation::expand(const QList<vxCurveLocation *> 
             partners.append(Entry(list.at(i)->intersection));
     }
     const bool isOrdered =
-        havePositions(own) && havePositions(partners) && std::is_sorted(own.begin(), own.end());
+        havePositions(partners) &&
+        (comeBehind(partners, own) || (havePositions(own) && std::is_sorted(own.begin(), own.end())));
     QList<vxCurveLocation *> result;
     vxCurveLocation **places = vx::lengthen(result, own.size() + partners.size());
     if (isOrdered)
