@@ -80,12 +80,10 @@ void halve(Middle *first, Middle *last, std::ptrdiff_t together)
 
 } // namespace
 
-BoxTree::BoxTree(std::vector<Box> boxes, Order order) : m_boxes(std::move(boxes))
+BoxTree::BoxTree(std::vector<Box> boxes) : m_boxes(std::move(boxes))
 {
     m_starts = { 0, int(m_boxes.size()) };
-    m_boxes.reserve(m_boxes.size() + m_boxes.size() / (fanOut - 1) + 16);
-    if (order == Order::ByPlace)
-        sortByPlace();
+    sortByPlace();
     addLevelsAbove();
 }
 
@@ -98,7 +96,7 @@ void BoxTree::sortByPlace()
     halve(middles.data(), middles.data() + middles.size(), fanOut);
     m_items.reserve(m_boxes.size());
     std::vector<Box> sorted;
-    sorted.reserve(m_boxes.capacity());
+    sorted.reserve(m_boxes.size() + m_boxes.size() / (fanOut - 1) + 16); // with the levels above
     for (const Middle &middle : middles) {
         m_items.push_back(middle.item);
         sorted.push_back(m_boxes[size_t(middle.item)]);
@@ -122,22 +120,17 @@ void BoxTree::addLevelsAbove()
 class BoxTree::Walk
 {
 public:
-    Walk(const BoxTree &tree, const Box &box, double slack, int first, std::vector<int> &found)
-        : m_tree(tree), m_items(tree.m_items.empty() ? nullptr : tree.m_items.data()), m_box(box),
-          m_slack(slack), m_wide(widened(box, slack)), m_first(m_items ? 0 : first), m_found(found)
+    Walk(const BoxTree &tree, const Box &box, double slack, std::vector<int> &found)
+        : m_tree(tree), m_box(box), m_slack(slack), m_wide(widened(box, slack)), m_found(found)
     {
         const int top = int(tree.m_starts.size()) - 2;
-        search(top, 0, tree.m_starts[size_t(top) + 1] - tree.m_starts[size_t(top)]);
+        search(top, 0, tree.sizeOf(top));
     }
-
-    int lookedAt() const { return m_lookedAt; }
 
 private:
     /** Of one level the boxes in [from, to), counted within it. */
     void search(int level, int from, int to)
     {
-        from = std::max(from, m_first >> (fanOutBits * level));
-        m_lookedAt += std::max(to - from, 0);
         const Box *const boxes = m_tree.m_boxes.data() + m_tree.m_starts[size_t(level)];
         for (int i = from; i < to; ++i) {
             if (areApart(boxes[i], m_wide))
@@ -152,22 +145,19 @@ private:
     void take(const Box &box, int i)
     {
         if (reach(box, m_box, m_slack))
-            m_found.push_back(m_items ? m_items[i] : i);
+            m_found.push_back(m_tree.m_items[size_t(i)]);
     }
 
     const BoxTree &m_tree;
-    const int *const m_items;
     const Box &m_box;
     const double m_slack;
     const Box m_wide;
-    const int m_first;
     std::vector<int> &m_found;
-    int m_lookedAt = 0;
 };
 
-int BoxTree::query(const Box &box, double slack, int first, std::vector<int> &found) const
+void BoxTree::query(const Box &box, double slack, std::vector<int> &found) const
 {
-    return Walk(*this, box, slack, first, found).lookedAt();
+    Walk(*this, box, slack, found);
 }
 
 } // namespace vx

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -14,8 +15,9 @@ namespace vx {
 
 /**
  * Which of many boxes come within reach of a given one, visited in the order of the list: boxAt(i) is the box
- * of item i. Few are looked through in groups, many go into a tree at the first query: as they are listed,
- * and sorted by place only when queries turn out to cost more so. Boxes with NaN reach everything.
+ * of item i. Few are looked through in groups of neighbours in the list. Of many, neighbours that touch, as
+ * curves of a contour do, are grouped, and the groups go into a tree at the first query. Boxes with NaN reach
+ * everything.
  */
 template <typename BoxAt>
 class BoxLookup
@@ -31,25 +33,63 @@ public:
     template <typename Visit>
     void query(const Box &box, double slack, int first, Visit &&visit)
     {
-        if (m_count <= scanned)
-            scan({ box.minX - slack, box.minY - slack, box.maxX + slack, box.maxY + slack }, first, visit);
-        else
-            search(box, slack, first, visit);
+        const Box wide = widened(box, slack);
+        if (m_count <= scanned) {
+            scan(wide, first, visit);
+            return;
+        }
+        m_among = nothing;
+        find(wide, first);
+        for (int i : m_found)
+            visit(i);
+    }
+
+    /**
+     * The same for boxes that are asked about in turn, first ascending, and lie together with those that
+     * follow: among() gives a box around them. In a tree, what is near that is sought once for all of them.
+     */
+    template <typename Among, typename Visit>
+    void queryInTurn(const Box &box, double slack, int first, Among &&among, Visit &&visit)
+    {
+        const Box wide = widened(box, slack);
+        if (m_count <= scanned) {
+            scan(wide, first, visit);
+            return;
+        }
+        if (!holds(m_among, box)) {
+            m_among = among();
+            find(widened(m_among, 2 * slack), first);
+        }
+        for (int i : m_found) {
+            if (i >= first && !areApart(m_boxAt(size_t(i)), wide))
+                visit(i);
+        }
     }
 
 private:
+    static constexpr double infinite = std::numeric_limits<double>::infinity();
+    static constexpr Box nothing{ infinite, infinite, -infinite, -infinite };
     /** Up to here a look at all groups costs less than building and walking the tree. */
     static constexpr size_t scanned = 512;
-    /** Neighbours in the list are neighbours in the plane as a rule, since curves come in contours. */
+    /** At most: neighbours in the list are neighbours in the plane as a rule, since curves come in contours.
+     */
     static constexpr size_t groupSize = 8;
-    /** Boxes that a query in a sorted tree looks at, about: some, and more for each box that it finds. */
-    static constexpr double looksPerQuery = 64;
-    static constexpr double looksPerFind = 8;
-    /** Looks that sorting costs, about, for each box. */
-    static constexpr double looksForSorting = 32;
+
+    static Box widened(const Box &box, double slack)
+    {
+        return { box.minX - slack, box.minY - slack, box.maxX + slack, box.maxY + slack };
+    }
+
+    static bool holds(const Box &around, const Box &box)
+    {
+        return around.minX <= box.minX && around.minY <= box.minY && around.maxX >= box.maxX &&
+               around.maxY >= box.maxY;
+    }
+
+    // --- few ---
 
     template <typename Visit>
-    void scan(const Box &wide, int first, Visit &&visit) const
+    void scan(const Box &wide, int first, Visit &visit) const
     {
         size_t i = size_t(first);
         const Box *group = m_groups.constData() + i / groupSize;
@@ -64,64 +104,76 @@ private:
         }
     }
 
-    template <typename Visit>
-    void search(const Box &box, double slack, int first, Visit &&visit)
-    {
-        if (!m_tree)
-            grow(BoxTree::Order::AsListed);
-        else if (m_wasted > looksForSorting * double(m_count))
-            grow(BoxTree::Order::ByPlace);
-        m_found.clear();
-        const int lookedAt = m_tree->query(box, slack, first, m_found);
-        if (m_tree->order() == BoxTree::Order::AsListed) {
-            m_wasted += lookedAt - looksPerQuery - looksPerFind * double(m_found.size());
-        } else {
-            m_found.erase(
-                std::remove_if(m_found.begin(), m_found.end(), [first](int i) { return i < first; }),
-                m_found.end());
-            std::sort(m_found.begin(), m_found.end());
-        }
-        for (int i : m_found)
-            visit(i);
-    }
-
-    void grow(BoxTree::Order order)
-    {
-        std::vector<Box> boxes;
-        boxes.reserve(m_count + m_count / 2);
-        for (size_t i = 0; i < m_count; ++i)
-            boxes.push_back(m_boxAt(i));
-        m_tree = std::make_unique<BoxTree>(std::move(boxes), order);
-        m_wasted = 0;
-    }
-
-    /** Boxes of the groups; an edge is NaN if it is in any of them, so that no group is apart by it. */
     void group()
     {
         for (size_t i = 0; i < m_count; ++i) {
-            const Box &box = m_boxAt(i);
-            if (i % groupSize == 0) {
-                m_groups.append(box);
-                continue;
-            }
-            Box &around = m_groups.last();
-            around.minX = lesser(around.minX, box.minX);
-            around.minY = lesser(around.minY, box.minY);
-            around.maxX = -lesser(-around.maxX, -box.maxX);
-            around.maxY = -lesser(-around.maxY, -box.maxY);
+            if (i % groupSize == 0)
+                m_groups.append(m_boxAt(i));
+            else
+                include(m_groups.last(), m_boxAt(i));
         }
+    }
+
+    /** An edge is NaN if it is in either, so that nothing is apart by it. */
+    static void include(Box &around, const Box &box)
+    {
+        around.minX = lesser(around.minX, box.minX);
+        around.minY = lesser(around.minY, box.minY);
+        around.maxX = -lesser(-around.maxX, -box.maxX);
+        around.maxY = -lesser(-around.maxY, -box.maxY);
     }
 
     /** NaN if either is. */
     static double lesser(double a, double b) { return b < a || std::isnan(b) ? b : a; }
 
+    // --- many ---
+
+    /** Sets what touches a box, from item first on. */
+    void find(const Box &wide, int first)
+    {
+        if (!m_tree)
+            grow();
+        m_found.clear();
+        m_foundGroups.clear();
+        m_tree->query(wide, 0, m_foundGroups);
+        std::sort(m_foundGroups.begin(), m_foundGroups.end());
+        for (int group : m_foundGroups) {
+            const int end = m_groupStarts[size_t(group) + 1];
+            for (int i = std::max(m_groupStarts[size_t(group)], first); i < end; ++i) {
+                if (!areApart(m_boxAt(size_t(i)), wide))
+                    m_found.push_back(i);
+            }
+        }
+    }
+
+    void grow()
+    {
+        std::vector<Box> groups;
+        groups.reserve(m_count / 2);
+        for (size_t i = 0; i < m_count; ++i) {
+            const Box &box = m_boxAt(i);
+            if (i > 0 && i - size_t(m_groupStarts.back()) < groupSize && !areApart(m_boxAt(i - 1), box)) {
+                include(groups.back(), box);
+                continue;
+            }
+            groups.push_back(box);
+            m_groupStarts.push_back(int(i));
+        }
+        m_groupStarts.push_back(int(m_count));
+        m_tree = std::make_unique<BoxTree>(std::move(groups));
+    }
+
     const size_t m_count;
     const BoxAt m_boxAt;
+    /** Of few. */
     QVarLengthArray<Box, 16> m_groups;
+    /** Of many: over the groups, and where each of them begins in the list, and the end. */
     std::unique_ptr<BoxTree> m_tree;
-    /** Looks of queries in the order of the list, beyond what they would cost in a sorted tree. */
-    double m_wasted = 0;
+    std::vector<int> m_groupStarts;
+    std::vector<int> m_foundGroups;
     std::vector<int> m_found;
+    /** What has been found is near this box, for queries in turn. */
+    Box m_among = nothing;
 };
 
 /** A lookup with a list of boxes of its own. */

@@ -17,12 +17,6 @@ constexpr double nearMissDistance = 5 * closeDistance;
 
 const vxPoint unknownPoint(qQNaN(), qQNaN());
 
-/** The values that a time found on values counts on: the whole curve's, where the curve has any. */
-Cubic wholeValues(vxCurve *curve, const Cubic &values)
-{
-    return curve && curve->segment1() && curve->segment2() ? curve->_cubic() : values;
-}
-
 bool within(double t, bool skipStart, bool skipEnd)
 {
     return t >= (skipStart ? timeMargin : 0) && t <= (skipEnd ? timeUpper : 1);
@@ -164,6 +158,12 @@ int CurvePair::addCurves(const ClipRange &range, int calls)
         m_param.unfinished.push_back({ m_curve1, m_curve2 });
     addFound(found, range.flip);
     return calls;
+}
+
+Cubic CurvePair::wholeValues(const vxCurve *curve, const Cubic &values) const
+{
+    const bool mayDiffer = m_given == Values::MayBeParts && curve && curve->segment1() && curve->segment2();
+    return mayDiffer ? curve->_cubic() : values;
 }
 
 void CurvePair::addFound(const TimePairs &found, bool flip)

@@ -17,10 +17,13 @@ namespace vx {
 class CurvePair
 {
 public:
+    /** Whether the values are all of the curves. */
+    enum class Values { Whole, MayBeParts };
+
     CurvePair(const PreparedCurve &values1, const PreparedCurve &values2, vxCurve *curve1, vxCurve *curve2,
-              QList<vxCurveLocation *> &locations, opParam &param)
+              QList<vxCurveLocation *> &locations, opParam &param, Values given = Values::MayBeParts)
         : m_values1(values1), m_values2(values2), m_curve1(curve1), m_curve2(curve2), m_locations(locations),
-          m_param(param)
+          m_param(param), m_given(given)
     {
     }
 
@@ -71,6 +74,8 @@ private:
     void addFound(const TimePairs &found, bool flip);
     void noteNearEnds();
     bool acceptTimes(double t1, double t2, bool overlap) const;
+    /** The values that a time found on values counts on: the whole curve's, where the curve has any. */
+    Cubic wholeValues(const vxCurve *curve, const Cubic &values) const;
 
     const PreparedCurve &m_values1;
     const PreparedCurve &m_values2;
@@ -78,6 +83,7 @@ private:
     vxCurve *m_curve2;
     QList<vxCurveLocation *> &m_locations;
     opParam &m_param;
+    const Values m_given;
     /** The last meeting that was not taken: it would not be a second time. */
     std::optional<Meeting> m_refused;
     /** Some meeting was found, taken or not. */

@@ -30,6 +30,12 @@ struct Item {
 /** Of few curves on the stack. */
 using Items = QVarLengthArray<Item, 24>;
 
+/** What is read of a curve first. It is kept, for of many curves none is in a cache when it is asked for. */
+struct Boxed {
+    vx::Cubic values;
+    vx::Box box;
+};
+
 struct BoxOf {
     const Item *items;
     const vx::Box &operator()(size_t i) const { return items[i].values.box; }
@@ -55,35 +61,48 @@ void extend(vx::Box &box, const vx::Box &other)
     box.maxY = std::max(box.maxY, other.maxY);
 }
 
-/** Box of a compound path's vertices, which lies within its bounds; all NaN with a vertex far off or NaN. */
-vx::Box verticesBox(const XPath &path)
+/** Gathers the box of a compound path's vertices, which lies within its bounds. */
+class VerticesBox
 {
-    constexpr double far = 1e6;
-    vx::Pair least = vx::both(infinite);
-    vx::Pair greatest = vx::both(-infinite);
-    vx::Pair sum{};
-    for (const vxPath *child : path.children) {
-        for (const vxSegment *segment : child->_segments()) {
-            const vx::Pair point = vx::pairOf(segment->point);
-            least = vx::lesser(least, point);
-            greatest = vx::greater(greatest, point);
-            sum += point;
-        }
+public:
+    void add(const vx::Pair &vertex)
+    {
+        m_least = vx::lesser(m_least, vertex);
+        m_greatest = vx::greater(m_greatest, vertex);
+        m_sum += vertex;
     }
-    const vx::Box box = vx::boxOf(least, greatest);
-    const bool isFar = box.minX < -far || box.minY < -far || box.maxX > far || box.maxY > far;
-    // No sum is a number where NaN is among what was added.
-    if (isFar || std::isnan(sum[0] + sum[1]))
-        return { qQNaN(), qQNaN(), qQNaN(), qQNaN() };
-    return box;
-}
+    /** The last vertex of an open contour, where no curve starts. */
+    void addEnd(const vxPath &contour)
+    {
+        if (!contour.isClosed() && !contour.isEmpty())
+            add(vx::pairOf(contour._segments().last()->point));
+    }
+    /** All NaN with a vertex far off or NaN. */
+    vx::Box box() const
+    {
+        constexpr double far = 1e6;
+        const vx::Box box = vx::boxOf(m_least, m_greatest);
+        const bool isFar = box.minX < -far || box.minY < -far || box.maxX > far || box.maxY > far;
+        // No sum is a number where NaN is among what was added.
+        if (isFar || std::isnan(m_sum[0] + m_sum[1]))
+            return { qQNaN(), qQNaN(), qQNaN(), qQNaN() };
+        return box;
+    }
 
-bool boundsTouch(const XPath &a, const XPath &b)
+private:
+    vx::Pair m_least = vx::both(infinite);
+    vx::Pair m_greatest = vx::both(-infinite);
+    vx::Pair m_sum{};
+};
+
+/** Whether the bounds of two compound paths touch. Their vertices mostly tell. */
+bool boundsTouch(const XPath &a, const VerticesBox &verticesOfA, const XPath &b,
+                 const VerticesBox &verticesOfB)
 {
-    // Vertices mostly tell. Bounds are kept as corner and size, which moves their edges by less than 1e-9.
+    // Bounds are kept as corner and size, which moves their edges by less than 1e-9.
     constexpr double sure = vxTolerance::closeDistance;
-    const vx::Box ofA = verticesBox(a);
-    const vx::Box ofB = verticesBox(b);
+    const vx::Box ofA = verticesOfA.box();
+    const vx::Box ofB = verticesOfB.box();
     if (ofA.maxX - ofB.minX > sure && ofB.maxX - ofA.minX > sure && ofA.maxY - ofB.minY > sure &&
         ofB.maxY - ofA.minY > sure)
         return true;
@@ -126,16 +145,19 @@ public:
 
     /**
      * One curve with all of others from place first on; before and after are the places of its neighbours, -1
-     * for none.
+     * for none. among() gives a box around it and curves that follow it.
      */
+    template <typename Among>
     void meetOthers(const Item &item, const Items &others, vx::BoxLookup<BoxOf> &boxes, int first, int before,
-                    int after)
+                    int after, Among &&among)
     {
         // Twice the reach of boxesMeet, which decides: the comparisons may round differently.
-        boxes.query(item.values.box, 2 * vxTolerance::closeDistance, first, [&](int j) {
+        boxes.queryInTurn(item.values.box, 2 * vxTolerance::closeDistance, first, among, [&](int j) {
             setParam(j == before, j == after);
             const Item &other = others[j];
-            vx::CurvePair(item.values, other.values, item.curve, other.curve, m_group, m_param).intersect();
+            vx::CurvePair(item.values, other.values, item.curve, other.curve, m_group, m_param,
+                          vx::CurvePair::Values::Whole)
+                .intersect();
         });
     }
 
@@ -162,6 +184,17 @@ private:
     /** What the curves of the current contour have met. */
     QList<vxCurveLocation *> m_group;
 };
+
+/** Box around the items from place i on that are looked at together, of those before end. */
+template <typename BoxAt>
+vx::Box aroundNext(int i, int end, BoxAt &&boxAt)
+{
+    constexpr int together = 4;
+    vx::Box box = boxAt(i);
+    for (int k = i + 1; k < std::min(i + together, end); ++k)
+        extend(box, boxAt(k));
+    return box;
+}
 
 /** The application's option: two shapes of six curves are not intersected. */
 bool isLeftOut(int count1, int count2)
@@ -194,9 +227,25 @@ void meetItself(const XPath &path, bool firstOnly, Search &search)
             if (firstOnly && i + 1 < count)
                 return;
             if (!isLeftOut(count, count))
-                search.meetOthers(item, items, boxes, i + 1, contour.before(i), contour.after(i));
+                search.meetOthers(item, items, boxes, i + 1, contour.before(i), contour.after(i), [&] {
+                    return aroundNext(i, contour.end(), [&](int k) { return items[k].values.box; });
+                });
         }
         search.endContour();
+    }
+}
+
+/** Calls take(curve, what is read of it) for all curves of a compound path. */
+template <typename Take>
+void readCurves(const XPath &path, VerticesBox &vertices, Take &&take)
+{
+    for (const vxPath *child : path.children) {
+        for (vxCurve *curve : child->_curves()) {
+            const vx::Cubic cubic = curve->_cubic();
+            vertices.add(vx::pairOf(cubic, 0));
+            take(curve, Boxed{ cubic, vx::pulledBox(cubic) });
+        }
+        vertices.addEnd(*child);
     }
 }
 
@@ -207,35 +256,37 @@ void meetEachOther(const XPath &path1, const XPath &path2, Search &search)
     const int count2 = countCurves(path2);
     if (isLeftOut(count1, count2))
         return;
-    QVarLengthArray<vx::Box, 32> boxes1;
-    boxes1.reserve(count1);
-    vx::Box around1 = emptyBox;
-    for (const vxPath *child : path1.children) {
-        for (const vxCurve *curve : child->_curves()) {
-            boxes1.append(vx::pulledBox(curve->_cubic()));
-            extend(around1, boxes1.last());
-        }
-    }
+    VerticesBox vertices1, vertices2;
+    vx::Box around1 = emptyBox, around2 = emptyBox;
+    QVarLengthArray<Boxed, 32> boxed1;
+    boxed1.reserve(count1);
+    readCurves(path1, vertices1, [&](vxCurve *, const Boxed &boxed) {
+        boxed1.append(boxed);
+        extend(around1, boxed.box);
+    });
     Items near;
     near.reserve(count2);
-    vx::Box around2 = emptyBox;
-    for (const vxPath *child : path2.children) {
-        for (vxCurve *curve : child->_curves()) {
-            const vx::Cubic cubic = curve->_cubic();
-            const vx::Box box = vx::pulledBox(cubic);
-            if (!vx::boxesMeet(around1, box))
-                continue;
-            near.append(Item(curve, cubic, box));
-            extend(around2, box);
-        }
-    }
+    readCurves(path2, vertices2, [&](vxCurve *curve, const Boxed &boxed) {
+        if (!vx::boxesMeet(around1, boxed.box))
+            return;
+        near.append(Item(curve, boxed.values, boxed.box));
+        extend(around2, boxed.box);
+    });
+    if (!boundsTouch(path1, vertices1, path2, vertices2))
+        return;
     vx::BoxLookup<BoxOf> boxes2(size_t(near.size()), BoxOf{ near.data() });
-    auto box1 = boxes1.cbegin();
+    ContourRange contour;
     for (const vxPath *child : path1.children) {
-        for (vxCurve *curve : child->_curves()) {
-            const vx::Box &box = *box1++;
-            if (vx::boxesMeet(box, around2))
-                search.meetOthers(Item(curve, curve->_cubic(), box), near, boxes2, 0, -1, -1);
+        const QList<vxCurve *> &curves = child->_curves();
+        contour = { contour.end(), curves.size(), child->isClosed() };
+        for (int i = contour.first; i < contour.end(); ++i) {
+            const Boxed &boxed = boxed1[i];
+            if (!vx::boxesMeet(boxed.box, around2))
+                continue;
+            const Item item(curves.at(i - contour.first), boxed.values, boxed.box);
+            search.meetOthers(item, near, boxes2, 0, -1, -1, [&] {
+                return aroundNext(i, contour.end(), [&](int k) { return boxed1[k].box; });
+            });
         }
         search.endContour();
     }
@@ -246,7 +297,7 @@ QList<vxCurveLocation *> findMeetings(XPath &path, XPath *other,
                                       vx::SearchDoubts &doubts)
 {
     const bool self = !other || other == &path;
-    if (!self && (returnFirst || !boundsTouch(path, *other)))
+    if (!self && returnFirst)
         return QList<vxCurveLocation *>();
     Search search(include);
     if (self)

@@ -261,9 +261,21 @@ std::vector<vx::Box> boxesOf(int count, bool scattered)
     return boxes;
 }
 
+vx::Box aroundSome(const std::vector<vx::Box> &boxes, size_t first)
+{
+    vx::Box around = boxes[first];
+    for (size_t i = first + 1; i < std::min(first + 4, boxes.size()); ++i) {
+        around = { std::min(around.minX, boxes[i].minX), std::min(around.minY, boxes[i].minY),
+                   std::max(around.maxX, boxes[i].maxX), std::max(around.maxY, boxes[i].maxY) };
+    }
+    return around;
+}
+
 void expectFoundAsByLooking(const std::vector<vx::Box> &boxes, double slack)
 {
     vx::OrderedBoxes ordered(boxes);
+    const auto boxAt = [&boxes](size_t i) -> const vx::Box & { return boxes[i]; };
+    vx::BoxLookup<decltype(boxAt)> inTurn(boxes.size(), boxAt);
     const int count = int(boxes.size());
     for (int i = 0; i < count; ++i) {
         std::vector<int> plain;
@@ -277,6 +289,11 @@ void expectFoundAsByLooking(const std::vector<vx::Box> &boxes, double slack)
         std::vector<int> found;
         ordered.query(boxes[size_t(i)], slack, i, [&found](int j) { found.push_back(j); });
         ASSERT_EQ(found, plain) << "box " << i << " of " << count;
+        found.clear();
+        inTurn.queryInTurn(
+            boxes[size_t(i)], slack, i, [&] { return aroundSome(boxes, size_t(i)); },
+            [&found](int j) { found.push_back(j); });
+        ASSERT_EQ(found, plain) << "in turn, box " << i << " of " << count;
     }
 }
 
@@ -285,7 +302,7 @@ void expectFoundAsByLooking(const std::vector<vx::Box> &boxes, double slack)
 TEST(IndexedEqualsPlain, boxes_within_reach)
 {
     for (int count : { 5, 100, 700, 1025 }) {
-        for (bool scattered : { false, true }) { // those anywhere are sorted before long
+        for (bool scattered : { false, true }) {
             std::vector<vx::Box> boxes = boxesOf(count, scattered);
             expectFoundAsByLooking(boxes, 1.5);
             boxes[2].minX = qQNaN(); // reaches everything
