@@ -183,7 +183,8 @@ void BooleanRun::clearOverlapFlags(vxPath &contour) const
     for (const vxSegment *segment : contour._segments()) {
         if (!contour.isFlags(overlapsOnly | validOverlapsOnly))
             return;
-        if (segment->intersection() && segment->intersection()->overlap)
+        // Most runs met no overlap, and need not look at every place once more.
+        if (m_notes.overlap && segment->intersection() && segment->intersection()->overlap)
             continue;
         contour.removeFlags(overlapsOnly);
         const bool inResult =
