@@ -6,7 +6,6 @@
 
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QSet>
 
 #include <algorithm>
 #include <cmath>
@@ -17,6 +16,9 @@
 namespace {
 
 constexpr int maxReps = 15;
+/** The repetitions of a job are spread over this many rounds, so that a slow spell of the machine meets some.
+ */
+constexpr int rounds = 3;
 /** Microseconds after which a pair of sides gets no more repetitions. */
 constexpr double enoughTime = 1.5e6;
 constexpr double areaTolerance = 1e-3;
@@ -30,6 +32,8 @@ struct Progress {
     std::array<double, 2> area = {};
     std::array<std::array<double, maxReps>, 2> times = {};
     std::array<int, 2> count = {};
+    /** Repetitions that both sides have done. */
+    int reps = 0;
 
     void add(Side side, double time) { times[side][size_t(count[side]++)] = time; }
     double total() const
@@ -76,31 +80,45 @@ class Contest
 {
 public:
     Contest(const QVector<VersusCase> &cases, const VersusOptions &options)
-        : m_cases(cases), m_options(options), m_progress(jobCount())
+        : m_cases(cases), m_options(options), m_progress(jobCount()), m_ends(jobCount(), JobEnd::Done)
     {
     }
 
     QVector<VersusResult> run()
     {
-        runIsolated(
-            jobCount(), 0, 1, [this](int job, void *) { runJob(job); },
-            [this](int job, JobEnd end, const void *) { finish(job, end); });
-        return m_results;
+        for (m_round = 0; m_round < rounds; ++m_round) {
+            runIsolated(
+                jobCount(), 0, 1, [this](int job, void *) { runJob(job); },
+                [this](int job, JobEnd end, const void *) { note(job, end); });
+        }
+        QVector<VersusResult> results;
+        for (int job = 0; job < jobCount(); ++job)
+            results << resultOf(job);
+        return results;
     }
 
 private:
     int jobCount() const { return m_cases.size() * int(operations.size()); }
+    using Series = QPair<QString, int>;
+    Series seriesOf(int job, Side side) const { return { caseOf(job).family, operationOf(job) * 2 + side }; }
     bool isSkipped(int job, Side side) const
     {
-        return m_options.skipLarger &&
-               m_skipped.contains({ caseOf(job).family, operationOf(job) * 2 + side });
+        return m_options.skipLarger && job > m_overLimit.value(seriesOf(job, side), job);
     }
+    /** Repetitions up to the end of this round. */
+    int repsSoFar() const
+    {
+        return (std::min(m_options.reps, maxReps) * (m_round + 1) + rounds - 1) / rounds;
+    }
+    double timeSoFar() const { return enoughTime * (m_round + 1) / rounds; }
     const VersusCase &caseOf(int job) const { return m_cases[job / int(operations.size())]; }
     static int operationOf(int job) { return job % int(operations.size()); }
 
     void runJob(int job)
     {
         Progress &progress = m_progress[job];
+        if (m_ends[job] != JobEnd::Done || progress.total() > timeSoFar())
+            return;
         const VersusOperands operands(caseOf(job).entry);
         VersusRunner runners[] = { { operands, Ours, operationOf(job), m_options.fresh },
                                    { operands, Painter, operationOf(job) } };
@@ -111,7 +129,7 @@ private:
             runners[Ours].run();
             alarm(0);
         }
-        for (int rep = 0; rep < std::min(m_options.reps, maxReps); ++rep) {
+        for (int rep = progress.reps; rep < repsSoFar(); ++rep) {
             for (const Side side : sides) {
                 if (isSkipped(job, side))
                     continue;
@@ -123,12 +141,23 @@ private:
                 if (rep == 0)
                     progress.area[side] = runners[side].area();
             }
-            if (progress.total() > enoughTime)
+            progress.reps = rep + 1;
+            if (progress.total() > timeSoFar())
                 break;
         }
     }
 
-    void finish(int job, JobEnd end)
+    void note(int job, JobEnd end)
+    {
+        if (end == JobEnd::Done)
+            return;
+        m_ends[job] = end;
+        const Progress &progress = m_progress[job];
+        if (progress.count[progress.running] == 0)
+            m_overLimit.insert(seriesOf(job, progress.running), job);
+    }
+
+    VersusResult resultOf(int job)
     {
         const Progress &progress = m_progress[job];
         VersusResult result{ &caseOf(job), operationOf(job), {} };
@@ -140,22 +169,23 @@ private:
                 out.medianUs = progress.median(side);
                 out.area = progress.area[side];
                 out.status = std::isnan(out.area) ? SideResult::NoAnswer : SideResult::Answered;
-            } else if (progress.running == side && end != JobEnd::Done) {
-                out.status = end == JobEnd::TimedOut ? SideResult::OverLimit : SideResult::Crashed;
-                m_skipped.insert({ caseOf(job).family, operationOf(job) * 2 + side });
+            } else if (progress.running == side && m_ends[job] != JobEnd::Done) {
+                out.status = m_ends[job] == JobEnd::TimedOut ? SideResult::OverLimit : SideResult::Crashed;
             } else {
                 out.status = SideResult::NotRun;
             }
         }
-        m_results << result;
+        return result;
     }
 
     const QVector<VersusCase> &m_cases;
     const VersusOptions m_options;
     SharedProgress m_progress;
-    QVector<VersusResult> m_results;
-    /** Series, and operation with side, that were over the limit. A child starts after that was noted. */
-    QSet<QPair<QString, int>> m_skipped;
+    int m_round = 0;
+    /** How each job ended, and in which of a series a side was first over the limit. A child starts after
+     * that. */
+    QVector<JobEnd> m_ends;
+    QHash<Series, int> m_overLimit;
 };
 
 QString familyOf(const QString &file)

@@ -51,7 +51,7 @@ struct VersusResult {
 };
 
 struct VersusOptions {
-    int reps = 7;   ///< runs of each side, in turn; fewer where they take long
+    int reps = 7;   ///< runs of each side, in turn and spread over the whole; fewer where they take long
     int limit = 20; ///< whole seconds for one run of one side
     /** A side that was over the limit is not run on later cases of its series. For series by growing size. */
     bool skipLarger = false;
