@@ -16,8 +16,7 @@
 namespace {
 
 constexpr int maxReps = 15;
-/** The repetitions of a job are spread over this many rounds, so that a slow spell of the machine meets some.
- */
+/** Repetitions are spread over so many rounds through all jobs: a slow spell of the machine meets some. */
 constexpr int rounds = 3;
 /** Microseconds after which a pair of sides gets no more repetitions. */
 constexpr double enoughTime = 1.5e6;
@@ -32,10 +31,9 @@ struct Progress {
     std::array<double, 2> area = {};
     std::array<std::array<double, maxReps>, 2> times = {};
     std::array<int, 2> count = {};
-    /** Repetitions that both sides have done. */
-    int reps = 0;
 
     void add(Side side, double time) { times[side][size_t(count[side]++)] = time; }
+    int reps() const { return std::max(count[Ours], count[Painter]); }
     double total() const
     {
         double sum = 0;
@@ -129,7 +127,7 @@ private:
             runners[Ours].run();
             alarm(0);
         }
-        for (int rep = progress.reps; rep < repsSoFar(); ++rep) {
+        for (int rep = progress.reps(); rep < repsSoFar(); ++rep) {
             for (const Side side : sides) {
                 if (isSkipped(job, side))
                     continue;
@@ -141,7 +139,6 @@ private:
                 if (rep == 0)
                     progress.area[side] = runners[side].area();
             }
-            progress.reps = rep + 1;
             if (progress.total() > timeSoFar())
                 break;
         }
@@ -182,9 +179,9 @@ private:
     const VersusOptions m_options;
     SharedProgress m_progress;
     int m_round = 0;
-    /** How each job ended, and in which of a series a side was first over the limit. A child starts after
-     * that. */
+    /** How each job ended. A child starts after that was noted, and so for the next. */
     QVector<JobEnd> m_ends;
+    /** The job of a series in which a side gave no answer at first. */
     QHash<Series, int> m_overLimit;
 };
 

@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <utility>
 
 using namespace vxTolerance;
@@ -136,8 +135,7 @@ void include(Box &box, const Cubic &c)
 
 void Arrangement::collect(const QVector<const XPath *> &operands)
 {
-    constexpr double infinite = std::numeric_limits<double>::infinity();
-    Box box{ infinite, infinite, -infinite, -infinite };
+    Box box = emptyBox;
     m_operandCount = operands.size();
     m_evenOdd.reserve(size_t(operands.size()));
     size_t segments = 0;

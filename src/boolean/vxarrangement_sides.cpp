@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
-#include <limits>
 #include <numeric>
 #include <optional>
 
@@ -91,8 +90,7 @@ public:
     const Box &box() const { return m_box; }
 
 private:
-    static constexpr double infinite = std::numeric_limits<double>::infinity();
-    Box m_box{ infinite, infinite, -infinite, -infinite };
+    Box m_box = emptyBox;
 };
 
 bool areSame(const Node &a, const Node &b)

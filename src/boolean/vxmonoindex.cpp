@@ -128,7 +128,7 @@ private:
         std::vector<Box> boxes;
         boxes.reserve(index.m_outlines.size());
         for (size_t i = 0; i < index.m_outlines.size(); ++i) {
-            Box box{ infinite, infinite, -infinite, -infinite };
+            Box box = emptyBox;
             for (int k = index.m_outlines[i].first; k < index.endOf(i); ++k) {
                 const Box &reach = index.m_reaches[k];
                 box.minX = std::min(box.minX, reach.minX);

@@ -141,10 +141,6 @@ private:
     /** Parts that a run is split into, and pieces of a run that is not split. */
     static constexpr int fanOut = 4;
 
-    static Box widened(const Box &box, double slack)
-    {
-        return { box.minX - slack, box.minY - slack, box.maxX + slack, box.maxY + slack };
-    }
     static bool areClose(const Box &a, const Box &b)
     {
         return !(b.maxX < a.minX || a.maxX < b.minX || b.maxY < a.minY || a.maxY < b.minY);
@@ -157,9 +153,8 @@ private:
 
     void split(int index)
     {
-        constexpr double infinite = std::numeric_limits<double>::infinity();
         const Run run = m_runs[size_t(index)];
-        Box box{ infinite, infinite, -infinite, -infinite };
+        Box box = emptyBox;
         if (run.last - run.first < fanOut) {
             for (int i = run.first; i <= run.last; ++i)
                 include(box, m_boxes[size_t(i)]);

@@ -20,7 +20,7 @@ bool reach(const Box &a, const Box &b, double slack)
 }
 
 /** A box widened by slack and by more than rounding: from what it is apart, reach() does not hold. */
-Box widened(const Box &box, double slack)
+Box widenedBeyondRounding(const Box &box, double slack)
 {
     const auto margin = [slack](double edge) { return slack + 1e-12 * (slack + std::fabs(edge)); };
     return { box.minX - margin(box.minX), box.minY - margin(box.minY), box.maxX + margin(box.maxX),
@@ -29,7 +29,7 @@ Box widened(const Box &box, double slack)
 
 Box around(const Box *begin, const Box *end)
 {
-    Box box{ infinite, infinite, -infinite, -infinite };
+    Box box = emptyBox;
     for (const Box *b = begin; b != end; ++b) {
         if (std::isnan(b->minX + b->minY + b->maxX + b->maxY))
             return { -infinite, -infinite, infinite, infinite };
@@ -121,7 +121,7 @@ class BoxTree::Walk
 {
 public:
     Walk(const BoxTree &tree, const Box &box, double slack, std::vector<int> &found)
-        : m_tree(tree), m_box(box), m_slack(slack), m_wide(widened(box, slack)), m_found(found)
+        : m_tree(tree), m_box(box), m_slack(slack), m_wide(widenedBeyondRounding(box, slack)), m_found(found)
     {
         const int top = int(tree.m_starts.size()) - 2;
         search(top, 0, tree.sizeOf(top));

@@ -2,6 +2,8 @@
 
 #include "vxpoint.h"
 
+#include <limits>
+
 class vxLine;
 
 /**
@@ -36,6 +38,18 @@ struct Cubic {
 struct Box {
     double minX, minY, maxX, maxY;
 };
+
+/** What a box is grown from: it holds nothing, and any box with numbers extends it. */
+inline constexpr Box emptyBox{ std::numeric_limits<double>::infinity(),
+                               std::numeric_limits<double>::infinity(),
+                               -std::numeric_limits<double>::infinity(),
+                               -std::numeric_limits<double>::infinity() };
+
+/** A box with its edges moved out by slack path units. */
+inline Box widened(const Box &box, double slack)
+{
+    return { box.minX - slack, box.minY - slack, box.maxX + slack, box.maxY + slack };
+}
 
 // --- evaluation, parts: vxcubic_evaluate.cpp ---
 

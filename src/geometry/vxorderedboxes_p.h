@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <memory>
 #include <vector>
 
@@ -38,7 +37,7 @@ public:
             scan(wide, first, visit);
             return;
         }
-        m_among = nothing;
+        m_among = emptyBox;
         find(wide, first);
         for (int i : m_found)
             visit(i);
@@ -67,18 +66,11 @@ public:
     }
 
 private:
-    static constexpr double infinite = std::numeric_limits<double>::infinity();
-    static constexpr Box nothing{ infinite, infinite, -infinite, -infinite };
     /** Up to here a look at all groups costs less than building and walking the tree. */
     static constexpr size_t scanned = 512;
     /** At most: neighbours in the list are neighbours in the plane as a rule, since curves come in contours.
      */
     static constexpr size_t groupSize = 8;
-
-    static Box widened(const Box &box, double slack)
-    {
-        return { box.minX - slack, box.minY - slack, box.maxX + slack, box.maxY + slack };
-    }
 
     static bool holds(const Box &around, const Box &box)
     {
@@ -173,7 +165,7 @@ private:
     std::vector<int> m_foundGroups;
     std::vector<int> m_found;
     /** What has been found is near this box, for queries in turn. */
-    Box m_among = nothing;
+    Box m_among = emptyBox;
 };
 
 /** A lookup with a list of boxes of its own. */

@@ -165,8 +165,7 @@ void sort(Entries &entries)
         std::rotate(std::upper_bound(entries.begin(), entry, *entry), entry, entry + 1);
 }
 
-/** Whether all partners belong behind own, in whatever order that is: a second operand's paths are younger.
- */
+/** Whether partners all belong behind own, whatever its order: paths of a second operand are younger. */
 bool comeBehind(const Entries &partners, const Entries &own)
 {
     const auto byPath = [](const Entry &a, const Entry &b) { return a.pathId < b.pathId; };

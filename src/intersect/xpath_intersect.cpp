@@ -50,7 +50,6 @@ int countCurves(const XPath &path)
 }
 
 constexpr double infinite = std::numeric_limits<double>::infinity();
-constexpr vx::Box emptyBox{ infinite, infinite, -infinite, -infinite };
 
 /** Extends a box by another; edges that are NaN, which no box meets, are left out. */
 void extend(vx::Box &box, const vx::Box &other)
@@ -257,7 +256,7 @@ void meetEachOther(const XPath &path1, const XPath &path2, Search &search)
     if (isLeftOut(count1, count2))
         return;
     VerticesBox vertices1, vertices2;
-    vx::Box around1 = emptyBox, around2 = emptyBox;
+    vx::Box around1 = vx::emptyBox, around2 = vx::emptyBox;
     QVarLengthArray<Boxed, 32> boxed1;
     boxed1.reserve(count1);
     readCurves(path1, vertices1, [&](vxCurve *, const Boxed &boxed) {
