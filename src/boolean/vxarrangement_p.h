@@ -19,8 +19,8 @@ class vxPath;
  * whether it can be trusted, before anything is traced.
  *
  *  1. meet: intersect every pair of curves that can meet, each with itself too (vxarrangement_meet.cpp);
- *  2. cut: cut the curves there, join end points within the snapping distance into nodes, make stretches that
- *     run together one edge (vxarrangement_cut.cpp);
+ *  2. cut: cut the curves there (vxarrangement_cut.cpp), join end points within the snapping distance into
+ *     nodes (vxarrangement_nodes.cpp), make stretches that run together one edge (vxarrangement_edges.cpp);
  *  3. sides: count what a ray from the middle of every edge meets (vxarrangement_sides.cpp);
  *  4. select: keep the edges across which an operation's answer differs, inside on the right; area and
  *     evenness of all nodes follow from these (vxarrangement.cpp);
@@ -100,6 +100,22 @@ struct Node {
     /** Every end point that was joined into it lies exactly on it. */
     bool exact;
 };
+
+/** Whether a curve leaves the surroundings of its start. */
+inline bool bulges(const Cubic &c, double distance)
+{
+    for (double t : { 0.25, 0.5, 0.75 }) {
+        if (placeAt(c, t).getDistance(c.p0()) > distance)
+            return true;
+    }
+    return false;
+}
+
+/** The curve with its ends moved, its handles going along. */
+inline Cubic withEnds(const Cubic &c, const vxPoint &p0, const vxPoint &p3)
+{
+    return Cubic::fromPoints(p0, c.p1().add(p0.subtract(c.p0())), c.p2().add(p3.subtract(c.p3())), p3);
+}
 
 /** Signed number of times that an edge occurs in an operand's outline, counted along the edge. */
 struct Share {
@@ -241,7 +257,13 @@ private:
     void sortCuts();
     void choosePlaces(const Cubic &values, const Cut *begin, const Cut *end);
     void cutCurve(int curve, const Cut *firstCut, const Cut *endCut, std::vector<Edge> &result);
+
+    // vxarrangement_nodes.cpp
     void joinEnds(std::vector<Edge> &stretches);
+    void makeNodes(std::vector<Edge> &stretches);
+    void moveOntoNodes(std::vector<Edge> &stretches);
+
+    // vxarrangement_edges.cpp
     void joinStretches(std::vector<Edge> &stretches);
     void linkStretches(const std::vector<Edge> &stretches, const std::vector<Companions> &companions);
     void makeEdges(std::vector<Edge> &stretches, const std::vector<Companions> &companions);
