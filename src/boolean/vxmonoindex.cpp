@@ -229,10 +229,20 @@ void MonoIndex::visitNearLevel(const vxPoint &point, double slack, Visit &&visit
     }
 }
 
-void MonoIndex::findNearLevel(const vxPoint &point, double slack, std::vector<int> &found) const
+void MonoIndex::findNear(const vxPoint &point, double slack, std::vector<int> &found) const
 {
     found.clear();
-    visitNearLevel(point, slack, [&found](int i) { found.push_back(i); });
+    const Box box = widened({ point.x, point.y, point.x, point.y }, slack);
+    const auto isNear = [&box](const Box &reach) { return !areApart(reach, box); };
+    const auto take = [&found](int i) { found.push_back(i); };
+    if (Spread *many = spread()) {
+        visitOutlines(many->outlinesNear(point, slack), 0, size(), isNear, take);
+        return;
+    }
+    visitLevels(box.minY, box.maxY, [&](int i) {
+        if (isNear(m_reaches[i]))
+            take(i);
+    });
 }
 
 void MonoIndex::countClearly(const vxPoint &place, double slack, const vxCurve *own, int second,
@@ -286,17 +296,6 @@ void MonoIndex::visitLevel(const vxPoint &point, int first, int last, LevelCount
         if (i >= first && i < last)
             visit(i);
     });
-}
-
-void MonoIndex::visitLevel(const vxPoint &point, const std::vector<int> &nearLevel, int first, int last,
-                           LevelCount &count) const
-{
-    OutlineVisit visit(*this, count);
-    for (int i : nearLevel) {
-        const Box &reach = m_reaches[i];
-        if (i >= first && i < last && reach.minY <= point.y && point.y <= reach.maxY)
-            visit(i);
-    }
 }
 
 double MonoIndex::usualReach() const

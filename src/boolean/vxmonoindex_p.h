@@ -58,12 +58,8 @@ public:
     /** Counts the pieces in [first, last), which are those of whole paths. */
     vxWinding winding(const vxPoint &point, bool horizontal, int first, int last) const;
 
-    /**
-     * Finds the pieces that come near the level of a point, in order: those whose levels are no farther off
-     * than slack. Outlines whose crossings cancel on one side of the point, farther off than slack, may be
-     * left out.
-     */
-    void findNearLevel(const vxPoint &point, double slack, std::vector<int> &found) const;
+    /** Finds the pieces whose reach comes within slack of a point, in order. */
+    void findNear(const vxPoint &point, double slack, std::vector<int> &found) const;
     /**
      * Counts for a place on one of the appended curves; pieces from second on are the second operand's. The
      * count's box reaches slack around the place. Outlines aside of it that the level of the place meets as
@@ -83,8 +79,6 @@ public:
         constexpr size_t few = 64;
         return m_outlines.size() > few;
     }
-    /** winding(), not horizontal, of a point whose pieces findNearLevel() found. */
-    vxWinding winding(const vxPoint &point, const std::vector<int> &nearLevel, int first, int last) const;
     /** Reach of a piece: its levels from end to end, and the width of its control points. */
     const Box &reach(int piece) const { return m_reaches[piece]; }
     /** The appended curve that a piece belongs to; null for a line that closes an open path. */
@@ -113,9 +107,6 @@ public:
      * cancel on one side of the point may be left out.
      */
     void visitLevel(const vxPoint &point, int first, int last, LevelCount &count) const;
-    /** The same of pieces that findNearLevel() found. */
-    void visitLevel(const vxPoint &point, const std::vector<int> &nearLevel, int first, int last,
-                    LevelCount &count) const;
     /**
      * Calls visit for pieces in [first, last) that the vertical through a point may meet, those next to it
      * first; leaves out those that lie above yTop or below yBottom altogether, which visit moves to the

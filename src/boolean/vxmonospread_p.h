@@ -41,13 +41,20 @@ public:
      */
     const std::vector<int> &outlinesThatCount(const vxPoint &point, double slack)
     {
-        m_found.clear();
-        const auto take = [this](int outline) { m_found.push_back(outline); };
-        m_boxes.query({ point.x, point.y, point.x, point.y }, std::max(slack, leastReach), 0, take);
+        outlinesNear(point, slack);
         const std::vector<int> &uneven = unevenAt(point.y);
         m_found.insert(m_found.end(), uneven.begin(), uneven.end());
         std::sort(m_found.begin(), m_found.end());
         m_found.erase(std::unique(m_found.begin(), m_found.end()), m_found.end());
+        return m_found;
+    }
+
+    /** Indexes of the outlines that come within slack of a point, ascending. */
+    const std::vector<int> &outlinesNear(const vxPoint &point, double slack)
+    {
+        m_found.clear();
+        const auto take = [this](int outline) { m_found.push_back(outline); };
+        m_boxes.query({ point.x, point.y, point.x, point.y }, std::max(slack, leastReach), 0, take);
         return m_found;
     }
 

@@ -158,23 +158,18 @@ bool Sampler::isOtherThrough(const vxCurve *curve, const vxPoint &point) const
 
 bool Sampler::liesOnAnother(const vxPoint &point)
 {
-    const double slack = m_pieces.reachOfCurves();
-    m_pieces.findNearLevel(point, slack, m_nearLevel);
-    const bool nearPieces = std::any_of(m_nearLevel.begin(), m_nearLevel.end(), [&](int i) {
-        const Box &reach = m_pieces.reach(i);
-        return point.x >= reach.minX - slack && point.x <= reach.maxX + slack &&
-               isOtherThrough(m_pieces.curveOf(i), point);
-    });
+    m_pieces.findNear(point, m_pieces.reachOfCurves(), m_near);
     const std::vector<const vxCurve *> &others = m_pieces.curvesWithoutReach();
-    return nearPieces || std::any_of(others.begin(), others.end(),
-                                     [&](const vxCurve *curve) { return isOtherThrough(curve, point); });
+    return std::any_of(m_near.begin(), m_near.end(),
+                       [&](int i) { return isOtherThrough(m_pieces.curveOf(i), point); }) ||
+           std::any_of(others.begin(), others.end(),
+                       [&](const vxCurve *curve) { return isOtherThrough(curve, point); });
 }
 
-vxWinding Sampler::count(const Sample &sample)
+vxWinding Sampler::count(const Sample &sample) const
 {
     const auto windingOf = [&](int first, int last) {
-        return sample.horizontal ? m_pieces.winding(sample.point, true, first, last)
-                                 : m_pieces.winding(sample.point, m_nearLevel, first, last);
+        return m_pieces.winding(sample.point, sample.horizontal, first, last);
     };
     if (asksForSides()) {
         // Minuend inside the subtrahend, or subtrahend outside the minuend: not part of any result.
@@ -391,8 +386,6 @@ vxWinding Sampler::countStretch()
         m_notes.movedSample = true;
         if (shared || !countElsewhere(sample, winding)) {
             sample = middle;
-            if (!middle.horizontal)
-                m_pieces.findNearLevel(middle.point, 0, m_nearLevel);
             winding = count(middle);
         }
     }

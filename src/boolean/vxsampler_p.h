@@ -65,8 +65,7 @@ private:
     /** Whether a curve that is not of the stretch passes through a point; null does not. */
     bool isOtherThrough(const vxCurve *curve, const vxPoint &point) const;
     bool asksForSides() const { return m_op == 3 && m_path2; }
-    /** At a sample for which m_nearLevel was found, unless it is horizontal. */
-    vxWinding count(const Sample &sample);
+    vxWinding count(const Sample &sample) const;
     bool countClearly(const vxCurve *own, double rise, const vxPoint &p, double blur,
                       vxWinding &winding) const;
     bool allowsClearCounts(double rise) const;
@@ -88,9 +87,9 @@ private:
     int m_secondPiece = 0;
     /** Counted instead of those where the caller lists pieces. */
     std::unique_ptr<MonoIndex> m_listedPieces;
-    /** The stretch at hand, and the pieces near the level of its sample. */
+    /** The stretch at hand, and the pieces near its sample. */
     Chain m_chain;
-    std::vector<int> m_nearLevel;
+    std::vector<int> m_near;
 };
 
 } // namespace vx

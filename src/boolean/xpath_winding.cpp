@@ -196,14 +196,6 @@ vxWinding vx::MonoIndex::winding(const vxPoint &point, bool horizontal, int firs
     return countWinding(point, IndexedPieces{ *this, first, last }, horizontal);
 }
 
-vxWinding vx::MonoIndex::winding(const vxPoint &point, const std::vector<int> &nearLevel, int first,
-                                 int last) const
-{
-    LevelCount count(point);
-    visitLevel(point, nearLevel, first, last, count);
-    return count.result();
-}
-
 vxWinding vxPath::_winding(const vxPoint &point) const
 {
     const vx::MonoIndex *index = _monoIndexIfAskedOften();

@@ -37,15 +37,19 @@ public:
             scan(wide, first, visit);
             return;
         }
-        m_among = emptyBox;
+        m_turns = 0;
         find(wide, first);
         for (int i : m_found)
             visit(i);
     }
 
+    /** So many boxes that are asked about in turn share one search. */
+    static constexpr int together = 4;
+
     /**
      * The same for boxes that are asked about in turn, first ascending, and lie together with those that
-     * follow: among() gives a box around them. In a tree, what is near that is sought once for all of them.
+     * follow: among() gives a box around the next ones, this one included. In a tree, what is near that is
+     * sought once for all of them.
      */
     template <typename Among, typename Visit>
     void queryInTurn(const Box &box, double slack, int first, Among &&among, Visit &&visit)
@@ -55,10 +59,14 @@ public:
             scan(wide, first, visit);
             return;
         }
-        if (!holds(m_among, box)) {
+        // A box may hold others by chance. Where it is a large one, that is no reason to go through all that
+        // is near it for each of them.
+        if (m_turns == 0 || !holds(m_among, box)) {
             m_among = among();
+            m_turns = together;
             find(widened(m_among, 2 * slack), first);
         }
+        --m_turns;
         for (int i : m_found) {
             if (i >= first && !areApart(m_boxAt(size_t(i)), wide))
                 visit(i);
@@ -164,8 +172,9 @@ private:
     std::vector<int> m_groupStarts;
     std::vector<int> m_foundGroups;
     std::vector<int> m_found;
-    /** What has been found is near this box, for queries in turn. */
+    /** What has been found is near this box, and may serve so many more queries in turn. */
     Box m_among = emptyBox;
+    int m_turns = 0;
 };
 
 /** A lookup with a list of boxes of its own. */

@@ -188,7 +188,7 @@ private:
 template <typename BoxAt>
 vx::Box aroundNext(int i, int end, BoxAt &&boxAt)
 {
-    constexpr int together = 4;
+    constexpr int together = vx::BoxLookup<BoxOf>::together;
     vx::Box box = boxAt(i);
     for (int k = i + 1; k < std::min(i + together, end); ++k)
         extend(box, boxAt(k));

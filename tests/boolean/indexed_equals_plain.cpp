@@ -73,6 +73,18 @@ std::vector<vxPoint> probes(const XPath &path, const QList<vxMono *> &pieces)
     return points;
 }
 
+std::vector<int> piecesNear(const vxPoint &p, double slack, const vx::MonoIndex &index)
+{
+    std::vector<int> near;
+    for (int i = 0; i < index.size(); ++i) {
+        const vx::Box &reach = index.reach(i);
+        if (p.x >= reach.minX - slack && p.x <= reach.maxX + slack && p.y >= reach.minY - slack &&
+            p.y <= reach.maxY + slack)
+            near.push_back(i);
+    }
+    return near;
+}
+
 bool operator==(const vxWinding &a, const vxWinding &b)
 {
     return a.winding == b.winding && a.contour == b.contour;
@@ -104,8 +116,8 @@ TEST(IndexedEqualsPlain, winding_counts)
                 ASSERT_TRUE(path->getWinding(p, horizontal) == plain) << p.x << ", " << p.y;
                 ++compared;
             }
-            index.findNearLevel(p, 1e-6, near);
-            ASSERT_TRUE(index.winding(p, near, 0, index.size()) == XPath::getWinding(p, pieces, false));
+            index.findNear(p, 1e-6, near);
+            ASSERT_EQ(near, piecesNear(p, 1e-6, index));
         }
     }
     std::printf("%d counts on %zu paths\n", compared, paths.size());
@@ -310,6 +322,24 @@ TEST(IndexedEqualsPlain, boxes_within_reach)
             expectFoundAsByLooking(boxes, 0);
         }
     }
+}
+
+TEST(IndexedEqualsPlain, one_box_around_all_others_does_not_make_their_search_long)
+{
+    constexpr int count = 4000; // the teeth of a comb, behind its back
+    std::vector<vx::Box> boxes{ { 0, 0, count, 10 } };
+    for (int i = 1; i < count; ++i)
+        boxes.push_back({ i - 0.75, 2, i - 0.25, 8 });
+    int looked = 0;
+    const auto boxAt = [&](size_t i) -> const vx::Box & { return ++looked, boxes[i]; };
+    vx::BoxLookup<decltype(boxAt)> lookup(boxes.size(), boxAt);
+    int found = 0;
+    for (int i = 0; i < count; ++i) {
+        lookup.queryInTurn(
+            boxes[size_t(i)], 0, i, [&] { return aroundSome(boxes, size_t(i)); }, [&found](int) { ++found; });
+    }
+    EXPECT_EQ(found, count + count - 1) << "each itself, and the first all others";
+    EXPECT_LT(looked, 100 * count);
 }
 
 TEST(IndexedEqualsPlain, both_sides_of_every_crossing_in_order)
