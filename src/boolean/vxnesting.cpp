@@ -40,15 +40,24 @@ public:
             for (int i = 0; i < vx::outlineSize(*contour); ++i)
                 append(vx::outlineCurve(*contour, i));
         }
-        std::sort(m_levels.begin(), m_levels.end());
+        // Few contours ask a few times: that is not worth sorting.
+        constexpr int few = 16;
+        m_isSorted = contours.size() > few;
+        if (m_isSorted)
+            std::sort(m_levels.begin(), m_levels.end());
     }
 
     /** Whether there is one so near a level that rounding may put it on either side, but not on it. */
     bool hasBeside(double level) const
     {
         constexpr double beside = 1e-6; // path units
-        const auto first = std::lower_bound(m_levels.begin(), m_levels.end(), level - beside);
-        const auto last = std::upper_bound(first, m_levels.end(), level + beside);
+        const double least = level - beside;
+        const double greatest = level + beside;
+        if (!m_isSorted)
+            return std::any_of(m_levels.begin(), m_levels.end(),
+                               [=](double l) { return l >= least && l <= greatest && l != level; });
+        const auto first = std::lower_bound(m_levels.begin(), m_levels.end(), least);
+        const auto last = std::upper_bound(first, m_levels.end(), greatest);
         return first != last && (*first != level || *(last - 1) != level);
     }
 
@@ -65,7 +74,8 @@ private:
         }
     }
 
-    std::vector<double> m_levels; ///< sorted
+    std::vector<double> m_levels;
+    bool m_isSorted;
 };
 
 /** Finds the nesting of traced contours, drops what the nonzero rule drops, and orients the rest. */

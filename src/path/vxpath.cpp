@@ -37,6 +37,8 @@ void vxPath::_copyFrom(const vxPath &other, vxBatch<vxSegment> &batch)
     flags = other.flags;
     m_segments.reserve(vx::roomyFor(other.m_segments.size()));
     appendCopiesOf(other.m_segments, batch);
+    m_bounds = other.m_bounds;
+    m_boundsValid = other.m_boundsValid;
 }
 
 void vxPath::assign(const vxPath &other)
