@@ -60,7 +60,8 @@ private:
         const Cells x = cellsAt(p.x);
         const Cells y = cellsAt(p.y);
         int &own = cells.first(quint64(x.own), quint64(y.own));
-        joinWith(own, i, p, cells);
+        if (joinWith(own, i, p, cells))
+            return;
         for (qint64 column = x.first; column <= x.last; ++column) {
             for (qint64 row = y.first; row <= y.last; ++row) {
                 if (column != x.own || row != y.own)
@@ -70,12 +71,18 @@ private:
         cells.insert(own, i);
     }
 
-    void joinWith(int first, int i, const vxPoint &p, const HashedChains &cells)
+    /** Whether a point of the cell is the very same, which stands for this one: what is near it has met that. */
+    bool joinWith(int first, int i, const vxPoint &p, const HashedChains &cells)
     {
         for (int k = first; k != -1; k = cells.next(k)) {
-            if (p.isClose(m_stretches[size_t(k)].inFrame.p0(), m_distance))
+            const vxPoint other = m_stretches[size_t(k)].inFrame.p0();
+            if (p.isClose(other, m_distance)) {
                 join(i, k);
+                if (p == other)
+                    return true;
+            }
         }
+        return false;
     }
 
     void join(int a, int b)
