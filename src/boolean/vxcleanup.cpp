@@ -90,7 +90,7 @@ CleanUp::~CleanUp() = default;
 
 bool CleanUp::isTooLarge(const XPath &path)
 {
-    constexpr int most = 16384;
+    constexpr int most = 131072;
     int count = 0;
     for (const vxPath *child : path.children)
         count += child->_segments().size();

@@ -43,7 +43,7 @@ public:
     CleanUp(const XPath &original, const RunNotes &notes, std::unique_ptr<XPath> resolved);
     ~CleanUp();
 
-    /** Larger operands keep neither copy nor curves, which would be many megabytes each. */
+    /** Larger operands keep neither copy nor curves, which would be tens of megabytes each. */
     static bool isTooLarge(const XPath &path);
 
     /** Whether nothing has changed since. */
