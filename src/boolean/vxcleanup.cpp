@@ -143,8 +143,11 @@ XPath *CleanUp::repeat(const XPath &original)
 
 XPath *CleanUp::cleaned(const XPath &original)
 {
-    if (m_stands && !m_copy)
+    if (m_stands && !m_copy) {
         m_copy.reset(redo(original));
+        for (vxPath *contour : qAsConst(m_copy->children))
+            contour->_noteReduced();
+    }
     return m_copy ? copyWithAreas(*m_copy) : redo(original);
 }
 

@@ -39,6 +39,7 @@ void vxPath::_copyFrom(const vxPath &other, vxBatch<vxSegment> &batch)
     appendCopiesOf(other.m_segments, batch);
     m_bounds = other.m_bounds;
     m_boundsValid = other.m_boundsValid;
+    m_isReduced = other.m_isReduced;
 }
 
 void vxPath::assign(const vxPath &other)
@@ -126,6 +127,7 @@ void vxPath::_changed()
     length = 0;
     area = 0;
     m_boundsValid = false;
+    m_isReduced = false;
     // Curves stamp what they cached with the version, so that nobody has to walk them here.
     if (!m_monos.isEmpty() || m_monoIndex)
         clearMonos();

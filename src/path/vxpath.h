@@ -237,6 +237,8 @@ public:
 
     // --- internal ---
 
+    /** Looks, for all copies, whether reduce(true) has nothing to drop. */
+    void _noteReduced();
     /** The one place that drops what was computed from the geometry and advances the version. */
     void _changed();
     // getSegments() and getCurves() without a copy of the list, for walks that edit nothing.
@@ -329,4 +331,6 @@ private:
     mutable quint32 m_questionsVersion = 0;
     mutable vxRect m_bounds;
     mutable bool m_boundsValid = false;
+    /** Known to have no segments that reduce(true) drops: results are reduced again where nothing was cut. */
+    bool m_isReduced = false;
 };

@@ -229,10 +229,19 @@ private:
 
 } // namespace
 
+void vxPath::_noteReduced()
+{
+    m_isReduced = !isReducible(m_segments, closed, true);
+}
+
 void vxPath::reduce(bool simplify)
 {
-    if (!isReducible(m_segments, closed, simplify))
+    if (m_isReduced && simplify)
         return;
+    if (!isReducible(m_segments, closed, simplify)) {
+        m_isReduced = simplify;
+        return;
+    }
     Reduction reduction(m_segments, closed, simplify);
     reduction.run();
     if (reduction.count() == m_segments.size())
