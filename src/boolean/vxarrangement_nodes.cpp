@@ -71,7 +71,7 @@ private:
         cells.insert(own, i);
     }
 
-    /** Whether a point of the cell is the very same, which stands for this one: what is near it has met that. */
+    /** True where a point of the cell is the very same: what is near this one has met that. */
     bool joinWith(int first, int i, const vxPoint &p, const HashedChains &cells)
     {
         for (int k = first; k != -1; k = cells.next(k)) {
