@@ -120,8 +120,8 @@ private:
         const VersusOperands operands(caseOf(job).entry);
         VersusRunner runners[] = { { operands, Ours, operationOf(job), m_options.fresh },
                                    { operands, Painter, operationOf(job) } };
-        // Operands that stand have been asked before, twice: what is kept of them is made the second time, and
-        // large ones are timed just once.
+        // Operands that stand have been asked before, twice: what is kept of them is made the second time,
+        // and large ones are timed just once.
         for (int i = 0; i < 2 && !m_options.fresh && !isSkipped(job, Ours); ++i) {
             progress.running = Ours;
             alarm(unsigned(m_options.limit));
