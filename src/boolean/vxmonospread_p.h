@@ -52,19 +52,13 @@ public:
     /** Indexes of the outlines that come within slack of a point, ascending. */
     const std::vector<int> &outlinesNear(const vxPoint &point, double slack)
     {
-        m_found.clear();
-        const auto take = [this](int outline) { m_found.push_back(outline); };
-        m_boxes.query({ point.x, point.y, point.x, point.y }, std::max(slack, leastReach), 0, take);
-        return m_found;
+        return outlinesMeeting({ point.x, point.y, point.x, point.y }, std::max(slack, leastReach));
     }
 
     /** Indexes of the outlines that the vertical at x may meet from top to bottom, ascending. */
     const std::vector<int> &outlinesOnVertical(double x, double top, double bottom)
     {
-        m_found.clear();
-        const auto take = [this](int outline) { m_found.push_back(outline); };
-        m_boxes.query({ x, top, x, bottom }, m_index.reachOfCurves(), 0, take);
-        return m_found;
+        return outlinesMeeting({ x, top, x, bottom }, m_index.reachOfCurves());
     }
 
     /** Of the outlines. */
@@ -80,6 +74,13 @@ private:
         double y = std::numeric_limits<double>::quiet_NaN();
         std::vector<int> uneven;
     };
+
+    const std::vector<int> &outlinesMeeting(const Box &box, double slack)
+    {
+        m_found.clear();
+        m_boxes.query(box, slack, 0, [this](int outline) { m_found.push_back(outline); });
+        return m_found;
+    }
 
     /** Remembers some levels: of shapes in a row many samples share one. */
     const std::vector<int> &unevenAt(double y)
@@ -129,13 +130,8 @@ private:
         boxes.reserve(index.m_outlines.size());
         for (size_t i = 0; i < index.m_outlines.size(); ++i) {
             Box box = emptyBox;
-            for (int k = index.m_outlines[i].first; k < index.endOf(i); ++k) {
-                const Box &reach = index.m_reaches[k];
-                box.minX = std::min(box.minX, reach.minX);
-                box.maxX = std::max(box.maxX, reach.maxX);
-                box.minY = std::min(box.minY, reach.minY);
-                box.maxY = std::max(box.maxY, reach.maxY);
-            }
+            for (int k = index.m_outlines[i].first; k < index.endOf(i); ++k)
+                extend(box, index.m_reaches[k]);
             boxes.push_back(box);
         }
         return boxes;

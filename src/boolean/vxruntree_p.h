@@ -182,10 +182,7 @@ private:
             box = { -infinite, -infinite, infinite, infinite };
             return;
         }
-        box.minX = std::min(box.minX, other.minX);
-        box.minY = std::min(box.minY, other.minY);
-        box.maxX = std::max(box.maxX, other.maxX);
-        box.maxY = std::max(box.maxY, other.maxY);
+        extend(box, other);
     }
 
     const std::vector<Box> &m_boxes;

@@ -26,10 +26,10 @@ public:
         const vx::LocationOwner owner(found);
         const QList<vxCurveLocation *> locations = vxCurveLocation::expand(found);
         if (!metNothing())
-            hold(m_path);
+            holdSegments();
         if (m_hasOverlaps) {
             const QList<vxCurveLocation *> divided = m_path.divideLocations(locations, 1);
-            hold(m_path);
+            holdSegments();
             vx::removeInsideOverlaps(m_path, divided);
         }
         QVector<vxPath *> contours = m_path.children;
@@ -87,10 +87,10 @@ private:
                            [](const vxContact &contact) { return !contact.otherVertex; });
     }
 
-    /** Keeps the segments of a path alive while locations refer to them and some are removed. */
-    void hold(const XPath &path)
+    /** Keeps the segments alive while locations refer to them and some are removed. */
+    void holdSegments()
     {
-        for (const vxPath *child : path.children) {
+        for (const vxPath *child : qAsConst(m_path.children)) {
             for (vxSegment *segment : child->_segments())
                 m_held.emplace_back(segment);
         }

@@ -70,15 +70,6 @@ private:
     static constexpr unsigned longRun = 64;
     static constexpr unsigned longestRun = 4096;
 
-    /** Written so that NaN changes nothing. */
-    static void include(Box &around, const Box &box)
-    {
-        around.minX = box.minX < around.minX ? box.minX : around.minX;
-        around.minY = box.minY < around.minY ? box.minY : around.minY;
-        around.maxX = box.maxX > around.maxX ? box.maxX : around.maxX;
-        around.maxY = box.maxY > around.maxY ? box.maxY : around.maxY;
-    }
-
     /** Of the long runs only those that are full are known. */
     template <typename Meets>
     static bool isEmpty(const std::vector<Box> &runs, size_t i, Meets &meets)
@@ -94,7 +85,7 @@ private:
             if (m_inRuns % run == 0)
                 m_runs.push_back(box);
             else
-                include(m_runs.back(), box);
+                extend(m_runs.back(), box);
             if ((m_inRuns + 1) % longRun == 0)
                 m_longRuns.push_back(aroundLast(m_runs, longRun / run));
             if ((m_inRuns + 1) % longestRun == 0)
@@ -106,7 +97,7 @@ private:
     {
         Box around = boxes[boxes.size() - count];
         for (size_t i = boxes.size() - count + 1; i < boxes.size(); ++i)
-            include(around, boxes[i]);
+            extend(around, boxes[i]);
         return around;
     }
 

@@ -2,6 +2,7 @@
 
 #include "vxpoint.h"
 
+#include <algorithm>
 #include <limits>
 
 class vxLine;
@@ -49,6 +50,15 @@ inline constexpr Box emptyBox{ std::numeric_limits<double>::infinity(),
 inline Box widened(const Box &box, double slack)
 {
     return { box.minX - slack, box.minY - slack, box.maxX + slack, box.maxY + slack };
+}
+
+/** Extends a box by another; edges that are NaN change nothing. */
+inline void extend(Box &box, const Box &other)
+{
+    box.minX = std::min(box.minX, other.minX);
+    box.minY = std::min(box.minY, other.minY);
+    box.maxX = std::max(box.maxX, other.maxX);
+    box.maxY = std::max(box.maxY, other.maxY);
 }
 
 // --- evaluation, parts: vxcubic_evaluate.cpp ---

@@ -11,7 +11,7 @@ using vxTolerance::timeUpper;
 
 namespace {
 
-void extend(double value, double pad, double &min, double &max)
+void extendRange(double value, double pad, double &min, double &max)
 {
     if (value - pad < min)
         min = value - pad;
@@ -140,11 +140,11 @@ void vx::addBounds(double q0, double q1, double q2, double q3, double padding, d
         return;
     // Control values between the ends: the extremes are the ends.
     if ((q0 > q1) != (q3 > q1) && (q0 > q2) != (q3 > q2)) {
-        extend(q0, pad, min, max);
-        extend(q3, pad, min, max);
+        extendRange(q0, pad, min, max);
+        extendRange(q3, pad, min, max);
         return;
     }
-    extend(q3, 0, min, max);
+    extendRange(q3, 0, min, max);
     if (surelyHasNoExtremum(q0, q1, q2, q3))
         return;
     double roots[2];
@@ -153,7 +153,8 @@ void vx::addBounds(double q0, double q1, double q2, double q3, double padding, d
         const double t = roots[i];
         const double u = 1 - t;
         if (t > timeMargin && t < timeUpper)
-            extend(u * u * u * q0 + 3 * u * u * t * q1 + 3 * u * t * t * q2 + t * t * t * q3, pad, min, max);
+            extendRange(u * u * u * q0 + 3 * u * u * t * q1 + 3 * u * t * t * q2 + t * t * t * q3, pad, min,
+                        max);
     }
 }
 

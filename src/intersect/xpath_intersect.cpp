@@ -51,15 +51,6 @@ int countCurves(const XPath &path)
 
 constexpr double infinite = std::numeric_limits<double>::infinity();
 
-/** Extends a box by another; edges that are NaN, which no box meets, are left out. */
-void extend(vx::Box &box, const vx::Box &other)
-{
-    box.minX = std::min(box.minX, other.minX);
-    box.minY = std::min(box.minY, other.minY);
-    box.maxX = std::max(box.maxX, other.maxX);
-    box.maxY = std::max(box.maxY, other.maxY);
-}
-
 /** Gathers the box of a compound path's vertices, which lies within its bounds. */
 class VerticesBox
 {
@@ -191,7 +182,7 @@ vx::Box aroundNext(int i, int end, BoxAt &&boxAt)
     constexpr int together = vx::BoxLookup<BoxOf>::together;
     vx::Box box = boxAt(i);
     for (int k = i + 1; k < std::min(i + together, end); ++k)
-        extend(box, boxAt(k));
+        vx::extend(box, boxAt(k));
     return box;
 }
 
@@ -261,7 +252,7 @@ void meetEachOther(const XPath &path1, const XPath &path2, Search &search)
     boxed1.reserve(count1);
     readCurves(path1, vertices1, [&](vxCurve *, const Boxed &boxed) {
         boxed1.append(boxed);
-        extend(around1, boxed.box);
+        vx::extend(around1, boxed.box);
     });
     Items near;
     near.reserve(count2);
@@ -269,7 +260,7 @@ void meetEachOther(const XPath &path1, const XPath &path2, Search &search)
         if (!vx::boxesMeet(around1, boxed.box))
             return;
         near.append(Item(curve, boxed.values, boxed.box));
-        extend(around2, boxed.box);
+        vx::extend(around2, boxed.box);
     });
     if (!boundsTouch(path1, vertices1, path2, vertices2))
         return;

@@ -14,7 +14,6 @@ namespace {
 
 constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
 constexpr vxPoint nowhere(undefined, undefined);
-constexpr double infinity = std::numeric_limits<double>::infinity();
 
 vx::Cubic mapped(const vx::Cubic &c, const vxMatrix &m)
 {
@@ -66,7 +65,7 @@ vxRect vxPath::getBounds(const vxBoundOpt &, const vxStyle &, const vxMatrix *ma
     const bool plain = !matrix || matrix->isIdentity();
     if (plain && m_boundsValid)
         return m_bounds;
-    vx::Box box{ infinity, infinity, -infinity, -infinity };
+    vx::Box box = vx::emptyBox;
     const int count = m_segments.size();
     // A lone segment counts as the curve from itself to itself without handles: its point.
     const int curves = std::max(_countCurves(), 1);
@@ -74,12 +73,7 @@ vxRect vxPath::getBounds(const vxBoundOpt &, const vxStyle &, const vxMatrix *ma
         const vxSegment &from = *m_segments.at(i);
         vx::Cubic c = _countCurves() > 0 ? vx::cubicBetween(from, *m_segments.at((i + 1) % count))
                                          : vx::Cubic::fromLine(from.point, from.point);
-        const vx::Box part = vx::bounds(plain ? c : mapped(c, *matrix));
-        // NaN never compares: such a curve adds nothing.
-        box.minX = part.minX < box.minX ? part.minX : box.minX;
-        box.minY = part.minY < box.minY ? part.minY : box.minY;
-        box.maxX = part.maxX > box.maxX ? part.maxX : box.maxX;
-        box.maxY = part.maxY > box.maxY ? part.maxY : box.maxY;
+        vx::extend(box, vx::bounds(plain ? c : mapped(c, *matrix)));
     }
     const bool found = box.minX <= box.maxX && box.minY <= box.maxY;
     const vxRect bounds = found ? vxRect(box.minX, box.minY, box.maxX - box.minX, box.maxY - box.minY)

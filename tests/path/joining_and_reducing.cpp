@@ -117,4 +117,23 @@ TEST(ReducingPaths, what_goes_and_what_stays)
     }
 }
 
+TEST(ReducingPaths, what_is_known_of_a_contour_goes_with_its_copy_until_an_edit)
+{
+    XPath original;
+    original.addChild(polygon({ { 0, 0 }, { 10, -5 }, { 20, 0 }, { 20, 10 } }, true).get(), -1);
+    original.reduce(true); // nothing to drop
+    const vxBoundOpt option = vxBoundOpt::geometric();
+    EXPECT_EQ(original.getBounds(option, vxStyle()).bottom(), 10);
+    XPath copy;
+    copy.assign(original);
+    vxPath &contour = *copy.children.first();
+    contour.getSegments().at(1)->setPoint({ 10, 0 });
+    contour.getSegments().at(3)->setPoint({ 20, 30 });
+    contour._changed();
+    EXPECT_EQ(copy.getBounds(option, vxStyle()).bottom(), 30);
+    copy.reduce(true);
+    EXPECT_EQ(contour.getSegments().size(), 3) << "the second vertex lies on a straight run now";
+    EXPECT_EQ(original.children.first()->getSegments().size(), 4);
+}
+
 } // namespace
