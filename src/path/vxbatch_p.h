@@ -22,7 +22,7 @@ public:
         static Block *withRoomFor(size_t count)
         {
             static_assert(alignof(T) <= alignof(std::max_align_t), "plain operator new aligns no wider");
-            return new (::operator new(headerSize + count * sizeof(T))) Block(count);
+            return new (::operator new(headerSize + mostPadding + count * sizeof(T))) Block(count);
         }
         /** The block in which an object stands so many words behind its beginning. */
         static Block *around(T *object, quint16 words)
@@ -33,7 +33,11 @@ public:
         {
             return quint16(size_t(place - reinterpret_cast<const std::byte *>(this)) / wordSize);
         }
-        std::byte *places() { return reinterpret_cast<std::byte *>(this) + headerSize; }
+        std::byte *places()
+        {
+            std::byte *first = reinterpret_cast<std::byte *>(this) + headerSize;
+            return first + (-reinterpret_cast<quintptr>(first) & mostPadding);
+        }
         void destroy(T *object)
         {
             object->~T();
@@ -78,7 +82,11 @@ private:
     static constexpr size_t largestBlock = 64;
     static constexpr size_t headerSize = alignof(std::max_align_t);
     static constexpr size_t wordSize = 8;
-    static_assert(sizeof(T) % wordSize == 0 && (headerSize + largestBlock * sizeof(T)) / wordSize <= 0xffff,
+    static constexpr size_t cacheLine = 64;
+    /** Objects that fill whole cache lines stand on their borders, so as not to reach into one more. */
+    static constexpr size_t mostPadding = sizeof(T) % cacheLine == 0 ? cacheLine - headerSize : 0;
+    static_assert(sizeof(T) % wordSize == 0 &&
+                      (headerSize + mostPadding + largestBlock * sizeof(T)) / wordSize <= 0xffff,
                   "places are counted in words by 16 bits");
 
     void open()
