@@ -53,10 +53,13 @@ QVector<vxPath *> BooleanRun::trace(Placement placement)
         sample();
     forEachContour([this](vxPath &contour) { clearOverlapFlags(contour); });
     RunNotes ofTracing;
-    const QVector<vxPath *> contours = tracePaths(m_segments, m_op, ofTracing);
+    const QVector<vxPath *> contours = tracePaths(m_segments, m_op, Untouched::Taken, ofTracing);
     m_notes.add(ofTracing);
     if (m_notes.any() && !ofTracing.any() && isSettled(isCountedByEnds))
         m_notes.clearDoubts();
+    letGoOfTaken(*m_path1);
+    if (m_path2)
+        letGoOfTaken(*m_path2);
     return contours;
 }
 

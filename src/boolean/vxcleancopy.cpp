@@ -90,6 +90,15 @@ bool isMisdirected(const XPath &path)
     });
 }
 
+/** For one who takes a child out of its list: it is nobody's then, with count 0. */
+void letGoOf(vxPath *child)
+{
+    vxRef<vxPath> held(child);
+    child->parent = nullptr;
+    child->release();
+    held.take();
+}
+
 } // namespace
 
 XPath *cleanCopy(const XPath *path, RunNotes &notes)
@@ -125,15 +134,22 @@ XPath *cleanCopy(const XPath *path, RunNotes &notes)
 
 QVector<vxPath *> takeChildren(XPath &copy)
 {
-    QVector<vxPath *> taken;
-    taken.swap(copy.children);
-    for (vxPath *child : qAsConst(taken)) {
-        vxRef<vxPath> held(child);
-        child->parent = nullptr;
-        child->release();
-        held.take();
+    QVector<vxPath *> children;
+    children.swap(copy.children);
+    for (vxPath *child : qAsConst(children))
+        letGoOf(child);
+    return children;
+}
+
+void letGoOfTaken(XPath &copy)
+{
+    const auto stays = [](const vxPath *child) { return !child->isFlags(taken); };
+    const auto first = std::stable_partition(copy.children.begin(), copy.children.end(), stays);
+    for (auto child = first; child != copy.children.end(); ++child) {
+        letGoOf(*child);
+        (*child)->_clearScratch();
     }
-    return taken;
+    copy.children.erase(first, copy.children.end());
 }
 
 StandingCurves *standingCurves(const XPath &path, bool isReversed)

@@ -13,6 +13,8 @@ class StandingCurves;
 /** Flags of a contour while a boolean runs: all its stretches are overlaps; and none is in the result. */
 constexpr quint32 overlapsOnly = 4;
 constexpr quint32 validOverlapsOnly = 8;
+/** It stands in the result itself, see Untouched. */
+constexpr quint32 taken = 16;
 
 /**
  * A working copy of an operand (null: an empty one), reduced and cleaned of its own crossings; the caller's.
@@ -26,6 +28,8 @@ XPath *cleanCopy(const XPath *path, RunNotes &notes);
 
 /** The contours of a working copy, which lets go of them: count 0, the caller's. */
 QVector<vxPath *> takeChildren(XPath &copy);
+/** The same for those that a walk has taken: they become as if it had made them. */
+void letGoOfTaken(XPath &copy);
 
 /**
  * Whether the cleaned copy that cleanCopy() just made of an operand is right though its notes leave doubts;

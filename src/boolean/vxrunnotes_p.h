@@ -163,6 +163,12 @@ bool areDrawnAlike(const XPath &a, const XPath &b);
  * which remain, their order and which way round they run.
  */
 bool resolveCrossings(XPath &path, RunNotes &notes);
-QVector<vxPath *> tracePaths(const QList<vxSegment *> &segments, int op, RunNotes &notes);
+/**
+ * What a walk gives for a contour that meets nothing and is kept: a copy, or the contour itself. That one
+ * stays a child of its compound path, flagged as taken, until letGoOfTaken().
+ */
+enum class Untouched { Copied, Taken };
+QVector<vxPath *> tracePaths(const QList<vxSegment *> &segments, int op, Untouched untouched,
+                             RunNotes &notes);
 
 } // namespace vx

@@ -105,7 +105,7 @@ private:
         QList<vxSegment *> segments;
         for (const vxPath *child : qAsConst(m_path.children))
             segments += child->_segments();
-        return vx::tracePaths(segments, 0, m_notes);
+        return vx::tracePaths(segments, 0, vx::Untouched::Copied, m_notes);
     }
 
     /** Makes the contours that stay, which are oriented, the children, unless they are that as they stand. */

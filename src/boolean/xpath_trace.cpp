@@ -7,6 +7,8 @@
 #include "vxrunnotes_p.h"
 #include "vxtolerance.h"
 
+#include <algorithm>
+#include <cmath>
 #include <set>
 #include <utility>
 #include <vector>
@@ -59,7 +61,8 @@ class Tracer
 {
 public:
     /** Walks over at most count segments. */
-    Tracer(int op, int count, vx::RunNotes &notes) : m_op(op), m_notes(notes), m_batch(size_t(count))
+    Tracer(int op, int count, vx::Untouched untouched, vx::RunNotes &notes)
+        : m_op(op), m_untouched(untouched), m_notes(notes), m_batch(size_t(count))
     {
         m_outline.reserve(size_t(count));
     }
@@ -68,7 +71,7 @@ public:
     {
         for (vxSegment *segment : segments) {
             takeIdenticalContours(segment);
-            if (startsContour(segment))
+            if (startsContour(segment) && !takeUntouched(*segment))
                 traceFrom(segment);
         }
         return m_result;
@@ -169,6 +172,42 @@ private:
         return isValid(candidate) && (isValid(following) || (inter && isValid(segmentOf(inter))));
     }
 
+    /** A walk of a contour that meets nothing goes once around it, and copies it as it stands. */
+    bool takeUntouched(const vxSegment &start)
+    {
+        vxPath *path = start.path;
+        if (m_untouched == vx::Untouched::Copied || start.index != 0 || !path->isClosed() ||
+            !isUntouched(*path))
+            return false;
+        for (vxSegment *segment : path->_segments()) {
+            segment->visited = true;
+            segment->walked = true;
+        }
+        if (isLeftover(*path)) {
+            m_notes.discardedContour = true;
+            return true;
+        }
+        path->id = ++vxPath::s_maxID; // in the order of the result, like those that are made
+        path->addFlags(vx::taken);
+        m_result.append(path);
+        return true;
+    }
+
+    bool isUntouched(const vxPath &path) const
+    {
+        const bool mayStop = path.isFlags(vx::validOverlapsOnly);
+        const QList<vxSegment *> &segments = path._segments();
+        return std::all_of(segments.begin(), segments.end(), [&](const vxSegment *segment) {
+            return !segment->intersection() && !segment->visited && (!mayStop || isValid(segment));
+        });
+    }
+
+    static bool isLeftover(const vxPath &path)
+    {
+        return path._segments().size() <= maxDegenerateSegments &&
+               std::fabs(path.getArea(true, false)) <= machineZero;
+    }
+
     void traceFrom(vxSegment *segment)
     {
         m_start = m_otherStart = nullptr;
@@ -228,8 +267,7 @@ private:
         vxRef<vxPath> path(new vxPath(nullptr, true));
         path->_takeOutline(m_outline);
         m_outline.clear();
-        if (path->_segments().size() <= maxDegenerateSegments &&
-            std::fabs(path->getArea(true, false)) <= machineZero) {
+        if (isLeftover(*path)) {
             m_notes.discardedContour = true;
             return;
         }
@@ -245,6 +283,7 @@ private:
     }
 
     int m_op;
+    vx::Untouched m_untouched;
     vx::RunNotes &m_notes;
     const vxSegment *m_start = nullptr;
     const vxSegment *m_otherStart = nullptr;
@@ -257,13 +296,14 @@ private:
 
 } // namespace
 
-QVector<vxPath *> vx::tracePaths(const QList<vxSegment *> &segments, int op, RunNotes &notes)
+QVector<vxPath *> vx::tracePaths(const QList<vxSegment *> &segments, int op, Untouched untouched,
+                                 RunNotes &notes)
 {
-    return Tracer(op, segments.size(), notes).trace(segments);
+    return Tracer(op, segments.size(), untouched, notes).trace(segments);
 }
 
 QVector<vxPath *> XPath::tracePaths(const QList<vxSegment *> &segments, int op)
 {
     vx::RunNotes notes;
-    return vx::tracePaths(segments, op, notes);
+    return vx::tracePaths(segments, op, vx::Untouched::Copied, notes);
 }

@@ -42,6 +42,15 @@ void vxPath::_copyFrom(const vxPath &other, vxBatch<vxSegment> &batch)
     m_isReduced = other.m_isReduced;
 }
 
+void vxPath::_clearScratch()
+{
+    flags = 0;
+    releaseCurves();
+    clearMonos();
+    for (vxSegment *segment : qAsConst(m_segments))
+        segment->_clearScratch();
+}
+
 void vxPath::assign(const vxPath &other)
 {
     if (&other == this)

@@ -49,7 +49,7 @@ public:
     void addRef() { ++refCount; }
     void release();
 
-    // --- flags: orientation (1 made clockwise, 2 made counter-clockwise), scratch of a boolean (4, 8) ---
+    // --- flags: orientation (1 made clockwise, 2 made counter-clockwise), scratch of a boolean (4, 8, 16) ---
 
     static constexpr quint32 madeClockwise = 1;
     static constexpr quint32 madeCounterClockwise = 2;
@@ -249,6 +249,8 @@ public:
             makeCurves();
         return m_curves;
     }
+    /** Drops all that a boolean leaves on a working copy of which it makes a result, and the curves. */
+    void _clearScratch();
     /** Builds the curves, where there are none, of batch. */
     void _makeCurves(vxBatch<vxCurve> &batch) const;
     /** Replaces all segments by new ones with these points and handles. */

@@ -127,6 +127,17 @@ public:
 
     QString toString() const;
 
+    // --- internal ---
+
+    /** Takes back what a running boolean wrote here, but for the location, which is to be gone by now. */
+    void _clearScratch()
+    {
+        visited = contour = walked = changedOver = false;
+        position = 0;
+        arrival = noPosition;
+        winding = -1;
+    }
+
     // --- data; what stands before refCount, and winding, are scratch of a running boolean ---
 
     bool visited = false;

@@ -213,3 +213,36 @@ TEST(KnownShapes, beside_each_other_stay_as_they_are_unless_they_share_a_side)
         EXPECT_NEAR(areaOf(*joined), 12500, 1e-9);
     }
 }
+
+TEST(KnownShapes, bear_no_mark_of_how_they_were_made)
+{
+    // The bar crosses the border and one hole: some contours are walked, others stay as they are.
+    const XPathPtr plate = read(rectangle(0, 0, 100, 60) + ' ' + ellipse(20, 30, 8, 8) + ' ' +
+                                ellipse(50, 30, 8, 8) + ' ' + ellipse(80, 30, 8, 8));
+    const XPathPtr bar = read(rectangle(45, -10, 10, 80) + ' ' + ellipse(200, 30, 8, 8));
+    for (int operation = 1; operation <= 4; ++operation) {
+        SCOPED_TRACE(operation);
+        const XPathPtr result(XPath::computeBoolean(plate.get(), bar.get(), operation));
+        quint32 lastId = 0;
+        for (const vxPath *contour : result->children) {
+            EXPECT_EQ(contour->parent, result.get());
+            EXPECT_GT(contour->id, lastId);
+            lastId = contour->id;
+            EXPECT_FALSE(contour->isFlags(~(vxPath::madeClockwise | vxPath::madeCounterClockwise)));
+            for (const vxSegment *segment : contour->getSegments()) {
+                EXPECT_EQ(segment->path, contour);
+                EXPECT_EQ(segment->intersection(), nullptr);
+                EXPECT_FALSE(segment->visited || segment->contour || segment->walked);
+                EXPECT_EQ(segment->winding, -1);
+            }
+        }
+        // A walk of the result finds it untrodden.
+        QList<vxSegment *> segments;
+        for (const vxPath *contour : result->children)
+            segments += contour->getSegments();
+        const QVector<vxPath *> walked = XPath::tracePaths(segments, 0);
+        EXPECT_EQ(walked.size(), result->children.size());
+        for (vxPath *contour : walked)
+            contour->release();
+    }
+}
