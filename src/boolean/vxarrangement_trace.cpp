@@ -309,6 +309,9 @@ private:
     bool isUntouched() const
     {
         const ArrangedContour &contour = contourOf(m_parts.front());
+        // Closing an open one would bend the line that closes it by the handles at its ends.
+        if (!contour.path->isClosed())
+            return false;
         if (int(m_parts.size()) != contour.curveCount ||
             contour.path->_segments().size() != contour.curveCount) // curves without extent were left out
             return false;

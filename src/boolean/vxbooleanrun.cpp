@@ -24,6 +24,21 @@ bool haveAreas(const XPath &path)
     });
 }
 
+/** Whether closing a contour, as filling does, would draw anything that a search does not look at. */
+bool isOpenOutline(const vxPath *contour)
+{
+    if (contour->isClosed() || contour->isEmpty())
+        return false;
+    const vxSegment *first = contour->getFirstSegment();
+    const vxSegment *last = contour->getLastSegment();
+    return first->point != last->point || !first->handleIn.isZero() || !last->handleOut.isZero();
+}
+
+bool hasOpenOutline(const XPath &path)
+{
+    return std::any_of(path.children.begin(), path.children.end(), isOpenOutline);
+}
+
 } // namespace
 
 BooleanRun::BooleanRun(XPath *path1, XPath *path2, int op, RunNotes &notes)
@@ -34,6 +49,7 @@ BooleanRun::BooleanRun(XPath *path1, XPath *path2, int op, RunNotes &notes)
         m_path2.reset(cleanCopy(path2, m_own2));
     m_notes.add(m_own1);
     m_notes.add(m_own2);
+    m_notes.open = hasOpenOutline(*m_path1) || (m_path2 && hasOpenOutline(*m_path2));
     const bool isReversed = orient();
     m_standing1 = standingCurves(*path1, false);
     m_standing2 = m_path2 ? standingCurves(*path2, isReversed) : nullptr;

@@ -61,6 +61,7 @@ void RunNotes::add(const RunNotes &part)
     tiltedLevel |= part.tiltedLevel;
     limitReached |= part.limitReached;
     nearMiss |= part.nearMiss;
+    open |= part.open;
     outOfScale |= part.outOfScale;
     counterClockwise |= part.counterClockwise;
     limitHit |= part.limitHit;

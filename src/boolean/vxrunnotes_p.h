@@ -68,6 +68,11 @@ struct RunNotes {
     bool limitReached = false;
     /** A search may have missed a meeting at a vertex. */
     bool nearMiss = false;
+    /**
+     * A contour is open, and its ends are apart or have handles: it is filled as if a line closed it, of
+     * which searches and walks know nothing.
+     */
+    bool open = false;
     /** An operand is so small, or lies so far off, that absolute tolerances do not mean what they should. */
     bool outOfScale = false;
 
@@ -92,7 +97,7 @@ struct RunNotes {
     {
         return overlap || touch || shallow || atVertex || selfCrossing || simplified || folded ||
                misdirected || grazedNesting || chained || movedSample || grazedSample || discardedContour ||
-               tiltedLevel || limitReached || nearMiss || outOfScale;
+               tiltedLevel || limitReached || nearMiss || open || outOfScale;
     }
 };
 

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+using shapes::areaOf;
 using shapes::ellipse;
 using shapes::read;
 using shapes::rectangle;
@@ -103,5 +104,42 @@ TEST(OpenPaths, answer_null_where_nothing_is_defined)
         EXPECT_EQ(XPath::computeBoolean(line.get(), nullptr, op), nullptr);
         EXPECT_NE(XPathPtr(XPath::computeBoolean(box.get(), other.get(), op)), nullptr)
             << "an area comes first";
+    }
+}
+
+/** Among others an open contour is filled, not cut: its closing line is a border like any other. */
+TEST(OpenContours, are_filled_as_if_a_line_closed_them)
+{
+    const std::string square = rectangle(200, 0, 100, 100);
+    struct {
+        const char *name;
+        std::string a, b;
+        double shared;
+    } const rows[] = {
+        { "the_other_crosses_the_closing_line", "M 0 0 L 100 0 L 100 100 L 0 100 " + square,
+          "M -20 40 L 20 40 L 20 60 L -20 60 Z", 400 },
+        { "the_other_crosses_something_else", "M 0 0 C 0 60 100 60 100 0 " + square,
+          rectangle(250, 50, 100, 100), 2500 },
+        { "both_are_open", "M 0 0 L 100 0 L 100 100 L 0 100 " + square,
+          "M 50 50 L 150 50 L 150 150 L 50 150 " + rectangle(500, 0, 10, 10), 2500 },
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
+        const XPathPtr a = read(row.a);
+        const XPathPtr b = read(row.b);
+        // Handles at the ends are those of no curve, and bend nothing.
+        a->children.first()->getFirstSegment()->handleIn = vxPoint(0, -60);
+        a->children.first()->getLastSegment()->handleOut = vxPoint(0, -60);
+        const double areaA = areaOf(*read(row.a));
+        const double areaB = areaOf(*b);
+        const double expected[] = { row.shared, areaA + areaB - row.shared, areaA - row.shared,
+                                    areaA + areaB - 2 * row.shared };
+        for (int operation = 1; operation <= 4; ++operation) {
+            vxBooleanReport report;
+            const XPathPtr result(XPath::computeBoolean(a.get(), b.get(), operation, report));
+            EXPECT_NEAR(areaOf(*result), expected[operation - 1], 1e-3) << "operation " << operation;
+            EXPECT_NEAR(report.predictedArea, expected[operation - 1], 1e-3) << "operation " << operation;
+        }
+        EXPECT_NEAR(areaOf(*XPathPtr(XPath::uniteAll({ a.get() }))), areaA, 1e-3);
     }
 }
