@@ -92,7 +92,7 @@ void MonoIndex::appendOutline(const vxPath &path, const QList<vxCurve *> *curves
         if (known && appendKept(*standing, *known, curve))
             continue;
         const Cubic c = outlineCurve(path, i);
-        if (!isCounted(path, i, c)) {
+        if (!isCounted(c)) {
             m_curvesWithoutReach.push_back(curve);
             continue;
         }

@@ -40,10 +40,10 @@ inline bool surelyHasLength(const Cubic &c)
     return std::fabs(c.v[6] - c.v[0]) > apart || std::fabs(c.v[7] - c.v[1]) > apart;
 }
 
-/** Whether it takes part in counting: it has a length, or closes an open path. */
-inline bool isCounted(const vxPath &path, int i, const Cubic &c)
+/** Whether it takes part in counting: it has a length. */
+inline bool isCounted(const Cubic &c)
 {
-    return surelyHasLength(c) || length(c) != 0 || i >= path._countCurves();
+    return surelyHasLength(c) || length(c) != 0;
 }
 
 /** Whether a curve is one piece because its control points are in order of height. */

@@ -43,7 +43,7 @@ QList<vxMono *> vxPath::getMonoCurves() const
     m_monoBlock.reserve(size_t(count) * 2);
     for (int i = 0; i < count; ++i) {
         const vx::Cubic c = vx::outlineCurve(*this, i);
-        if (!vx::isCounted(*this, i, c))
+        if (!vx::isCounted(c))
             continue;
         vxMono pieces[3];
         const int found = vx::monotonePieces(c, pieces);

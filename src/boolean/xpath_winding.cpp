@@ -71,7 +71,7 @@ struct UndividedPath {
         const int size = vx::outlineSize(path);
         for (int i = 0; i < size; ++i) {
             const vx::Cubic c = vx::outlineCurve(path, i);
-            if (keepsOff(c, point.y) || !vx::isCounted(path, i, c))
+            if (keepsOff(c, point.y) || !vx::isCounted(c))
                 continue;
             vxMono pieces[3];
             const int found = vx::monotonePieces(c, pieces);
@@ -94,7 +94,7 @@ private:
     {
         for (int i = vx::outlineSize(path) - 1; i >= 0; --i) {
             const vx::Cubic c = vx::outlineCurve(path, i);
-            if (!vx::isCounted(path, i, c))
+            if (!vx::isCounted(c))
                 continue;
             vxMono pieces[3];
             for (int k = vx::monotonePieces(c, pieces) - 1; k >= 0; --k) {
