@@ -5,6 +5,7 @@
 #include "vxmonopieces_p.h"
 #include "vxref_p.h"
 #include "vxrunnotes_p.h"
+#include "vxtolerance.h"
 #include "xpath.h"
 
 #include <algorithm>
@@ -124,12 +125,19 @@ XPath *cleanCopy(const XPath *path, RunNotes &notes)
     if (!isResolved) {
         known = std::make_shared<CleanUp>(*path, isReduced, own, keptContours(first, *copy));
     } else if (!CleanUp::isTooLarge(*path) && !CleanUp::isTooLarge(*copy)) {
-        known = std::make_shared<CleanUp>(*path, own, std::unique_ptr<XPath>(workingCopy(*copy)));
+        known = std::make_shared<CleanUp>(*path, own, std::unique_ptr<XPath>(copyOfClean(*copy)));
     } else {
         known = nullptr;
     }
     notes.add(own);
     return copy;
+}
+
+bool isLeftover(const vxPath &contour)
+{
+    constexpr int mostSegments = 8;
+    return contour._segments().size() <= mostSegments &&
+           std::fabs(contour.getArea(true, false)) <= vxTolerance::machineZero;
 }
 
 QVector<vxPath *> takeChildren(XPath &copy)
@@ -174,6 +182,8 @@ std::shared_ptr<const FilledRegion> filledRegion(const XPath &operand)
 
 XPath *XPath::preparePath(const XPath *path, bool resolve)
 {
+    if (path)
+        path->_noticeEdits();
     XPath *copy = path ? vx::workingCopy(*path) : new XPath;
     copy->reduce(true);
     if (resolve)

@@ -26,6 +26,9 @@ constexpr quint32 taken = 16;
  */
 XPath *cleanCopy(const XPath *path, RunNotes &notes);
 
+/** Whether a contour is one of few segments and no area: a leftover of numerical noise. */
+bool isLeftover(const vxPath &contour);
+
 /** The contours of a working copy, which lets go of them: count 0, the caller's. */
 QVector<vxPath *> takeChildren(XPath &copy);
 /** The same for those that a walk has taken: they become as if it had made them. */

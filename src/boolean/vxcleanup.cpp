@@ -16,23 +16,34 @@ namespace {
 
 /** A copy of some of a compound path's contours, in another order maybe; change is done to each. */
 template <typename Change>
-XPath *workingCopy(const XPath &path, const QVector<vxPath *> &contours, Change &&change)
+XPath *workingCopy(const XPath &path, const QVector<vxPath *> &contours, const QVector<quint32> &ranks,
+                   Change &&change)
 {
     auto *copy = new XPath;
     copy->evenOdd = path.evenOdd;
-    copy->_addCopiesOf(contours, [&change](int i, vxPath &contour) {
-        contour.removeFlags(overlapsOnly | validOverlapsOnly);
+    copy->_addCopiesOf(contours, ranks, [&change](int i, vxPath &contour) {
+        contour.removeFlags(overlapsOnly | validOverlapsOnly | taken);
         change(i, contour);
     });
     return copy;
 }
 
+/** A copy whose locations are sorted like those of the original. */
+template <typename Change>
+XPath *copyOfClean(const XPath &clean, Change &&change)
+{
+    QVector<quint32> ids;
+    ids.reserve(clean.children.size());
+    for (const vxPath *child : clean.children)
+        ids.append(child->id);
+    return workingCopy(clean, clean.children, ids, change);
+}
+
 /** A working copy of what nobody changes, so that areas are computed once for all copies. */
 XPath *copyWithAreas(const XPath &kept)
 {
-    return workingCopy(kept, kept.children, [&kept](int i, vxPath &contour) {
-        contour.area = kept.children.at(i)->getArea(true, false);
-    });
+    return copyOfClean(
+        kept, [&kept](int i, vxPath &contour) { contour.area = kept.children.at(i)->getArea(true, false); });
 }
 
 std::optional<bool> directionOf(const vxPath &path)
@@ -46,7 +57,12 @@ std::optional<bool> directionOf(const vxPath &path)
 
 XPath *workingCopy(const XPath &path)
 {
-    return workingCopy(path, path.children, [](int, vxPath &) {});
+    return workingCopy(path, path.children, {}, [](int, vxPath &) {});
+}
+
+XPath *copyOfClean(const XPath &clean)
+{
+    return copyOfClean(clean, [](int, vxPath &) {});
 }
 
 std::vector<KeptContour> keptContours(const QVector<vxPath *> &first, const XPath &clean)
@@ -155,10 +171,14 @@ XPath *CleanUp::cleaned(const XPath &original)
 XPath *CleanUp::redo(const XPath &original) const
 {
     QVector<vxPath *> contours;
+    QVector<quint32> places;
     contours.reserve(int(m_kept.size()));
-    for (const KeptContour &kept : m_kept)
+    places.reserve(int(m_kept.size()));
+    for (const KeptContour &kept : m_kept) {
         contours.append(original.children.at(kept.place));
-    return workingCopy(original, contours, [this](int i, vxPath &contour) {
+        places.append(quint32(kept.place));
+    }
+    return workingCopy(original, contours, places, [this](int i, vxPath &contour) {
         if (!m_isReduced)
             contour.reduce(true);
         if (const std::optional<bool> clockwise = m_kept[size_t(i)].clockwise)

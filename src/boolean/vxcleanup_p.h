@@ -19,6 +19,8 @@ class FilledRegion;
 
 /** A copy of an operand for a boolean to work on; the caller's. */
 XPath *workingCopy(const XPath &path);
+/** The same of one that is clean already, so that one can be made of the other again and again. */
+XPath *copyOfClean(const XPath &clean);
 
 /** A contour of an operand that is as it was when it is clean, but for vertices and direction. */
 struct KeptContour {

@@ -43,19 +43,36 @@ QVector<vxPath *> contoursWithEmpty(XPath *path1, XPath *path2, int op, vx::RunN
     return vx::takeChildren(*copy);
 }
 
-/** The cleaned contours of an operand that have an area. */
-QVector<vxPath *> cleanContours(const XPath *path, vx::RunNotes &notes)
+/** The contours of a cleaned copy of an operand but for those that a run would not keep. */
+template <typename IsDropped>
+QVector<vxPath *> cleanContours(const XPath *path, vx::RunNotes &notes, IsDropped &&isDropped)
 {
     const std::unique_ptr<XPath> copy(vx::cleanCopy(path, notes));
     notes.counterClockwise = !copy->isClockwise();
     QVector<vxPath *> contours = vx::takeChildren(*copy);
-    const auto hasNoArea = [](vxPath *contour) {
-        const bool isNothing = contour->getArea(true, false) == 0;
-        if (isNothing)
+    const auto drop = [&](vxPath *contour) {
+        const bool isGone = isDropped(*contour);
+        if (isGone)
             contour->release();
-        return isNothing;
+        return isGone;
     };
-    contours.erase(std::remove_if(contours.begin(), contours.end(), hasNoArea), contours.end());
+    contours.erase(std::remove_if(contours.begin(), contours.end(), drop), contours.end());
+    return contours;
+}
+
+/** What a run gives that finds each contour of an operand along its like. */
+QVector<vxPath *> sharedContours(const XPath *path, vx::RunNotes &notes)
+{
+    return cleanContours(path, notes,
+                         [](const vxPath &contour) { return contour.getArea(true, false) == 0; });
+}
+
+/** What a run gives that walks around each contour of an operand: the result decides how they run. */
+QVector<vxPath *> walkedContours(const XPath *path, vx::RunNotes &notes)
+{
+    const QVector<vxPath *> contours = cleanContours(path, notes, vx::isLeftover);
+    for (vxPath *contour : contours)
+        contour->removeFlags(~0u);
     return contours;
 }
 
@@ -75,13 +92,13 @@ QVector<vxPath *> contoursOf(XPath *path1, const vxRect &box1, XPath *path2, con
         return vx::BooleanRun(path1, path2, op, notes).trace(Placement::Unknown);
     // Every outline would be found to run along its like.
     if (vx::areDrawnAlike(*path1, *path2))
-        return op == vx::Intersect || op == vx::Unite ? cleanContours(path1, notes) : QVector<vxPath *>();
+        return op == vx::Intersect || op == vx::Unite ? sharedContours(path1, notes) : QVector<vxPath *>();
     const vx::BoxedShape first{ *path1, box1 };
     const vx::BoxedShape second{ *path2, box2 };
     if (op == vx::Subtract && vx::isPageAround(second, first))
         return {};
     if ((op == vx::Intersect || op == vx::Subtract) && vx::haveNoCommonBox(first, second))
-        return op == vx::Subtract ? cleanContours(path1, notes) : QVector<vxPath *>();
+        return op == vx::Subtract ? walkedContours(path1, notes) : QVector<vxPath *>();
     // Differences of shapes that lie so are plain by now, or both outlines are in the result.
     const Placement placement = op == vx::Subtract ? Placement::Unknown : vx::placementOf(first, second);
     return vx::BooleanRun(path1, path2, op, notes).trace(placement);
@@ -148,6 +165,10 @@ XPath *XPath::computeBoolean(XPath *path1, XPath *path2, int op, vxBooleanReport
 XPath *vx::computeBoolean(XPath *path1, XPath *path2, int op, AuditMode mode, vxBooleanReport &report)
 {
     report = vxBooleanReport();
+    for (const XPath *path : { path1, path2 }) {
+        if (path)
+            path->_noticeEdits();
+    }
     if (path1 && path1->children.size() == 1 && !path1->children.first()->isClosed())
         return computeOpenBoolean(path1, path2, op, report);
     if (op < vx::Intersect || op > vx::Exclude)

@@ -151,6 +151,7 @@ bool vx::resolveCrossings(XPath &path, RunNotes &notes)
 
 XPath *XPath::resolveCrossings()
 {
+    _noticeEdits();
     vx::RunNotes notes;
     vx::resolveCrossings(*this, notes);
     return this;

@@ -8,7 +8,6 @@
 #include "vxtolerance.h"
 
 #include <algorithm>
-#include <cmath>
 #include <set>
 #include <utility>
 #include <vector>
@@ -16,9 +15,6 @@
 using namespace vxTolerance;
 
 namespace {
-
-/** Contours of at most this many segments and no area are leftovers of numerical noise. */
-constexpr int maxDegenerateSegments = 8;
 
 /** The segment that a location lies on; null where it was taken out of its contour. */
 vxSegment *segmentOf(const vxCurveLocation *location)
@@ -183,7 +179,7 @@ private:
             segment->visited = true;
             segment->walked = true;
         }
-        if (isLeftover(*path)) {
+        if (vx::isLeftover(*path)) {
             m_notes.discardedContour = true;
             return true;
         }
@@ -200,12 +196,6 @@ private:
         return std::all_of(segments.begin(), segments.end(), [&](const vxSegment *segment) {
             return !segment->intersection() && !segment->visited && (!mayStop || isValid(segment));
         });
-    }
-
-    static bool isLeftover(const vxPath &path)
-    {
-        return path._segments().size() <= maxDegenerateSegments &&
-               std::fabs(path.getArea(true, false)) <= machineZero;
     }
 
     void traceFrom(vxSegment *segment)
@@ -267,7 +257,7 @@ private:
         vxRef<vxPath> path(new vxPath(nullptr, true));
         path->_takeOutline(m_outline);
         m_outline.clear();
-        if (isLeftover(*path)) {
+        if (vx::isLeftover(*path)) {
             m_notes.discardedContour = true;
             return;
         }

@@ -313,6 +313,9 @@ QList<vxCurveLocation *> vx::findIntersections(XPath &path, XPath *other,
 QList<vxCurveLocation *>
 XPath::getIntersections(XPath *other, const std::function<bool(vxCurveLocation *)> &include, bool returnFirst)
 {
+    _noticeEdits();
+    if (other)
+        other->_noticeEdits();
     vx::SearchDoubts doubts;
     return findMeetings(*this, other, include, returnFirst, doubts);
 }

@@ -2,6 +2,7 @@
 
 #include "vxbatch_p.h"
 #include "vxcurvevalues_p.h"
+#include "vxfingerprint_p.h"
 #include "vxlengthen_p.h"
 #include "vxmonoindex_p.h"
 #include "xpath.h"
@@ -37,6 +38,7 @@ void vxPath::_copyFrom(const vxPath &other, vxBatch<vxSegment> &batch)
     flags = other.flags;
     m_segments.reserve(vx::roomyFor(other.m_segments.size()));
     appendCopiesOf(other.m_segments, batch);
+    m_fingerprint = other.m_fingerprint;
     m_bounds = other.m_bounds;
     m_boundsValid = other.m_boundsValid;
     m_isReduced = other.m_isReduced;
@@ -135,11 +137,21 @@ void vxPath::_changed()
     ++version;
     length = 0;
     area = 0;
+    m_fingerprint = 0;
     m_boundsValid = false;
     m_isReduced = false;
     // Curves stamp what they cached with the version, so that nobody has to walk them here.
     if (!m_monos.isEmpty() || m_monoIndex)
         clearMonos();
+}
+
+void vxPath::_noticeEdits() const
+{
+    const quint64 fingerprint = vx::Fingerprint::of(m_segments, closed);
+    // What is dropped are caches; the edit itself has happened.
+    if (m_fingerprint != 0 && m_fingerprint != fingerprint)
+        const_cast<vxPath *>(this)->_changed();
+    m_fingerprint = fingerprint;
 }
 
 void vxPath::releaseCurves()

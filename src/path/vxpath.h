@@ -49,7 +49,8 @@ public:
     void addRef() { ++refCount; }
     void release();
 
-    // --- flags: orientation (1 made clockwise, 2 made counter-clockwise), scratch of a boolean (4, 8, 16) ---
+    // --- flags: orientation (1 made clockwise, 2 made counter-clockwise), scratch of a boolean (4, 8, 16)
+    // ---
 
     static constexpr quint32 madeClockwise = 1;
     static constexpr quint32 madeCounterClockwise = 2;
@@ -241,6 +242,11 @@ public:
     void _noteReduced();
     /** The one place that drops what was computed from the geometry and advances the version. */
     void _changed();
+    /**
+     * Does that where a plain setter of a segment, which tells nobody, moved something since the last call.
+     * Asked before an operation relies on what callers do not know to be kept. A look at every segment.
+     */
+    void _noticeEdits() const;
     // getSegments() and getCurves() without a copy of the list, for walks that edit nothing.
     const QList<vxSegment *> &_segments() const { return m_segments; }
     const QList<vxCurve *> &_curves() const
@@ -331,6 +337,8 @@ private:
     /** Questions about single points, and the version since which they are counted. */
     mutable int m_questions = 0;
     mutable quint32 m_questionsVersion = 0;
+    /** Of the outline as it was when edits were last looked for; 0: not since the last one. */
+    mutable quint64 m_fingerprint = 0;
     mutable vxRect m_bounds;
     mutable bool m_boundsValid = false;
     /** Known to have no segments that reduce(true) drops: results are reduced again where nothing was cut. */

@@ -32,8 +32,9 @@ void releaseAll(const QList<vxSegment *> &segments)
 
 void vxPath::join(vxPath *other, double tolerance)
 {
-    if (other && other != this && !other->isEmpty()) {
-        takeOver(other, tolerance);
+    if (other && other != this) {
+        if (!other->isEmpty())
+            takeOver(other, tolerance);
         // The parent's reference may have been the last one.
         if (other->parent)
             other->parent->removeChild(other);
@@ -231,17 +232,16 @@ private:
 
 void vxPath::_noteReduced()
 {
+    _noticeEdits();
     m_isReduced = !isReducible(m_segments, closed, true);
 }
 
 void vxPath::reduce(bool simplify)
 {
-    if (m_isReduced && simplify)
+    if (m_isReduced)
+        _noticeEdits();
+    if ((m_isReduced && simplify) || !isReducible(m_segments, closed, simplify))
         return;
-    if (!isReducible(m_segments, closed, simplify)) {
-        m_isReduced = simplify;
-        return;
-    }
     Reduction reduction(m_segments, closed, simplify);
     reduction.run();
     if (reduction.count() == m_segments.size())

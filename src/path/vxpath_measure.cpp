@@ -65,6 +65,8 @@ vxRect vxPath::getBounds(const vxBoundOpt &, const vxStyle &, const vxMatrix *ma
     const bool plain = !matrix || matrix->isIdentity();
     if (plain && m_boundsValid)
         return m_bounds;
+    if (plain)
+        _noticeEdits();
     vx::Box box = vx::emptyBox;
     const int count = m_segments.size();
     // A lone segment counts as the curve from itself to itself without handles: its point.

@@ -69,7 +69,7 @@ bool vxSegment::isFirst() const
 
 bool vxSegment::isLast() const
 {
-    return path && this == path->getLastSegment();
+    return path && index == path->_segments().size() - 1;
 }
 
 bool vxSegment::remove()

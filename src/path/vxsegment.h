@@ -19,7 +19,9 @@ class vxBatch;
  *
  * Handles are relative to the point. The curve between two neighbouring segments is made of the first one's
  * point and handleOut and the second one's handleIn and point. The plain setters do not tell the path:
- * whoever edits a segment that belongs to a path calls vxPath::_changed() afterwards.
+ * whoever edits a segment that belongs to a path calls vxPath::_changed() afterwards, or the path goes on
+ * answering with lengths, areas, bounds and places that it has kept. Booleans, searches for crossings and
+ * clones of compound paths notice by themselves.
  *
  * Ownership: counted by hand. A new segment has count 0; every container that keeps it calls addRef() and
  * later release(). The back pointer to the path is not counted. Copying a segment copies point and handles

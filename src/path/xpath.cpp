@@ -32,30 +32,38 @@ void XPath::assign(const XPath &other)
 {
     evenOdd = other.evenOdd;
     const QVector<vxPath *> originals = other.children;
-    _addCopiesOf(originals);
+    other._noticeEdits();
+    _addCopiesOf(originals, {});
+}
+
+void XPath::_noticeEdits() const
+{
+    for (const vxPath *child : children)
+        child->_noticeEdits();
 }
 
 namespace {
 
-/** Places in a list of contours, by the contours' numbers ascending. */
-QVarLengthArray<int, 16> inOrderOfNumbers(const QVector<vxPath *> &paths)
+/** The places 0 to count - 1, by their ranks ascending; without ranks as they come. */
+QVarLengthArray<int, 16> inOrderOfRanks(int count, const QVector<quint32> &ranks)
 {
-    QVarLengthArray<int, 16> order(paths.size());
+    QVarLengthArray<int, 16> order(count);
     std::iota(order.begin(), order.end(), 0);
-    const auto hasLessNumber = [&paths](int i, int j) { return paths.at(i)->id < paths.at(j)->id; };
-    if (!std::is_sorted(order.begin(), order.end(), hasLessNumber))
-        std::sort(order.begin(), order.end(), hasLessNumber);
+    const auto ranksLower = [&ranks](int i, int j) { return ranks.at(i) < ranks.at(j); };
+    if (!ranks.isEmpty() && !std::is_sorted(order.begin(), order.end(), ranksLower))
+        std::sort(order.begin(), order.end(), ranksLower);
     return order;
 }
 
 } // namespace
 
-void XPath::_addCopiesOf(const QVector<vxPath *> &originals, const std::function<void(int, vxPath &)> &change)
+void XPath::_addCopiesOf(const QVector<vxPath *> &originals, const QVector<quint32> &ranks,
+                         const std::function<void(int, vxPath &)> &change)
 {
     const int first = children.size();
     children.resize(first + originals.size());
-    // Locations are sorted by the numbers of contours: those of the copies run like those of the originals.
-    for (int i : inOrderOfNumbers(originals))
+    // Locations are sorted by the numbers of contours.
+    for (int i : inOrderOfRanks(originals.size(), ranks))
         children[first + i] = new vxPath(this);
     int count = 0;
     for (const vxPath *original : originals)
@@ -127,9 +135,7 @@ void XPath::removeChildren(int from, int to)
 {
     if (to < 0 || to > children.size())
         to = children.size();
-    from = qMax(from, 0);
-    if (from >= to)
-        return;
+    from = qBound(0, from, to);
     const QVector<vxPath *> removed = children.mid(from, to - from);
     children.erase(children.begin() + from, children.begin() + to);
     for (vxPath *child : removed) {

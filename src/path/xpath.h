@@ -176,12 +176,14 @@ public:
     std::shared_ptr<vx::CleanUp> &_cleanUp() const { return m_cleanUp; }
     /** Builds the curves of all children at once: side by side in memory, in the order of a walk. */
     void _makeCurves() const;
+    /** vxPath::_noticeEdits() of all children. */
+    void _noticeEdits() const;
     /**
-     * Appends copies of contours as they are: side by side in memory, in the order of a walk, and numbered in
-     * the order of the originals' numbers. What is to be done to each may be given: afterwards, many would be
-     * out of the processor's cache.
+     * Appends copies of contours as they are, in which nobody made edits without notice: side by side in
+     * memory, in the order of a walk. ranks: in which order they are numbered, the least first. What is to be
+     * done to each may be given: afterwards, many would be out of the processor's cache.
      */
-    void _addCopiesOf(const QVector<vxPath *> &originals,
+    void _addCopiesOf(const QVector<vxPath *> &originals, const QVector<quint32> &ranks,
                       const std::function<void(int, vxPath &)> &change = nullptr);
 
     // --- data ---

@@ -13,6 +13,7 @@
 #include <functional>
 
 using shapes::read;
+using shapes::rectangle;
 using shapes::XPathPtr;
 
 // A path that was an operand keeps what cleaning it came to. That may never show.
@@ -101,7 +102,7 @@ TEST(StandingOperands, give_what_fresh_ones_give)
 TEST(StandingOperands, notice_every_change)
 {
     // Clean contours: an outline, a hole, an island in it, a vertex too many.
-    const XPathPtr a = read(shapes::rectangle(0, 0, 100, 100) + shapes::ellipse(50, 50, 40, 40) +
+    const XPathPtr a = read(rectangle(0, 0, 100, 100) + shapes::ellipse(50, 50, 40, 40) +
                             "M 40 40 L 50 40 L 60 40 L 60 60 L 40 60 Z");
     const XPathPtr b = read(shapes::ellipse(90, 60, 50, 45));
     const auto moveVertex = [&] {
@@ -119,8 +120,7 @@ TEST(StandingOperands, notice_every_change)
         { "declared clockwise", [&] { a->children[2]->setClockwise(true); } },
         { "and back", [&] { a->evenOdd = true; } },
         { "opened", [&] { a->children[2]->setClosed(false); } },
-        { "a contour more",
-          [&] { a->addChild(read(shapes::rectangle(-50, 20, 70, 9))->children[0]->clone()); } },
+        { "a contour more", [&] { a->addChild(read(rectangle(-50, 20, 70, 9))->children[0]->clone()); } },
         { "a contour less", [&] { a->removeChildren(1, 2); } },
         { "the same again", [&] { a->addChild(a->children[0]->clone()); } },
         { "none left", [&] { a->removeChildren(); } },
@@ -132,13 +132,57 @@ TEST(StandingOperands, notice_every_change)
     }
 }
 
+TEST(StandingOperands, notice_what_a_setter_tells_nobody)
+{
+    const std::string square = rectangle(0, 0, 10, 10);
+    struct {
+        const char *name;
+        std::string a;
+        int vertex;
+        vxPoint moved;
+        std::string expected;
+    } const rows[] = {
+        { "into the other", square, 0, { -10, 0 }, "M -10 0 L 10 0 L 10 10 L 0 10 Z " },
+        { "out of the old box", square, 2, { 100, 100 }, "M 0 0 L 10 0 L 100 100 L 0 10 Z " },
+        { "across itself", square, 3, { 12, 4 }, "M 0 0 L 10 0 L 10 10 L 12 4 Z " },
+        { "by a sign", rectangle(5, 5, 10, 10), 0, { -5, -5 }, "M -5 -5 L 15 5 L 15 15 L 5 15 Z " },
+        { "a crossing away",
+          "M 0 0 L 10 10 L 10 0 L 0 10 Z ",
+          1,
+          { -5, 5 },
+          "M 0 0 L -5 5 L 10 0 L 0 10 Z " },
+        { "onto a line",
+          "M 0 0 L 10 -5 L 20 0 L 20 20 L 0 20 Z ",
+          1,
+          { 10, 0 },
+          "M 0 0 L 10 0 L 20 0 L 20 20 L 0 20 Z " },
+    };
+    const XPathPtr b = read(rectangle(5, 5, 50, 50));
+    for (const auto &row : rows) {
+        for (int calls = 0; calls < 3; ++calls) {
+            SCOPED_TRACE(row.name + std::string(" after calls: ") + std::to_string(calls));
+            const XPathPtr a = read(row.a);
+            for (int i = 0; i < calls; ++i)
+                answer(*a, *b, 2);
+            a->getBounds(vxBoundOpt::geometric(), vxStyle());
+            a->children.first()->getSegments().at(row.vertex)->setPoint(row.moved);
+            const XPathPtr clone(a->clone());
+            const XPathPtr expected = read(row.expected);
+            const Answer right = answer(*expected, *b, 1);
+            EXPECT_TRUE(answer(*clone, *b, 1) == right);
+            EXPECT_TRUE(answer(*a, *b, 1) == right);
+            EXPECT_EQ(shapes::text(*clone->reduce(true)), shapes::text(*expected->reduce(true)));
+        }
+    }
+}
+
 TEST(StandingOperands, remember_which_contours_dropped_out)
 {
-    const std::string large = shapes::rectangle(0, 0, 10, 10);
-    const std::string twice = shapes::rectangle(20, 0, 8, 8) + shapes::rectangle(20, 0, 8, 8);
-    const std::string small = shapes::rectangle(40, 0, 6, 6);
+    const std::string large = rectangle(0, 0, 10, 10);
+    const std::string twice = rectangle(20, 0, 8, 8) + rectangle(20, 0, 8, 8);
+    const std::string small = rectangle(40, 0, 6, 6);
     const std::string point = "M 15 2 L 15 2 Z";
-    const XPathPtr band = read(shapes::rectangle(-5, -5, 60, 9));
+    const XPathPtr band = read(rectangle(-5, -5, 60, 9));
     for (const std::string &shape :
          { large + twice + small, twice + small, small + twice + large, point + large, small + point + large,
            large + point, point + twice + large + point + small, twice, point }) {
