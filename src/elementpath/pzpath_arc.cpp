@@ -24,11 +24,11 @@ void appendCubics(PZPath &path, const QVector<QPointF> &points)
 
 void PZPath::arcTo(const QRectF &rect, double startAngle, double sweepLength)
 {
+    QVector<QPointF> points;
+    // This class's angles turn the other way than those of the arc construction, which warns of NaN.
+    const QPointF start = vxBezier::arcToBezier(rect, -startAngle, -sweepLength, points);
     if (!canHoldArc(rect) || !std::isfinite(startAngle) || !std::isfinite(sweepLength))
         return;
-    QVector<QPointF> points;
-    // This class's angles turn the other way than those of the arc construction.
-    const QPointF start = vxBezier::arcToBezier(rect, -startAngle, -sweepLength, points);
     if (m_elements.isEmpty() || m_elements.constLast().type == CloseElement)
         moveTo(start);
     else
@@ -43,10 +43,11 @@ void PZPath::arcTo(double x, double y, double w, double h, double startAngle, do
 
 void PZPath::ellipse(const QRectF &rect)
 {
+    QVector<QPointF> points;
+    const QPointF start = vxBezier::arcToBezier(rect, 0.0, -360.0, points);
     if (!canHoldArc(rect))
         return;
-    QVector<QPointF> points;
-    moveTo(vxBezier::arcToBezier(rect, 0.0, -360.0, points));
+    moveTo(start);
     appendCubics(*this, points);
     // The last curve ends on the start exactly, so there is nothing for closeSubpath() to snap.
     const PZElement end = m_elements.constLast();

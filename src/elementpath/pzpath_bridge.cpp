@@ -43,8 +43,12 @@ public:
     }
     void close(const vxPoint &start)
     {
-        if (m_outline.empty())
+        if (m_outline.empty()) {
+            // Another close of the same contour: its ends may meet once more.
+            if (m_goesOn)
+                m_contours.back()->join(nullptr, vxTolerance::mergeExtent);
             return;
+        }
         finish(true);
         m_goesOn = true;
         m_closePoint = start;

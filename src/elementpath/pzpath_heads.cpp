@@ -59,11 +59,14 @@ void trimCurveStart(PZPath &subpath, double length, Tips &tips)
     subpath.toXPath(xpath);
     if (length >= xpath.getFirstChild()->getFirstCurve()->getLength()) {
         dropFront(subpath, 3);
-    } else if (xpath.splitAt(length)) {
-        tips.append(subpath.at(0).toPoint());
-        subpath.clear();
-        subpath.fromXPath(xpath, 1);
+        return;
     }
+    tips.append(subpath.at(0).toPoint());
+    // Without a second piece the cut is at the very end: nothing is left.
+    const bool hasRest = xpath.splitAt(length);
+    subpath.clear();
+    if (hasRest)
+        subpath.fromXPath(xpath, 1);
 }
 
 void trimStart(PZPath &subpath, double length, Tips &tips)
@@ -93,8 +96,11 @@ void trimCurveEnd(PZPath &subpath, double length, Tips &tips)
     const vxCurve *curve = child->getLastCurve();
     if (curve && length >= curve->getLength()) {
         dropBack(subpath, 3);
-    } else if (vxPath *tail = child->splitAt(-length)) {
-        tips.append(subpath.last().toPoint());
+        return;
+    }
+    tips.append(subpath.last().toPoint());
+    // Without a second piece the cut is at the very end, and nothing goes.
+    if (vxPath *tail = child->splitAt(-length)) {
         xpath.removeChild(tail);
         subpath.clear();
         subpath.fromXPath(xpath);

@@ -93,15 +93,12 @@ void PZPath::reverse()
     if (n < 2)
         return;
     for (int s = 0; s < n;) {
-        if (m_elements.at(s).type == CloseElement) { // closes nothing
-            ++s;
-            continue;
-        }
         int boundary = s + 1;
         while (boundary < n && !isBoundary(m_elements.at(boundary)))
             ++boundary;
         reverseSubpath(m_elements, s, boundary - 1);
-        s = boundary;
+        const bool isClosed = boundary < n && m_elements.at(boundary).type == CloseElement;
+        s = isClosed ? boundary + 1 : boundary;
     }
     repairCurveCodes(m_elements);
 }

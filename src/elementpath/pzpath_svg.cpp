@@ -67,7 +67,9 @@ void PZPath::pzpathFromSvgPath2(const QString &data)
     Tokens tokens(data);
     for (int i = 0; i < tokens.count();) {
         const QChar command = tokens.command(i);
-        tokens.strip(i + 1, command);
+        const bool hasNumbers = !command.isNull() && command != QLatin1Char('Z');
+        if (hasNumbers)
+            tokens.strip(i + 1, command);
         if (command == QLatin1Char('M')) {
             moveTo(tokens.point(i + 1));
             i += 3;

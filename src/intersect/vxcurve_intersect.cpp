@@ -248,7 +248,10 @@ void CurvePair::addLocation(const Side &side1, double t1, const vxPoint &p1, con
         m_refused = Meeting{ t1, loc1->point, t2, loc2->point };
         loc1->release();
         loc2->release();
+        return;
     }
+    // In front of a longer list a meeting may no longer be found to be known.
+    m_refused.reset();
 }
 
 void addSelfIntersection(const PreparedCurve &values, vxCurve *curve, QList<vxCurveLocation *> &locations,

@@ -118,7 +118,7 @@ public:
     /** Moves to the end s of a curve, which the caller knows: what setSegment() finds through s. */
     void _place(vxCurve *onCurve, vxSegment *s) { placeOn(onCurve, s); }
 
-    // --- data; what walks along outlines and chains ask for comes first and shares a cache line ---
+    // --- data ---
 
     bool overlap = false;
 
@@ -129,29 +129,26 @@ private:
 
 public:
     qint32 refCount = 0;
+    quint32 version = 0;
+    vxPath *path = nullptr;
+    vxCurve *curve = nullptr;
+    double offset = vxTolerance::noOffset;
+    double time = vxTolerance::noTime;
+    double distance = 0;
+    vxPoint point;
     vxCurveLocation *intersection = nullptr;
     vxCurveLocation *next = nullptr;
     vxCurveLocation *previous = nullptr;
     vxSegment *segment = nullptr;
-
-private:
-    double m_turn = 0;
-
-public:
-    vxPath *path = nullptr;
-    vxCurve *curve = nullptr;
-    double time = vxTolerance::noTime;
-    double offset = vxTolerance::noOffset;
-    double distance = 0;
-    vxPoint point;
     vxSegment *segment1 = nullptr;
     vxSegment *segment2 = nullptr;
-    quint32 version = 0;
 
 private:
     void die();
     bool placeOn(vxCurve *onCurve, vxSegment *s);
     bool attachThrough(vxSegment *candidate);
+
+    double m_turn = 0;
 };
 
 /** A place where two outlines come so near that they may touch, at a vertex of at least one. */

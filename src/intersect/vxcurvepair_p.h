@@ -84,7 +84,7 @@ private:
     QList<vxCurveLocation *> &m_locations;
     opParam &m_param;
     const Values m_given;
-    /** The last meeting that was not taken: it would not be a second time. */
+    /** The last meeting if it was not taken: it would not be a second time right after. */
     std::optional<Meeting> m_refused;
     /** Some meeting was found, taken or not. */
     bool m_found = false;

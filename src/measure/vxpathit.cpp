@@ -1,6 +1,9 @@
 #include "vxpathit.h"
 #include "vxflatten_p.h"
 
+#include <cmath>
+#include <limits>
+
 namespace {
 
 void appendParts(vxPathIt &it, const vx::Cubic &curve, int index, double minT, double maxT,
@@ -28,7 +31,12 @@ vxPathIt::vxPathIt(const vxPath *path, double flatness, int maxRecursion, bool i
 void vxPathIt::computeParts(const QVector<double> &values, int index, double minT, double maxT,
                             double flatness, double minSpan, bool ignoreStraight)
 {
+    // Where the range or the span is no number, or never shrinks to it, halving would not end.
+    constexpr double mostParts = 1 << 20;
+    const double range = maxT - minT;
+    const double least = std::isfinite(range) ? range / mostParts : std::numeric_limits<double>::infinity();
     vx::Cubic curve;
     if (vx::toCubic(values, curve))
-        appendParts(*this, curve, index, minT, maxT, { flatness, minSpan, ignoreStraight });
+        appendParts(*this, curve, index, minT, maxT,
+                    { flatness, minSpan > least ? minSpan : least, ignoreStraight });
 }

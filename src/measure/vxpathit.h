@@ -35,7 +35,10 @@ public:
     vxPathIt(const vxPath *path, double flatness, int maxRecursion, bool ignoreStraight,
              const vxMatrix *matrix);
 
-    /** Appends the parts of one curve, given the range of its time that the values stand for. */
+    /**
+     * Appends the parts of one curve, given the range of its time that the values stand for; at most some
+     * million, however small minSpan is, and one where the range is not finite.
+     */
     void computeParts(const QVector<double> &values, int index, double minT, double maxT, double flatness,
                       double minSpan, bool ignoreStraight);
 

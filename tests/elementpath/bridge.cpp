@@ -25,6 +25,8 @@ TEST(Bridge, elements_through_the_engine_and_back)
         { "M -1.7 -2.7 L 50 2 C 50 60 10 60 -1.7 -2.7 Z", "M -1.7 -2.7 L 50 2 C 50 60 10 60 -1.7 -2.7 Z" },
         { "M 0 0 L 0.5 0 L 0.9 0.9 L 10 0 M 7 7", "M 0 0 L 10 0" },
         { "M 0 0 L 9 0 L 9 9 L 0 0 Z L -50 0", "M 0 0 L 9 0 L 9 9 L 0 0 Z M 0 0 L -50 0" },
+        { "M 0 0 L 9 0 L 9 9 L 0.5 0.5 L 0 0 Z Z",
+          "M 0 0 L 9 0 L 9 9 L 0 0 Z" }, // closed twice, joined twice
         { "M 0 0 L 9 0 D 1 1 L 9 9", "M 0 0 L 9 0 L 9 9" },
     };
     for (const auto &row : rows)

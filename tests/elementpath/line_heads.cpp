@@ -52,6 +52,21 @@ TEST(LineHeads, trimmed_and_dropped_segments)
     }
 }
 
+TEST(LineHeads, cuts_within_rounding_of_an_end_keep_the_tips_apart)
+{
+    const QString curveAndLine = "M 0 0 C 30 0 60 10 100 50 M 0 200 L 250 200";
+    PZPath path = read(curveAndLine);
+    path.setLineHead(0, 1e-5); // nothing to cut off, but the tip is there
+    EXPECT_EQ(text(path), "M 0 0 C 30 0 60 10 100 50 M 0 200 L 250 200");
+    EXPECT_EQ(head(path, 3), QPointF(100, 50));
+    EXPECT_EQ(head(path, 5), QPointF(250, 200));
+    path = read(curveAndLine);
+    path.setLineHead(length(read("M 0 0 C 30 0 60 10 100 50")) - 1e-6, 0); // nothing is left
+    EXPECT_EQ(path.count(), 2);
+    EXPECT_EQ(path.at(1).toPoint(), QPointF(250, 200));
+    EXPECT_EQ(head(path, 0), QPointF(0, 0)) << "the k-th tip goes to the k-th subpath";
+}
+
 TEST(LineHeads, curves_lose_the_length_of_the_head)
 {
     const PZPath curve = read("M 0 0 C 80 0 100 40 100 120");

@@ -27,6 +27,9 @@ TEST(Normalising, reversing_turns_every_subpath_in_place)
     EXPECT_EQ(text(path), "M 9 0 L 5 0 C 4 5 1 5 0 0 M 20 0 L 30 9 L 30 0 L 20 0 Z M 43 3 C 42 2 41 1 40 0");
     path.reverse();
     EXPECT_EQ(path, before);
+    path = read("M 1 1 L 5 5 Z Z L 3 3 L 4 4"); // the second Z begins a subpath of its own
+    path.reverse();
+    EXPECT_EQ(text(path), "M 5 5 L 1 1 Z(1 1) Z(4 4) L 3 3 L 1 1");
     PZPath broken = read("Z Z D 1 1 D 2 2 D 3 3 D 4 4 Z");
     broken.reverse();
     EXPECT_EQ(broken.count(), 7);

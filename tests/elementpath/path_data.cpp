@@ -18,6 +18,8 @@ TEST(PathData, both_layouts)
         { "M 1 2  H 50 q 1 2 3 4 L 30 4", "M 1 2 L 30 4" },
         { "M L10 20 C 1 2 3", "M 0 20 C 1 2 3 0 0 0" },
         { "L", "L 0 0" },
+        { "M 1 2 L 30 4 Z ZM 5 6 L 70 8",
+          "M 1 2 L 30 4 L 1 2 Z L 70 8" }, // a Z takes nothing from what follows
     };
     for (const auto &row : pairs) {
         PZPath path;

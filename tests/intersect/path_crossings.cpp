@@ -38,6 +38,24 @@ TEST(PathCrossings, keep_what_passes_through_and_drop_what_touches)
     EXPECT_TRUE(Locations(a->getCrossings(read(ellipse(50, 50, 50, 50)).get())).list.isEmpty());
 }
 
+/** A meeting that was known is found anew once another stands before it in the list. */
+TEST(PathCrossings, of_circles_through_each_others_vertices)
+{
+    const auto addCircle = [](XPath &path, double x, double y) {
+        constexpr double k = 0.5522847498;
+        auto *circle = new vxPath(&path, true);
+        circle->addSegment(new vxSegment({ x + 1, y }, { 0, -k }, { 0, k }));
+        circle->addSegment(new vxSegment({ x, y + 1 }, { k, 0 }, { -k, 0 }));
+        circle->addSegment(new vxSegment({ x - 1, y }, { 0, k }, { 0, -k }));
+        circle->addSegment(new vxSegment({ x, y - 1 }, { -k, 0 }, { k, 0 }));
+        path.addChild(circle);
+    };
+    XPath a, b;
+    addCircle(a, 3, 1);
+    addCircle(b, 4, 2);
+    EXPECT_EQ(Locations(a.getIntersections(&b, nullptr)).list.size(), 5);
+}
+
 TEST(PathCrossings, of_a_path_with_itself_leave_out_where_its_curves_join)
 {
     struct {

@@ -90,4 +90,14 @@ TEST(Flattening, pieces_come_in_order_with_their_running_length)
     const vxMatrix twice(2, 0, 0, 2, 5, 5);
     EXPECT_NEAR(vxPathIt(xpath.getFirstChild(), 0, 100, true, &twice).length, 2 * it.length, 1e-9);
     EXPECT_EQ(vxPathIt(xpath.getFirstChild(), 0, -5, false, nullptr).parts.count(), 3);
+    // A span that halving never comes to.
+    for (const double minSpan : { 0.0, -1.0, elements::undefined, 1e-300 }) {
+        vxPathIt bounded(nullptr, 0, 1, false, nullptr);
+        bounded.computeParts({ 0, 0, 0, 50, 50, 90, 90, 90 }, 0, 0, 1, 1e-3, minSpan, false);
+        EXPECT_LT(bounded.parts.count(), 1000);
+        EXPECT_NEAR(bounded.length, elements::length(elements::read("M 0 0 C 0 50 50 90 90 90")), 1e-2);
+        bounded.computeParts({ 0, 0, 0, 50, 50, 90, 90, 90 }, 0, 0, elements::inf, 0, minSpan, false);
+        EXPECT_NEAR(bounded.parts.last().offset - bounded.parts.at(bounded.parts.count() - 2).offset,
+                    std::hypot(90, 90), 1e-9);
+    }
 }

@@ -173,16 +173,24 @@ TEST_F(CommandLine, pictures_are_whole_or_not_there)
     EXPECT_FALSE(xml.hasError());
     EXPECT_GT(paths, 50);
 
+    EXPECT_EQ(text({ "length", square, "-o", "length.png" }), "400");
+    expectNear(text({ "at", "30", hundredAlongX, "-o", "at.png" }), "point 30 0\ntangent 1 0");
+    EXPECT_FALSE(QImage(file("length.png")).isNull());
+    EXPECT_FALSE(QImage(file("at.png")).isNull());
+
     const QByteArray before = readTextFile(file("out.png"));
     expectFailure({ "unite", square, "M 0 0 L 1", "-o", "out.png" }, "path B");
     expectFailure({ "unite", square, shifted, "-o", "absent/out.png" }, "cannot write absent/out.png");
     expectFailure({ "unite", square, shifted, "-o", "out.jpeg2" }, "kind of picture");
     EXPECT_EQ(readTextFile(file("out.png")), before);
-    EXPECT_EQ(QDir(m_dir.path()).entryList(QDir::Files), (QStringList{ "out.png", "out.svg" }));
+    EXPECT_EQ(QDir(m_dir.path()).entryList(QDir::Files),
+              (QStringList{ "at.png", "length.png", "out.png", "out.svg" }));
 }
 
 TEST_F(CommandLine, corpus_finds_the_wrong_areas)
 {
+    writeFile(file("broken.tsv"), "one\tsimple\t" + square.toUtf8() + "\tM 0 0 L 1\n");
+    expectFailure({ "corpus", "broken.tsv" }, "L with 1 of 2 numbers");
     writeFile(file("cases.tsv"), "one\tsimple,lines\t" + square.toUtf8() + "\t" + shifted.toUtf8() +
                                      "\ntwo\tsimple\t" + square.toUtf8() + "\t\n");
     EXPECT_EQ(text({ "corpus", "cases.tsv", "--list" }), "one\tsimple,lines\ntwo\tsimple");

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -110,6 +111,11 @@ QString resultLine(const CorpusCase &entry, const Operation &operation, const Ru
              QLatin1String(verdictName(result.verdict)));
 }
 
+void printHeading()
+{
+    printLine(QStringLiteral("# id\top\tmedian_ns\tcontours\tsegments\tarea\tstatus\tverdict"));
+}
+
 void listCases(const QVector<CorpusCase> &cases)
 {
     for (const CorpusCase &entry : cases)
@@ -127,9 +133,12 @@ void runCorpusCommand(const Invocation &in)
     Report report(readTruths(in, cases), in.positive("tolerance", 0));
     {
         Progress progress(cases.size() * options.operations.size());
-        printLine(QStringLiteral("# id\top\tmedian_ns\tcontours\tsegments\tarea\tstatus\tverdict"));
+        // The heading waits for the first result: nothing is printed when the cases cannot be read.
+        bool hasHeading = false;
         runCorpus(cases, options,
                   [&](const CorpusCase &entry, const Operation &operation, const RunResult &result) {
+                      if (!std::exchange(hasHeading, true))
+                          printHeading();
                       printLine(resultLine(entry, operation, result));
                       report.add(entry, operation, result);
                       progress.step();

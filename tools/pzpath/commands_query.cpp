@@ -1,5 +1,6 @@
 #include "area.h"
 #include "invocation.h"
+#include "picture.h"
 #include "toolerror.h"
 
 #include <pzgraphics/vxcurvelocation.h>
@@ -10,6 +11,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -98,20 +100,36 @@ void runInfo(const Invocation &in)
 
 void runLength(const Invocation &in)
 {
-    printLine(toText(toXPath(in.path(0, "A"))->getLength()));
+    const PathCommands path = in.path(0, "A");
+    printPaths(in, {}, { { path, Ink::result() } });
+    printLine(toText(toXPath(path)->getLength()));
+}
+
+/** A place on a path and the direction there, a tenth of the path's size long. */
+QVector<Shape> placeShapes(const PathCommands &path, const vxRect &bounds, const vxPoint &place,
+                           const vxPoint &tangent)
+{
+    const vxPoint tip = place.add(tangent.multiply(std::max(bounds.width, bounds.height) / 10));
+    const QString arrow = QStringLiteral("M %1 L %2").arg(pair(place), pair(tip));
+    return { { path, Ink::operandA() }, { parsePathData(arrow), Ink::result() } };
 }
 
 /** Arc lengths run on from contour to contour, in the order and direction as drawn. */
 void runAt(const Invocation &in)
 {
     const double offset = in.number(0, "OFFSET");
-    const std::unique_ptr<XPath> path = toXPathAsDrawn(in.path(1, "A"));
+    const PathCommands commands = in.path(1, "A");
+    const std::unique_ptr<XPath> path = toXPathAsDrawn(commands);
     const double length = path->getLength();
     double rest = offset < 0 ? length + offset : offset;
     for (const vxPath *contour : path->children) {
         if (rest >= 0 && rest <= contour->getLength() && contour->_countCurves() > 0) {
-            printLine(QStringLiteral("point %1").arg(pair(contour->getPointAt(rest))));
-            printLine(QStringLiteral("tangent %1").arg(pair(contour->getTangentAt(rest))));
+            const vxPoint place = contour->getPointAt(rest);
+            const vxPoint tangent = contour->getTangentAt(rest);
+            const vxRect bounds = path->getBounds(vxBoundOpt::geometric(), vxStyle());
+            printPaths(in, {}, placeShapes(commands, bounds, place, tangent));
+            printLine(QStringLiteral("point %1").arg(pair(place)));
+            printLine(QStringLiteral("tangent %1").arg(pair(tangent)));
             return;
         }
         rest -= contour->getLength();
@@ -131,8 +149,8 @@ QVector<Command> queryCommands()
         { "contains", "X Y A", "inside or outside, by the even-odd rule", 3, 3, Command::NoOption,
           runContains },
         { "info", "A", "contours with direction, length and area; bounds", 1, 1, Command::Json, runInfo },
-        { "length", "A", "arc length of all contours", 1, 1, Command::NoOption, runLength },
+        { "length", "A", "arc length of all contours", 1, 1, Command::Output, runLength },
         { "at", "OFFSET A", "point and tangent at an arc length, negative from the end", 2, 2,
-          Command::NoOption, runAt },
+          Command::Output, runAt },
     };
 }
