@@ -250,7 +250,7 @@ void CurvePair::addLocation(const Side &side1, double t1, const vxPoint &p1, con
         loc2->release();
         return;
     }
-    // In front of a longer list a meeting may no longer be found to be known.
+    // With another entry in front, the walk over known meetings may stop before the one that was refused.
     m_refused.reset();
 }
 

@@ -31,7 +31,7 @@ vxPathIt::vxPathIt(const vxPath *path, double flatness, int maxRecursion, bool i
 void vxPathIt::computeParts(const QVector<double> &values, int index, double minT, double maxT,
                             double flatness, double minSpan, bool ignoreStraight)
 {
-    // Where the range or the span is no number, or never shrinks to it, halving would not end.
+    // With a span that halving never comes to, or that is no number, it would not end.
     constexpr double mostParts = 1 << 20;
     const double range = maxT - minT;
     const double least = std::isfinite(range) ? range / mostParts : std::numeric_limits<double>::infinity();

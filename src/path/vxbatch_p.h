@@ -36,6 +36,7 @@ public:
         std::byte *places()
         {
             std::byte *first = reinterpret_cast<std::byte *>(this) + headerSize;
+            // Memory is aligned to headerSize: these bits of the address tell how far it is to the next line.
             return first + (-reinterpret_cast<quintptr>(first) & mostPadding);
         }
         void destroy(T *object)

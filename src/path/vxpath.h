@@ -49,8 +49,7 @@ public:
     void addRef() { ++refCount; }
     void release();
 
-    // --- flags: orientation (1 made clockwise, 2 made counter-clockwise), scratch of a boolean (4, 8, 16)
-    // ---
+    // --- flags: 1 made clockwise, 2 made counter-clockwise; 4, 8 and 16 are scratch of a boolean ---
 
     static constexpr quint32 madeClockwise = 1;
     static constexpr quint32 madeCounterClockwise = 2;
