@@ -49,7 +49,7 @@ BooleanRun::BooleanRun(XPath *path1, XPath *path2, int op, RunNotes &notes)
         m_path2.reset(cleanCopy(path2, m_own2));
     m_notes.add(m_own1);
     m_notes.add(m_own2);
-    m_notes.open = hasOpenOutline(*m_path1) || (m_path2 && hasOpenOutline(*m_path2));
+    m_notes.open |= hasOpenOutline(*m_path1) || (m_path2 && hasOpenOutline(*m_path2));
     const bool isReversed = orient();
     m_standing1 = standingCurves(*path1, false);
     m_standing2 = m_path2 ? standingCurves(*path2, isReversed) : nullptr;

@@ -124,8 +124,10 @@ private:
             return;
         }
         const bool isKept = (m_op == 1 || m_op == 2) && path->getArea(true, false) != 0;
-        if (isKept)
+        if (isKept) {
             m_result.append(path->clone());
+            m_result.last()->removeFlags(vx::overlapsOnly | vx::validOverlapsOnly);
+        }
         for (const vxPath *visited : { path, other }) {
             for (vxSegment *s : visited->_segments()) {
                 s->visited = true;
@@ -189,6 +191,7 @@ private:
         return true;
     }
 
+    /** Nothing leads a walk away from the contour, or stops it. */
     bool isUntouched(const vxPath &path) const
     {
         const bool mayStop = path.isFlags(vx::validOverlapsOnly);

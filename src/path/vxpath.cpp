@@ -148,9 +148,13 @@ void vxPath::_changed()
 void vxPath::_noticeEdits() const
 {
     const quint64 fingerprint = vx::Fingerprint::of(m_segments, closed);
-    // What is dropped are caches; the edit itself has happened.
-    if (m_fingerprint != 0 && m_fingerprint != fingerprint)
-        const_cast<vxPath *>(this)->_changed();
+    if (m_fingerprint != 0 && m_fingerprint != fingerprint) {
+        // What is dropped are caches; the edit itself has happened.
+        auto *self = const_cast<vxPath *>(this);
+        if (m_curves.size() != _countCurves()) // closed was written
+            self->releaseCurves();
+        self->_changed();
+    }
     m_fingerprint = fingerprint;
 }
 

@@ -242,8 +242,10 @@ public:
     /** The one place that drops what was computed from the geometry and advances the version. */
     void _changed();
     /**
-     * Does that where a plain setter of a segment, which tells nobody, moved something since the last call.
-     * Asked before an operation relies on what callers do not know to be kept. A look at every segment.
+     * Does that where a plain setter of a segment, which tells nobody, moved something since the last call;
+     * the first one only begins to watch. Asked before an operation relies on what callers do not know to be
+     * kept (bounds, what is known of reducing, cleaned copies), and before that is kept. A look at every
+     * segment.
      */
     void _noticeEdits() const;
     // getSegments() and getCurves() without a copy of the list, for walks that edit nothing.

@@ -239,7 +239,7 @@ void vxPath::_noteReduced()
 void vxPath::reduce(bool simplify)
 {
     if (m_isReduced)
-        _noticeEdits();
+        _noticeEdits(); // and it may be false
     if ((m_isReduced && simplify) || !isReducible(m_segments, closed, simplify))
         return;
     Reduction reduction(m_segments, closed, simplify);
