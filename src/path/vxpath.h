@@ -297,6 +297,7 @@ public:
 
     // --- data ---
 
+    /** To be written by setClosed() alone, which keeps the curves in step. */
     bool closed = false;
     quint32 flags = 0;
     quint32 refCount = 0;
