@@ -175,7 +175,7 @@ private:
     {
         vxPath *path = start.path;
         if (m_untouched == vx::Untouched::Copied || start.index != 0 || !path->isClosed() ||
-            !isUntouched(*path))
+            !isWalkedWhole(*path))
             return false;
         for (vxSegment *segment : path->_segments()) {
             segment->visited = true;
@@ -192,7 +192,7 @@ private:
     }
 
     /** Nothing leads a walk away from the contour, or stops it. */
-    bool isUntouched(const vxPath &path) const
+    bool isWalkedWhole(const vxPath &path) const
     {
         const bool mayStop = path.isFlags(vx::validOverlapsOnly);
         const QList<vxSegment *> &segments = path._segments();

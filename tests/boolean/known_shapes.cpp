@@ -224,8 +224,8 @@ TEST(KnownShapes, bear_no_mark_of_how_they_were_made)
     // The bar crosses the border and one hole: some contours are walked, others stay as they are.
     const XPathPtr plate = read(rectangle(0, 0, 100, 60) + ' ' + ellipse(20, 30, 8, 8) + ' ' +
                                 ellipse(50, 30, 8, 8) + ' ' + ellipse(80, 30, 8, 8));
-    plate->children.first()->addFlags(
-        ~3u); // what flags an application may have is none of the run's business
+    // An application's own flags are none of the run's business.
+    plate->children.first()->addFlags(~3u);
     const XPathPtr bar = read(rectangle(45, -10, 10, 80) + ' ' + ellipse(200, 30, 8, 8));
     for (int operation = 1; operation <= 4; ++operation) {
         SCOPED_TRACE(operation);

@@ -121,7 +121,7 @@ TEST(ReducingPaths, what_is_known_of_a_contour_goes_with_its_copy_until_an_edit)
 {
     XPath original;
     original.addChild(polygon({ { 0, 0 }, { 10, -5 }, { 20, 0 }, { 20, 10 } }, true).get(), -1);
-    original.reduce(true); // nothing to drop
+    original.children.first()->_noteReduced(); // there is nothing to drop
     const vxBoundOpt option = vxBoundOpt::geometric();
     EXPECT_EQ(original.getBounds(option, vxStyle()).bottom(), 10);
     XPath copy;

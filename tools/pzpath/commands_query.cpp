@@ -110,8 +110,8 @@ QVector<Shape> placeShapes(const PathCommands &path, const vxRect &bounds, const
                            const vxPoint &tangent)
 {
     const vxPoint tip = place.add(tangent.multiply(std::max(bounds.width, bounds.height) / 10));
-    const QString arrow = QStringLiteral("M %1 L %2").arg(pair(place), pair(tip));
-    return { { path, Ink::operandA() }, { parsePathData(arrow), Ink::result() } };
+    const PathCommands arrow{ { 'M', { place.toPt() } }, { 'L', { tip.toPt() } } };
+    return { { path, Ink::operandA() }, { arrow, Ink::result() } };
 }
 
 /** Arc lengths run on from contour to contour, in the order and direction as drawn. */
