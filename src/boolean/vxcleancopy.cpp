@@ -86,7 +86,8 @@ bool hasFold(const XPath &path)
 bool isMisdirected(const XPath &path)
 {
     return std::any_of(path.children.begin(), path.children.end(), [](const vxPath *child) {
-        const double area = child->getArea(false, true);
+        // Of a closed contour the one that is kept, which others ask for.
+        const double area = child->isClosed() ? child->getArea(true, false) : child->getArea(false, true);
         return child->isClockwise() ? area < 0 : area > 0;
     });
 }

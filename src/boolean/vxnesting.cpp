@@ -6,9 +6,10 @@
 #include "vxtolerance.h"
 #include "xpath.h"
 
+#include <QVarLengthArray>
+
 #include <algorithm>
 #include <cmath>
-#include <numeric>
 #include <optional>
 #include <vector>
 
@@ -19,26 +20,38 @@ double boundsArea(const vxPath &path)
     return path.getBounds(vxBoundOpt::geometric(), vxStyle()).getArea();
 }
 
-std::vector<vx::Box> boxesOf(const QVector<vxPath *> &paths)
-{
-    std::vector<vx::Box> boxes;
-    boxes.reserve(size_t(paths.size()));
-    for (const vxPath *path : paths) {
-        const vxRect box = path->getBounds(vxBoundOpt::geometric(), vxStyle());
-        boxes.push_back({ box.x, box.y, box.right(), box.bottom() });
+/** A contour and what nesting knows of it. */
+struct Nested {
+    vxPath *path;
+    double boundsArea;
+    vx::Box box;
+    qint32 winding;
+    bool excluded = false;
+
+    explicit Nested(vxPath *itsPath) : Nested(itsPath, itsPath->getBounds(vxBoundOpt::geometric(), vxStyle()))
+    {
     }
-    return boxes;
-}
+    Nested(vxPath *itsPath, const vxRect &bounds)
+        : path(itsPath), boundsArea(bounds.getArea()),
+          box{ bounds.x, bounds.y, bounds.right(), bounds.bottom() }, winding(itsPath->isClockwise() ? 1 : -1)
+    {
+    }
+};
 
 /** The levels of vertices and extrema of contours. */
 class Levels
 {
 public:
-    explicit Levels(const QVector<vxPath *> &contours)
+    explicit Levels(const std::vector<Nested> &contours)
     {
-        for (const vxPath *contour : contours) {
-            for (int i = 0; i < vx::outlineSize(*contour); ++i)
-                append(vx::outlineCurve(*contour, i));
+        size_t count = 0;
+        for (const Nested &contour : contours)
+            count += size_t(vx::outlineSize(*contour.path));
+        m_levels.reserve(count);
+        for (const Nested &contour : contours) {
+            const int size = vx::outlineSize(*contour.path);
+            for (int i = 0; i < size; ++i)
+                append(vx::outlineCurve(*contour.path, i));
         }
         // Few contours ask a few times: that is not worth sorting.
         constexpr int few = 16;
@@ -83,11 +96,9 @@ class Nesting
 {
 public:
     Nesting(const QVector<vxPath *> &paths, bool evenOdd)
-        : m_evenOdd(evenOdd), m_paths(largestFirst(paths)), m_boxes(boxesOf(m_paths))
+        : m_evenOdd(evenOdd), m_contours(largestFirst(paths)), m_boxes(m_contours.size(), BoxOf{ m_contours })
     {
-        for (const vxPath *path : qAsConst(m_paths))
-            m_windings.append(path->isClockwise() ? 1 : -1);
-        m_excluded.fill(false, paths.size());
+        m_kept.reserve(paths.size());
     }
 
     /** Whether a count may be wrong by which contours were nested. */
@@ -97,98 +108,95 @@ public:
     QVector<vxPath *> orient()
     {
         // The container keeps its first child clockwise; turning it only later would part it from the others.
-        place(0, true);
-        for (int i = 1; i < m_paths.size(); ++i) {
-            const vxPath *container = findContainer(i);
-            if (!m_excluded.at(i))
-                place(i, container ? !container->isClockwise() : m_paths.first()->isClockwise());
+        place(m_contours.front(), true);
+        for (size_t i = 1; i < m_contours.size(); ++i) {
+            const vxPath *container = findContainer(int(i));
+            const Nested &contour = m_contours[i];
+            if (!contour.excluded)
+                place(contour, container ? !container->isClockwise() : m_contours.front().path->isClockwise());
         }
         return m_kept;
     }
 
 private:
-    static QVector<vxPath *> largestFirst(const QVector<vxPath *> &paths)
+    struct BoxOf {
+        const std::vector<Nested> &contours;
+        const vx::Box &operator()(size_t i) const { return contours[i].box; }
+    };
+
+    static std::vector<Nested> largestFirst(const QVector<vxPath *> &paths)
     {
-        std::vector<double> areas;
-        for (const vxPath *path : paths)
-            areas.push_back(boundsArea(*path));
-        std::vector<int> order(size_t(paths.size()));
-        std::iota(order.begin(), order.end(), 0);
-        std::stable_sort(order.begin(), order.end(),
-                         [&areas](int a, int b) { return areas[size_t(a)] > areas[size_t(b)]; });
-        QVector<vxPath *> sorted;
-        sorted.reserve(paths.size());
-        for (int i : order)
-            sorted.append(paths.at(i));
-        return sorted;
+        std::vector<Nested> contours(paths.begin(), paths.end());
+        std::stable_sort(contours.begin(), contours.end(),
+                         [](const Nested &a, const Nested &b) { return a.boundsArea > b.boundsArea; });
+        return contours;
     }
 
-    void place(int i, bool clockwise)
+    void place(const Nested &contour, bool clockwise)
     {
-        m_paths.at(i)->setClockwise(clockwise);
-        m_kept.append(m_paths.at(i));
+        contour.path->setClockwise(clockwise);
+        m_kept.append(contour.path);
     }
 
     /**
-     * The contours before i whose boxes come near its own, from the smallest: no other can contain an
-     * interior point of it, which lies within its box but for rounding.
+     * Sets the contours before i whose boxes come near its own: no other can contain an interior point of it,
+     * which lies within its box but for rounding.
      */
-    std::vector<int> mayContain(int i)
+    void findCandidates(int i)
     {
-        const vx::Box &box = m_boxes[i];
+        const vx::Box &box = m_contours[size_t(i)].box;
         const double largest =
             std::max({ std::fabs(box.minX), std::fabs(box.maxX), std::fabs(box.minY), std::fabs(box.maxY) });
-        std::vector<int> found;
+        m_candidates.clear();
         m_boxes.query(box, 2 * vxTolerance::closeDistance + 1e-9 * largest, 0, [&](int j) {
             if (j < i)
-                found.push_back(j);
+                m_candidates.append(j);
         });
-        std::reverse(found.begin(), found.end());
-        return found;
     }
 
     const vxPath *findContainer(int i)
     {
-        const std::vector<int> candidates = mayContain(i);
-        if (candidates.empty())
+        findCandidates(i);
+        if (m_candidates.isEmpty())
             return nullptr;
-        const vxPoint point = m_paths.at(i)->getInteriorPoint(m_evenOdd);
+        Nested &contour = m_contours[size_t(i)];
+        const vxPoint point = contour.path->getInteriorPoint(m_evenOdd);
         if (!m_levels)
-            m_levels.emplace(m_paths);
+            m_levels.emplace(m_contours);
         const bool isGrazed = m_levels->hasBeside(point.y);
         const vxStyle style = vxStyle::filled(m_evenOdd);
         bool isContained = false;
-        for (int j : candidates) {
-            const bool isInside = m_paths.at(j)->contains(point, style);
-            m_isUnsure = m_isUnsure || (isGrazed && !isConfirmed(i, j, isInside));
+        for (int k = m_candidates.size() - 1; k >= 0; --k) { // from the smallest
+            const Nested &other = m_contours[size_t(m_candidates.at(k))];
+            const bool isInside = other.path->contains(point, style);
+            m_isUnsure = m_isUnsure || (isGrazed && !isConfirmed(contour, other, isInside));
             if (!isInside)
                 continue;
             if (!m_evenOdd && !isContained) {
-                m_windings[i] += m_windings.at(j);
-                if (m_windings.at(i) != 0 && m_windings.at(j) != 0) {
-                    m_excluded[i] = true; // filled on both sides under the nonzero rule
+                contour.winding += other.winding;
+                if (contour.winding != 0 && other.winding != 0) {
+                    contour.excluded = true; // filled on both sides under the nonzero rule
                     return nullptr;
                 }
             }
             isContained = true;
-            if (!m_excluded.at(j))
-                return m_paths.at(j);
+            if (!other.excluded)
+                return other.path;
         }
         return nullptr;
     }
 
     /** Asks elsewhere whether a contour lies in another. */
-    bool isConfirmed(int i, int j, bool isInside) const
+    static bool isConfirmed(const Nested &contour, const Nested &other, bool isInside)
     {
-        const std::optional<bool> answer = vx::FilledRegion(*m_paths.at(j)).holds(*m_paths.at(i));
+        const std::optional<bool> answer = vx::FilledRegion(*other.path).holds(*contour.path);
         return answer && *answer == isInside;
     }
 
     const bool m_evenOdd;
-    const QVector<vxPath *> m_paths;
-    vx::OrderedBoxes m_boxes;
-    QVector<qint32> m_windings;
-    QVector<bool> m_excluded;
+    std::vector<Nested> m_contours;
+    vx::BoxLookup<BoxOf> m_boxes;
+    QVarLengthArray<int, 16> m_candidates;
     std::optional<Levels> m_levels; ///< none: no contour may contain another
     bool m_isUnsure = false;
     QVector<vxPath *> m_kept;

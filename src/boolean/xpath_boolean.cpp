@@ -78,7 +78,7 @@ QVector<vxPath *> walkedContours(const XPath *path, vx::RunNotes &notes)
 
 vxRect boundsOf(const XPath *path)
 {
-    return path ? path->getBounds(vxBoundOpt::geometric(), vxStyle()) : vxRect();
+    return path ? path->_bounds() : vxRect();
 }
 
 /** The contours of the result before any audit. No run is made where it is plain what they are. */

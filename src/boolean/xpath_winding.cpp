@@ -52,11 +52,13 @@ struct IndexedPieces {
     }
 };
 
-/** Whether all of a curve keeps off a level, by more than dividing it into pieces moves it. */
-bool keepsOff(const vx::Cubic &c, double y)
+/** Whether all of the curve between two segments keeps off a level, by more than dividing it moves it. */
+bool keepsOff(const vxSegment &from, const vxSegment &to, double y)
 {
-    const double lo = std::min(std::min(c.v[1], c.v[3]), std::min(c.v[5], c.v[7]));
-    const double hi = std::max(std::max(c.v[1], c.v[3]), std::max(c.v[5], c.v[7]));
+    const double y0 = from.point.y, y1 = y0 + from.handleOut.y;
+    const double y3 = to.point.y, y2 = y3 + to.handleIn.y;
+    const double lo = std::min(std::min(y0, y1), std::min(y2, y3));
+    const double hi = std::max(std::max(y0, y1), std::max(y2, y3));
     const double slack = 1e-12 * (std::fabs(lo) + std::fabs(hi));
     return y < lo - slack || y > hi + slack;
 }
@@ -68,21 +70,31 @@ struct UndividedPath {
     void visitLevel(const vxPoint &point, LevelCount &count) const
     {
         enter(count);
-        const int size = vx::outlineSize(path);
-        for (int i = 0; i < size; ++i) {
-            const vx::Cubic c = vx::outlineCurve(path, i);
-            if (keepsOff(c, point.y) || !vx::isCounted(c))
-                continue;
-            vxMono pieces[3];
-            const int found = vx::monotonePieces(c, pieces);
-            for (int k = 0; k < found; ++k) {
-                if (LevelCount::reachesLevel(pieces[k], point.y))
-                    visit(pieces[k], count);
-            }
+        const QList<vxSegment *> &segments = path._segments();
+        const int curves = path._countCurves();
+        for (int i = 0; i < curves; ++i) {
+            const vxSegment &from = *segments.at(i);
+            const vxSegment &to = *segments.at(i + 1 < segments.size() ? i + 1 : 0);
+            if (!keepsOff(from, to, point.y))
+                visit(vx::cubicBetween(from, to), point.y, count);
         }
+        if (curves < vx::outlineSize(path))
+            visit(vx::outlineCurve(path, curves), point.y, count);
     }
 
 private:
+    static void visit(const vx::Cubic &c, double y, LevelCount &count)
+    {
+        if (!vx::isCounted(c))
+            return;
+        vxMono pieces[3];
+        const int found = vx::monotonePieces(c, pieces);
+        for (int k = 0; k < found; ++k) {
+            if (LevelCount::reachesLevel(pieces[k], y))
+                visit(pieces[k], count);
+        }
+    }
+
     static void visit(const vxMono &piece, LevelCount &count)
     {
         const vx::Box reach = vx::reachOf(piece);

@@ -24,16 +24,33 @@ bool isWithin(double q, double min, double max)
     return q >= min && q <= max;
 }
 
+double size(const vxPoint &p)
+{
+    return std::fabs(p.x) + std::fabs(p.y);
+}
+
 /**
  * Whether a handle ends so far off the chord that no rounding brings it within closeDistance: of distances
  * times the chord's length, at most the sum of its sides. Spares most curves the roots of isStraight().
  */
 bool isBent(const vxPoint &start, const vxPoint &chord, const vxPoint &h1, const vxPoint &h2)
 {
-    const auto size = [](const vxPoint &p) { return std::fabs(p.x) + std::fabs(p.y); };
     const double rounding = 1e-14 * (size(start) + size(chord) + size(h1) + size(h2));
     const double least = (2 * closeDistance + rounding) * size(chord);
     return std::fabs(h1.cross(chord)) > least || std::fabs(h2.cross(chord)) > least;
+}
+
+/**
+ * Whether vectors are not all within margin of the line along one of them. Each line is off by two of the
+ * three cross products, so that two large ones tell for all three; sizes are at least the lengths.
+ */
+bool areSpread(const vxPoint to[3], double margin)
+{
+    const double reach = 2 * margin * std::max(std::max(size(to[0]), size(to[1])), size(to[2]));
+    const bool far01 = std::fabs(to[0].cross(to[1])) > reach;
+    const bool far02 = std::fabs(to[0].cross(to[2])) > reach;
+    const bool far12 = std::fabs(to[1].cross(to[2])) > reach;
+    return (far01 && far02) || (far01 && far12) || (far02 && far12);
 }
 
 } // namespace
@@ -68,6 +85,8 @@ int vx::foldTimes(const Cubic &c, double margin, double times[2])
         return 0;
     const vxPoint start = c.p0();
     const vxPoint to[] = { c.p1().subtract(start), c.p2().subtract(start), c.p3().subtract(start) };
+    if (areSpread(to, margin))
+        return 0;
     const vxPoint &along =
         *std::max_element(to, to + 3, [](const vxPoint &p, const vxPoint &q) { return p.dot(p) < q.dot(q); });
     const double square = along.dot(along);

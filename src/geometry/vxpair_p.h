@@ -2,6 +2,10 @@
 
 #include "vxcubic_p.h"
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 namespace vx {
 
 /**
@@ -30,6 +34,16 @@ inline Pair lesser(Pair a, Pair b)
 inline Pair greater(Pair a, Pair b)
 {
     return a < b ? b : a;
+}
+
+/** Bits 1 and 2: whether the first, and the second, of a is less than that of b. */
+inline int whereLess(Pair a, Pair b)
+{
+#ifdef __SSE2__
+    return _mm_movemask_pd(_mm_cmplt_pd(a, b)); // compilers would take a mask apart, number by number
+#else
+    return (a[0] < b[0] ? 1 : 0) | (a[1] < b[1] ? 2 : 0);
+#endif
 }
 
 /** The negatives of those numbers that mask names. */
@@ -68,8 +82,7 @@ inline Pair greatestOf(const Box &box)
 /** Whether some upright or level line parts two boxes; NaN parts nothing. */
 inline bool areApart(const Box &a, const Box &b)
 {
-    const PairMask isBeside = (greatestOf(a) < leastOf(b)) | (greatestOf(b) < leastOf(a));
-    return isBeside[0] | isBeside[1];
+    return (whereLess(greatestOf(a), leastOf(b)) | whereLess(greatestOf(b), leastOf(a))) != 0;
 }
 
 } // namespace vx

@@ -62,9 +62,8 @@ inline Box hullBox(const Cubic &c)
 /** Whether the boxes come within closeDistance of each other; false with NaN. */
 inline bool boxesMeet(const Box &a, const Box &b)
 {
-    using vxTolerance::closeDistance;
-    return a.maxX + closeDistance > b.minX && b.maxX > a.minX - closeDistance &&
-           a.maxY + closeDistance > b.minY && b.maxY > a.minY - closeDistance;
+    const Pair reach = both(vxTolerance::closeDistance);
+    return (whereLess(leastOf(b), greatestOf(a) + reach) & whereLess(leastOf(a) - reach, greatestOf(b))) == 3;
 }
 
 /** Times of one meeting of two curves. */

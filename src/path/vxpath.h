@@ -248,6 +248,8 @@ public:
      * segment.
      */
     void _noticeEdits() const;
+    /** getBounds() right after _noticeEdits(). */
+    vxRect _bounds() const;
     // getSegments() and getCurves() without a copy of the list, for walks that edit nothing.
     const QList<vxSegment *> &_segments() const { return m_segments; }
     const QList<vxCurve *> &_curves() const

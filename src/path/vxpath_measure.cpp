@@ -21,6 +21,25 @@ vx::Cubic mapped(const vx::Cubic &c, const vxMatrix &m)
                                  m.transformPoint(c.p3()));
 }
 
+/** The box around an outline's curves, each as map gives it. */
+template <typename Map>
+vxRect boundsOf(const QList<vxSegment *> &segments, int curves, Map &&map)
+{
+    if (segments.isEmpty())
+        return vxRect();
+    vx::Box box = vx::emptyBox;
+    for (int i = 0; i < curves; ++i) {
+        const int next = i + 1 < segments.size() ? i + 1 : 0;
+        vx::extend(box, vx::bounds(map(vx::cubicBetween(*segments.at(i), *segments.at(next)))));
+    }
+    // A lone segment counts as the curve from itself to itself without handles: its point.
+    if (curves == 0)
+        vx::extend(box, vx::bounds(map(vx::Cubic::fromLine(segments.first()->point, segments.first()->point))));
+    const bool found = box.minX <= box.maxX && box.minY <= box.maxY;
+    return found ? vxRect(box.minX, box.minY, box.maxX - box.minX, box.maxY - box.minY)
+                 : vxRect(undefined, undefined, undefined, undefined);
+}
+
 } // namespace
 
 // --- area, length, bounds ---
@@ -33,7 +52,7 @@ double vxPath::getArea(bool cached, bool closedArgument) const
     const int curves = (cached ? closed : closedArgument) ? count : count - 1;
     double sum = 0;
     for (int i = 0; i < curves; ++i)
-        sum += vx::signedArea(vx::cubicBetween(*m_segments.at(i), *m_segments.at((i + 1) % count)));
+        sum += vx::signedArea(vx::cubicBetween(*m_segments.at(i), *m_segments.at(i + 1 < count ? i + 1 : 0)));
     if (cached)
         area = sum;
     return sum;
@@ -60,31 +79,20 @@ double vxPath::getLength() const
 
 vxRect vxPath::getBounds(const vxBoundOpt &, const vxStyle &, const vxMatrix *matrix) const
 {
-    if (m_segments.isEmpty())
-        return vxRect();
-    const bool plain = !matrix || matrix->isIdentity();
-    if (plain && m_boundsValid)
-        return m_bounds;
-    if (plain)
+    if (matrix && !matrix->isIdentity())
+        return boundsOf(m_segments, _countCurves(), [matrix](const vx::Cubic &c) { return mapped(c, *matrix); });
+    if (!m_boundsValid)
         _noticeEdits();
-    vx::Box box = vx::emptyBox;
-    const int count = m_segments.size();
-    // A lone segment counts as the curve from itself to itself without handles: its point.
-    const int curves = std::max(_countCurves(), 1);
-    for (int i = 0; i < curves; ++i) {
-        const vxSegment &from = *m_segments.at(i);
-        vx::Cubic c = _countCurves() > 0 ? vx::cubicBetween(from, *m_segments.at((i + 1) % count))
-                                         : vx::Cubic::fromLine(from.point, from.point);
-        vx::extend(box, vx::bounds(plain ? c : mapped(c, *matrix)));
-    }
-    const bool found = box.minX <= box.maxX && box.minY <= box.maxY;
-    const vxRect bounds = found ? vxRect(box.minX, box.minY, box.maxX - box.minX, box.maxY - box.minY)
-                                : vxRect(undefined, undefined, undefined, undefined);
-    if (plain) {
-        m_bounds = bounds;
+    return _bounds();
+}
+
+vxRect vxPath::_bounds() const
+{
+    if (!m_boundsValid) {
+        m_bounds = boundsOf(m_segments, _countCurves(), [](const vx::Cubic &c) { return c; });
         m_boundsValid = true;
     }
-    return bounds;
+    return m_bounds;
 }
 
 // --- places by arc length ---

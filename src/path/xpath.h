@@ -178,6 +178,8 @@ public:
     void _makeCurves() const;
     /** vxPath::_noticeEdits() of all children. */
     void _noticeEdits() const;
+    /** getBounds() right after that. */
+    vxRect _bounds() const;
     /**
      * Appends copies of contours as they are, in which nobody made edits without notice: side by side in
      * memory, in the order of a walk. ranks: in which order they are numbered, the least first. What is to be

@@ -16,6 +16,26 @@ constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
 constexpr vxPoint nowhere(undefined, undefined);
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
+/** The box around those of all contours that are not empty. */
+template <typename BoundsOf>
+vxRect united(const QVector<vxPath *> &contours, BoundsOf &&boundsOf)
+{
+    // By edges: vxRect::unite() would leave out flat boxes, and a line has one.
+    double left = infinity, top = infinity, right = -infinity, bottom = -infinity;
+    for (const vxPath *contour : contours) {
+        if (contour->isEmpty())
+            continue;
+        const vxRect box = boundsOf(*contour);
+        left = box.x < left ? box.x : left;
+        top = box.y < top ? box.y : top;
+        right = box.right() > right ? box.right() : right;
+        bottom = box.bottom() > bottom ? box.bottom() : bottom;
+    }
+    if (!(left <= right && top <= bottom))
+        return vxRect();
+    return vxRect(left, top, right - left, bottom - top);
+}
+
 } // namespace
 
 void XPath::reverse()
@@ -102,20 +122,12 @@ double XPath::getLength() const
 
 vxRect XPath::getBounds(const vxBoundOpt &option, const vxStyle &style, const vxMatrix *matrix) const
 {
-    // By edges: vxRect::unite() would leave out flat boxes, and a line has one.
-    double left = infinity, top = infinity, right = -infinity, bottom = -infinity;
-    for (const vxPath *child : children) {
-        if (child->isEmpty())
-            continue;
-        const vxRect box = child->getBounds(option, style, matrix);
-        left = box.x < left ? box.x : left;
-        top = box.y < top ? box.y : top;
-        right = box.right() > right ? box.right() : right;
-        bottom = box.bottom() > bottom ? box.bottom() : bottom;
-    }
-    if (!(left <= right && top <= bottom))
-        return vxRect();
-    return vxRect(left, top, right - left, bottom - top);
+    return united(children, [&](const vxPath &child) { return child.getBounds(option, style, matrix); });
+}
+
+vxRect XPath::_bounds() const
+{
+    return united(children, [](const vxPath &child) { return child._bounds(); });
 }
 
 vxCurveLocation *XPath::getNearestLocation(const vxPoint &point) const
