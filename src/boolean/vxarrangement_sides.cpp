@@ -189,15 +189,37 @@ private:
         const Ahead &aheadTop = gather(false, top, m_top);
         for (int e = first; e < end; ++e) {
             RayStart &start = m_starts[size_t(e - first)];
-            bool decided = cast(e, start, start.sideways ? aheadLeft : aheadTop);
-            for (size_t k = 1; !decided && k < std::size(startTimes); ++k) {
-                start = RayStart(m_a.m_edges[size_t(e)].inFrame, startTimes[k]);
-                StartBox box;
-                box.include(start.point);
-                decided = cast(e, start, gather(start.sideways, box, m_alone));
-            }
+            int doubtful = -1;
+            if (!cast(e, start, start.sideways ? aheadLeft : aheadTop, &doubtful))
+                start = castElsewhere(e, doubtful);
             fill(m_a.m_edges[size_t(e)], start);
         }
+    }
+
+    /**
+     * From the first of the other places that leaves nothing open, or else the last. doubtful: the link that
+     * left something open; one that runs along the edge does so wherever a ray starts.
+     */
+    RayStart castElsewhere(int e, int doubtful)
+    {
+        const Cubic &c = m_a.m_edges[size_t(e)].inFrame;
+        for (size_t k = 1;; ++k) {
+            const RayStart start(c, startTimes[k]);
+            const bool isLast = k + 1 == std::size(startTimes);
+            if (!isLast && doubtful != -1 && leavesOpen(doubtful, e, start))
+                continue;
+            StartBox box;
+            box.include(start.point);
+            const Ahead &ahead = gather(start.sideways, box, m_alone);
+            if (cast(e, start, ahead, isLast ? nullptr : &doubtful) || isLast)
+                return start;
+        }
+    }
+
+    bool leavesOpen(int link, int e, const RayStart &start) const
+    {
+        return start.sideways ? m_towardsLeft.leavesOpen(link, e, start.t, start.point)
+                              : m_towardsTop.leavesOpen(link, e, start.t, start.point);
     }
 
     /** What is ahead of rays from within a box, gathered in the list where it is not known. */
@@ -216,8 +238,8 @@ private:
         return ahead;
     }
 
-    /** Finds the windings where a ray starts; false when these are in doubt. */
-    bool cast(int e, const RayStart &start, const Ahead &ahead)
+    /** Finds the windings where a ray starts; false when these are in doubt. doubtful: see Rays. */
+    bool cast(int e, const RayStart &start, const Ahead &ahead, int *doubtful)
     {
         // A clockwise outline rises (to smaller y) on its left and runs to larger x at its top: each counts
         // +1 there.
@@ -229,8 +251,8 @@ private:
             m_windings.add(m_a.m_contours[size_t(contour)].operand, rising == start.sideways ? -1 : 1);
         };
         const bool decided = start.sideways
-                                 ? m_towardsLeft.cast(e, start.t, start.point, ahead, metEdge, metRow)
-                                 : m_towardsTop.cast(e, start.t, start.point, ahead, metEdge, metRow);
+                                 ? m_towardsLeft.cast(e, start.t, start.point, ahead, metEdge, metRow, doubtful)
+                                 : m_towardsTop.cast(e, start.t, start.point, ahead, metEdge, metRow, doubtful);
         return decided && (start.tangent.x != 0 || start.tangent.y != 0);
     }
 

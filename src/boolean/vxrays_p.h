@@ -86,12 +86,13 @@ public:
     /**
      * Counts what lies between infinity and the point start of an edge at time t: calls
      * metEdge(edge, rising), and metRow(contour, rising) for stretches in a row that were not looked at.
-     * False when a piece passes so near to that point that its side is left open. Ahead: as gathered for a
-     * box that holds the start.
+     * False when a piece passes so near to that point that its side is left open; where doubtful is given, it
+     * is set to that piece's link, and nothing more is counted. Ahead: as gathered for a box that holds the
+     * start.
      */
     template <typename MetEdge, typename MetRow>
     bool cast(int fromEdge, double t, const vxPoint &start, const Ahead &ahead, MetEdge &&metEdge,
-              MetRow &&metRow) const
+              MetRow &&metRow, int *doubtful) const
     {
         const double level = along(start);
         const double limit = across(start);
@@ -111,13 +112,27 @@ public:
             if (levelHigh < lowest(box) || levelLow > highest(box) || limitHigh < nearest(box))
                 continue;
             const Link &link = m_links[size_t(i)];
-            if (limitLow > farthest(box))
+            if (limitLow > farthest(box)) {
                 countRow(link.contour, along(m_nodes[size_t(link.node0)].inFrame),
                          along(m_nodes[size_t(link.node1)].inFrame));
-            else if (link.edge != -1)
-                decided &= lookAt(link.edge, box, fromEdge, t, level, limit, metEdge);
+            } else if (link.edge != -1 && !lookAt(link.edge, box, fromEdge, t, level, limit, metEdge)) {
+                decided = false;
+                if (doubtful) {
+                    *doubtful = i;
+                    break;
+                }
+            }
         }
         return decided;
+    }
+
+    /** Whether cast() finds that the piece of a link, which an edge stands for, passes so near. */
+    bool leavesOpen(int link, int fromEdge, double t, const vxPoint &start) const
+    {
+        const Box &box = m_boxes[size_t(link)];
+        const auto count = [](int, bool) {};
+        return holds(widened(box, boxMargin), start) &&
+               !lookAt(m_links[size_t(link)].edge, box, fromEdge, t, along(start), across(start), count);
     }
 
 private:
@@ -130,6 +145,11 @@ private:
         double least, greatest;
     };
 
+    static bool holds(const Box &box, const vxPoint &p)
+    {
+        return p.x >= box.minX && p.x <= box.maxX && p.y >= box.minY && p.y <= box.maxY;
+    }
+
     static double along(const vxPoint &p) { return Axis == 1 ? p.y : p.x; }
     static double across(const vxPoint &p) { return Axis == 1 ? p.x : p.y; }
     static double lowest(const Box &box) { return Axis == 1 ? box.minY : box.minX; }
@@ -140,7 +160,7 @@ private:
     /** Counts the pieces of one edge between infinity and the ray's start; false as cast() gives it. */
     template <typename MetEdge>
     bool lookAt(int e, const Box &box, int fromEdge, double t, double level, double limit,
-                MetEdge &metEdge) const
+                MetEdge &&metEdge) const
     {
         const Edge &edge = m_edges[size_t(e)];
         if (e == fromEdge && (edge.line || isMonotone(edge.inFrame)))

@@ -1,6 +1,7 @@
 #include "vxcubic_p.h"
 #include "vxline.h"
 #include "vxnumeric_p.h"
+#include "vxpair_p.h"
 
 #include <algorithm>
 #include <cmath>
@@ -17,6 +18,28 @@ void extendRange(double value, double pad, double &min, double &max)
         min = value - pad;
     if (value + pad > max)
         max = value + pad;
+}
+
+/** See surelyHasNoExtremum(). */
+constexpr double leastSlope = 1e-3;
+constexpr double leastSlopeOfLargest = 1e-6;
+
+/**
+ * Whether the box of a curve's ends is its bounds, asked of both coordinates at once: control values between
+ * the ends, or a line without an extremum that rounding makes up.
+ */
+bool endsAreExtremes(const vx::Cubic &c, vx::Pair least, vx::Pair greatest)
+{
+    using vx::whereLess;
+    const vx::Pair handle1 = vx::pairOf(c, 1), handle2 = vx::pairOf(c, 2);
+    const int below = whereLess(handle1, least) | whereLess(handle2, least);
+    const int belowGreatest = whereLess(handle1, greatest) & whereLess(handle2, greatest);
+    if ((belowGreatest & ~below) == 3)
+        return true;
+    const vx::Pair largest = vx::greater(greatest, -least);
+    const int steep = whereLess(vx::both(leastSlope) + leastSlopeOfLargest * largest, greatest - least);
+    const int level = 3 ^ whereLess(least, greatest);
+    return vx::isChord(c) && (steep | level) == 3;
 }
 
 bool isWithin(double q, double min, double max)
@@ -141,11 +164,10 @@ bool vx::isFlatEnough(const Cubic &c, double flatness)
 // least slope.
 bool vx::surelyHasNoExtremum(double q0, double q1, double q2, double q3)
 {
-    constexpr double leastSlope = 1e-3;
     const double largest =
         std::max(std::max(std::fabs(q0), std::fabs(q1)), std::max(std::fabs(q2), std::fabs(q3)));
     const double up = q3 > q0 ? 1 : -1;
-    return (q1 - q0) * up >= 0 && (q3 - q2) * up >= 0 && (q2 - q1) * up > leastSlope + 1e-6 * largest;
+    return (q1 - q0) * up >= 0 && (q3 - q2) * up >= 0 && (q2 - q1) * up > leastSlope + leastSlopeOfLargest * largest;
 }
 
 void vx::addBounds(double q0, double q1, double q2, double q3, double padding, double &min, double &max)
@@ -179,6 +201,10 @@ void vx::addBounds(double q0, double q1, double q2, double q3, double padding, d
 
 vx::Box vx::bounds(const Cubic &c)
 {
+    const Pair least = lesser(pairOf(c, 0), pairOf(c, 3));
+    const Pair greatest = greater(pairOf(c, 0), pairOf(c, 3));
+    if (endsAreExtremes(c, least, greatest))
+        return boxOf(least, greatest);
     const double *v = c.v;
     Box box{ v[0], v[1], v[0], v[1] };
     addBounds(v[0], v[2], v[4], v[6], 0, box.minX, box.maxX);
