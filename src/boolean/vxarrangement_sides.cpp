@@ -250,9 +250,9 @@ private:
         const auto metRow = [&](int contour, bool rising) {
             m_windings.add(m_a.m_contours[size_t(contour)].operand, rising == start.sideways ? -1 : 1);
         };
-        const bool decided = start.sideways
-                                 ? m_towardsLeft.cast(e, start.t, start.point, ahead, metEdge, metRow, doubtful)
-                                 : m_towardsTop.cast(e, start.t, start.point, ahead, metEdge, metRow, doubtful);
+        const bool decided =
+            start.sideways ? m_towardsLeft.cast(e, start.t, start.point, ahead, metEdge, metRow, doubtful)
+                           : m_towardsTop.cast(e, start.t, start.point, ahead, metEdge, metRow, doubtful);
         return decided && (start.tangent.x != 0 || start.tangent.y != 0);
     }
 

@@ -32,8 +32,9 @@ struct Nested {
     {
     }
     Nested(vxPath *itsPath, const vxRect &bounds)
-        : path(itsPath), boundsArea(bounds.getArea()),
-          box{ bounds.x, bounds.y, bounds.right(), bounds.bottom() }, winding(itsPath->isClockwise() ? 1 : -1)
+        : path(itsPath),
+          boundsArea(bounds.getArea()), box{ bounds.x, bounds.y, bounds.right(), bounds.bottom() },
+          winding(itsPath->isClockwise() ? 1 : -1)
     {
     }
 };
@@ -113,7 +114,8 @@ public:
             const vxPath *container = findContainer(int(i));
             const Nested &contour = m_contours[i];
             if (!contour.excluded)
-                place(contour, container ? !container->isClockwise() : m_contours.front().path->isClockwise());
+                place(contour,
+                      container ? !container->isClockwise() : m_contours.front().path->isClockwise());
         }
         return m_kept;
     }

@@ -167,7 +167,8 @@ bool vx::surelyHasNoExtremum(double q0, double q1, double q2, double q3)
     const double largest =
         std::max(std::max(std::fabs(q0), std::fabs(q1)), std::max(std::fabs(q2), std::fabs(q3)));
     const double up = q3 > q0 ? 1 : -1;
-    return (q1 - q0) * up >= 0 && (q3 - q2) * up >= 0 && (q2 - q1) * up > leastSlope + leastSlopeOfLargest * largest;
+    return (q1 - q0) * up >= 0 && (q3 - q2) * up >= 0 &&
+           (q2 - q1) * up > leastSlope + leastSlopeOfLargest * largest;
 }
 
 void vx::addBounds(double q0, double q1, double q2, double q3, double padding, double &min, double &max)

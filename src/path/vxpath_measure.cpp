@@ -34,7 +34,8 @@ vxRect boundsOf(const QList<vxSegment *> &segments, int curves, Map &&map)
     }
     // A lone segment counts as the curve from itself to itself without handles: its point.
     if (curves == 0)
-        vx::extend(box, vx::bounds(map(vx::Cubic::fromLine(segments.first()->point, segments.first()->point))));
+        vx::extend(box,
+                   vx::bounds(map(vx::Cubic::fromLine(segments.first()->point, segments.first()->point))));
     const bool found = box.minX <= box.maxX && box.minY <= box.maxY;
     return found ? vxRect(box.minX, box.minY, box.maxX - box.minX, box.maxY - box.minY)
                  : vxRect(undefined, undefined, undefined, undefined);
@@ -80,7 +81,8 @@ double vxPath::getLength() const
 vxRect vxPath::getBounds(const vxBoundOpt &, const vxStyle &, const vxMatrix *matrix) const
 {
     if (matrix && !matrix->isIdentity())
-        return boundsOf(m_segments, _countCurves(), [matrix](const vx::Cubic &c) { return mapped(c, *matrix); });
+        return boundsOf(m_segments, _countCurves(),
+                        [matrix](const vx::Cubic &c) { return mapped(c, *matrix); });
     if (!m_boundsValid)
         _noticeEdits();
     return _bounds();
