@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
 #include <random>
 
 namespace {
@@ -113,6 +115,45 @@ TEST(CurveShape, bounds_are_tight)
                                 box.maxY - seen.maxY };
         for (double gap : gaps)
             EXPECT_TRUE(gap > -1e-12 && gap < 1e-3) << gap;
+    }
+}
+
+/** Of all kinds that bounds() tells apart: lines, level or nearly, curves between their ends, and far off. */
+vx::Cubic anyCurve(std::mt19937 &random)
+{
+    const double special[] = { 0, -0.0, 1e-3, 1e9, std::nan(""), std::numeric_limits<double>::infinity() };
+    std::uniform_real_distribution<double> coordinate(-100, 100);
+    vx::Cubic c;
+    for (double &v : c.v)
+        v = random() % 64 == 0 ? special[random() % 6] : coordinate(random);
+    for (int k = 0; k < 2; ++k) {
+        const auto kind = random() % 8;
+        if (kind < 3)
+            c.v[6 + k] = c.v[k] + (kind == 0 ? 0 : std::pow(10, -double(random() % 18)));
+        if (kind % 2 == 0) {
+            c.v[2 + k] = c.v[k];
+            c.v[4 + k] = c.v[6 + k];
+        } else if (kind < 6) {
+            c.v[2 + k] = c.v[k] + (c.v[6 + k] - c.v[k]) * (random() % 5) / 4;
+        }
+    }
+    return c;
+}
+
+TEST(CurveShape, bounds_are_those_of_each_coordinate)
+{
+    std::mt19937 random(5);
+    for (int round = 0; round < 200000; ++round) {
+        const vx::Cubic c = anyCurve(random);
+        const vx::Box box = vx::bounds(c);
+        vx::Box plain{ c.v[0], c.v[1], c.v[0], c.v[1] };
+        vx::addBounds(c.v[0], c.v[2], c.v[4], c.v[6], 0, plain.minX, plain.maxX);
+        vx::addBounds(c.v[1], c.v[3], c.v[5], c.v[7], 0, plain.minY, plain.maxY);
+        const double found[] = { box.minX, box.minY, box.maxX, box.maxY };
+        const double expected[] = { plain.minX, plain.minY, plain.maxX, plain.maxY };
+        for (int i = 0; i < 4; ++i)
+            ASSERT_TRUE(found[i] == expected[i] || (std::isnan(found[i]) && std::isnan(expected[i])))
+                << round;
     }
 }
 
