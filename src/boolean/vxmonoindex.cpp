@@ -181,9 +181,11 @@ MonoIndex::Spread *MonoIndex::spread() const
 
 const IntervalStrips *MonoIndex::makeStrips() const
 {
-    // Building costs about as much as a question to the runs for each so many pieces.
+    // Building costs about as much as a question to the runs for each so many pieces; few are seldom asked
+    // often.
     constexpr int piecesPerQuestion = 64;
-    if (m_questions < size() / piecesPerQuestion) {
+    constexpr int fewQuestions = 4;
+    if (m_questions < std::max(fewQuestions, size() / piecesPerQuestion)) {
         ++m_questions;
         return nullptr;
     }

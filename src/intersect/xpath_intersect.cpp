@@ -197,6 +197,7 @@ bool isLeftOut(int count1, int count2)
 void meetItself(const XPath &path, bool firstOnly, Search &search)
 {
     const int count = countCurves(path);
+    path._makeCurves();
     Items items;
     items.reserve(count);
     for (const vxPath *child : path.children) {
