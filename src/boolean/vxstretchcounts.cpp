@@ -79,7 +79,7 @@ class EndCounter
 {
 public:
     EndCounter(const DividedOperand &own, const DividedOperand &other, int op, bool isSecond, Give gives)
-        : m_own(own), m_other(other), m_op(op), m_isSecond(isSecond),
+        : m_own(own), m_op(op), m_isSecond(isSecond),
           m_gives(gives), m_sides{ own.fillsRight, other.fillsRight, gives == Give::PositionsAlone },
           m_otherRegion(*other.original)
     {
@@ -167,7 +167,6 @@ private:
     }
 
     const DividedOperand &m_own;
-    const DividedOperand &m_other;
     const int m_op;
     const bool m_isSecond;
     const Give m_gives;

@@ -210,7 +210,7 @@ bool clipToFatLine(const Cubic &c1, const Cubic &c2, double slack, double &tMin,
                            { p1, hull.hasFirst(endsBelow), isBeyond(d1) }, { p0, true, isBeyond(d0) },
                            threshold);
     }
-    return !(std::isnan(tMin) | std::isnan(tMax));
+    return !std::isunordered(tMin, tMax);
 }
 
 void append(const PartPair &pair, TimePairs &list)
