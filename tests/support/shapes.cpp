@@ -89,8 +89,8 @@ QVector<double> numbers(const std::string &list)
 {
     std::istringstream in(list);
     QVector<double> values;
-    for (double value; in >> value;)
-        values.append(value);
+    for (std::string word; in >> word;)
+        values.append(std::stod(word)); // knows nan and inf, which a stream does not read
     return values;
 }
 
