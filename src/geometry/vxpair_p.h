@@ -36,7 +36,7 @@ inline Pair greater(Pair a, Pair b)
     return a < b ? b : a;
 }
 
-/** Bits 1 and 2: whether the first, and the second, of a is less than that of b. */
+/** Which numbers of a are less than those of b: 1 for the first alone, 2 for the second, 3 for both. */
 inline int whereLess(Pair a, Pair b)
 {
 #ifdef __SSE2__
