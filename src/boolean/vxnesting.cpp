@@ -141,8 +141,8 @@ private:
     }
 
     /**
-     * Sets the candidates to the places of those contours before i whose boxes come near its own: no other can
-     * contain an interior point of it, which lies within its box but for rounding.
+     * Sets the candidates to the places of those contours before i whose boxes come near its own: no other
+     * can contain an interior point of it, which lies within its box but for rounding.
      */
     void findCandidates(int i)
     {
