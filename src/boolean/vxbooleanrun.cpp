@@ -94,19 +94,16 @@ bool BooleanRun::orient()
 
 void BooleanRun::divide()
 {
-    m_path1->_makeCurves();
-    if (m_path2)
-        m_path2->_makeCurves();
-    if (m_standing1)
-        m_standing1->number(*m_path1);
-    if (m_standing2)
-        m_standing2->number(*m_path2);
     const auto accept = [this](vxCurveLocation *location) { return m_filter.accepts(*location); };
     const QList<vxCurveLocation *> crossings = findIntersections(*m_path1, m_path2.get(), accept, m_doubts);
     m_notes.add(m_doubts);
     for (const vxUnfinished &pair : m_doubts.unfinished)
         m_unfinished.push_back({ pair.curve1->_cubic(), pair.curve2->_cubic() });
     m_owner.emplace(crossings);
+    if (m_standing1)
+        m_standing1->number(*m_path1);
+    if (m_standing2)
+        m_standing2->number(*m_path2);
     m_locations = m_path1->divideLocations(vxCurveLocation::expand(crossings), 0);
     noteChains(m_locations, m_notes);
 }
@@ -182,6 +179,10 @@ bool BooleanRun::countByEnds() const
 
 void BooleanRun::sample()
 {
+    for (StandingCurves *standing : { m_standing1, m_standing2 }) {
+        if (standing)
+            standing->numberRest();
+    }
     Sampler sampler(m_path1.get(), m_path2.get(), m_op, m_notes, m_standing1, m_standing2);
     const vxSegment *previous = nullptr; // several places at one vertex follow each other
     for (vxCurveLocation *location : qAsConst(m_locations)) {

@@ -7,14 +7,35 @@
 
 namespace vx {
 
+namespace {
+
+void numberFrom(int first, const vxPath &contour)
+{
+    for (vxCurve *curve : contour._curves())
+        curve->_setNumber(first++);
+}
+
+} // namespace
+
 void StandingCurves::number(const XPath &copy)
 {
+    m_unnumbered.clear();
     int count = 0;
     for (const vxPath *child : copy.children) {
-        for (vxCurve *curve : child->_curves())
-            curve->_setNumber(count++);
+        if (child->_hasCurves())
+            numberFrom(count, *child);
+        else
+            m_unnumbered.push_back({ child, count });
+        count += child->_countCurves();
     }
     m_curves.resize(size_t(count));
+}
+
+void StandingCurves::numberRest()
+{
+    for (const Unnumbered &rest : m_unnumbered)
+        numberFrom(rest.first, *rest.contour);
+    m_unnumbered.clear();
 }
 
 void StandingCurves::giveLengths(const XPath &copy)

@@ -28,14 +28,17 @@ struct StandingPiece {
 /**
  * The curves of an operand that stands while boolean after boolean asks for it, as the working copies have
  * them. A copy's curves are numbered before it is divided; those that keep their numbers afterwards are what
- * they were, and are not measured again. What divided curves would have is never computed: some 130 bytes
- * for each curve that was left whole in some run.
+ * they were, and are not measured again. Contours that meet nothing may have none made by then, nor ever.
+ * What divided curves would have is never computed: some 130 bytes for each curve that was left whole in some
+ * run.
  */
 class StandingCurves
 {
 public:
-    /** Numbers the curves of a copy, which are the same in every run. */
+    /** Numbers the curves that a copy has, which are the same in every run. */
     void number(const XPath &copy);
+    /** Those, too, that it had not then, of contours that nothing has divided since. */
+    void numberRest();
     /** Gives the undivided curves of a divided copy their lengths, which are computed once. */
     void giveLengths(const XPath &copy);
     /** Null for a divided curve. */
@@ -51,6 +54,13 @@ public:
     void keep(const StandingPiece &piece, StandingCurve &curve);
 
 private:
+    /** A contour whose curves were not made, and the number of its first. */
+    struct Unnumbered {
+        const vxPath *contour;
+        int first;
+    };
+
+    std::vector<Unnumbered> m_unnumbered;
     std::vector<StandingCurve> m_curves;
     std::vector<StandingPiece> m_pieces;
 };

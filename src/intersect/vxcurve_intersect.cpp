@@ -22,36 +22,49 @@ bool within(double t, bool skipStart, bool skipEnd)
     return t >= (skipStart ? timeMargin : 0) && t <= (skipEnd ? timeUpper : 1);
 }
 
+/** Whether two curves follow each other. Two that are a whole contour share both their ends. */
+bool isJoined(const opParam &param)
+{
+    return param.excludeStart != param.excludeEnd;
+}
+
+/** Where they are joined. */
+Joint jointOf(const opParam &param)
+{
+    return param.excludeEnd ? Joint::EndToStart : Joint::StartToEnd;
+}
+
 } // namespace
+
+std::optional<Prospect> firstLook(const PreparedCurve &c1, const PreparedCurve &c2, const opParam &param)
+{
+    // Neighbours first: their boxes always meet.
+    if (isJoined(param) && meetOnlyAtJoint(c1, c2, jointOf(param)))
+        return std::nullopt; // all there is to find is left out
+    if (!boxesMeet(c1.box, c2.box))
+        return std::nullopt;
+    int nearEnd;
+    const Contact contact = possibleContact(c1, c2, nearEnd);
+    if (contact == Contact::None)
+        return std::nullopt;
+    const bool endsNear =
+        contact == Contact::Any && !(isJoined(param) && touchOnlyAtJoint(c1, c2, jointOf(param)));
+    return Prospect{ endsNear, nearEnd };
+}
 
 void CurvePair::intersect()
 {
-    // Neighbours first: their boxes always meet.
+    if (const std::optional<Prospect> prospect = firstLook(m_values1, m_values2, m_param))
+        intersect(*prospect);
+}
+
+void CurvePair::intersect(const Prospect &prospect)
+{
+    if (!(prospect.endsNear && addOverlap(prospect.nearEnd)))
+        addMeetings(prospect.endsNear);
     const bool neighbours = m_param.excludeStart || m_param.excludeEnd;
-    if (neighbours && meetOnlyAtTheirJoint())
-        return;
-    if (!boxesMeet(m_values1.box, m_values2.box))
-        return;
-    int nearEnd;
-    const Contact contact = possibleContact(m_values1, m_values2, nearEnd);
-    if (contact == Contact::None)
-        return;
-    const bool endsNear = contact == Contact::Any && !(neighbours && touchOnlyAtTheirJoint());
-    if (!(endsNear && addOverlap(nearEnd)))
-        addMeetings(endsNear);
-    if (!m_found && endsNear && !neighbours && m_curve1 && m_curve2)
+    if (!m_found && prospect.endsNear && !neighbours && m_curve1 && m_curve2)
         noteNearEnds();
-}
-
-/** Whether all there is to find is left out. Two curves that are a whole contour share both their ends. */
-bool CurvePair::meetOnlyAtTheirJoint() const
-{
-    return m_param.excludeStart != m_param.excludeEnd && meetOnlyAtJoint(m_values1, m_values2, joint());
-}
-
-bool CurvePair::touchOnlyAtTheirJoint() const
-{
-    return m_param.excludeStart != m_param.excludeEnd && touchOnlyAtJoint(m_values1, m_values2, joint());
 }
 
 void CurvePair::addMeetings(bool endsNear)

@@ -10,6 +10,17 @@ class vxCurve;
 
 namespace vx {
 
+/** What a first look at two curves leaves to be searched. */
+struct Prospect {
+    /** An end of one comes near the other: there may be an overlap, or close ends. */
+    bool endsNear;
+    /** See findOverlap(). */
+    int nearEnd;
+};
+
+/** Whether there may be anything to find, which is mostly not so; nothing is made for it. */
+std::optional<Prospect> firstLook(const PreparedCurve &c1, const PreparedCurve &c2, const opParam &param);
+
 /**
  * One pair of curves on its way through an intersection run: the values that are intersected (which may be
  * parts), the curves that locations are made on, the list that is filled and the run's settings.
@@ -29,6 +40,8 @@ public:
 
     /** Chooses between overlap, lines, line and curve, and clipping; ends with a look at the end points. */
     void intersect();
+    /** The same after the firstLook(). */
+    void intersect(const Prospect &prospect);
 
     /** Both ends of a shared stretch; false when there is none. nearEnd: see findOverlap(). */
     bool addOverlap(int nearEnd = 0);
@@ -64,10 +77,6 @@ private:
 
     void addLocation(const Side &side1, double t1, const vxPoint &p1, const Side &side2, double t2,
                      const vxPoint &p2, bool overlap);
-    bool meetOnlyAtTheirJoint() const;
-    bool touchOnlyAtTheirJoint() const;
-    /** Where neighbours are joined. */
-    Joint joint() const { return m_param.excludeEnd ? Joint::EndToStart : Joint::StartToEnd; }
     void addMeetings(bool endsNear);
     bool addSharedEnd();
     /** Meetings that clipping has found, first on the second curve if flip. */

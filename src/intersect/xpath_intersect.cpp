@@ -3,6 +3,7 @@
 #include "vxbatch_p.h"
 #include "vxcurvelocation.h"
 #include "vxcurvepair_p.h"
+#include "vxcurvevalues_p.h"
 #include "vxintersections_p.h"
 #include "vxorderedboxes_p.h"
 #include "vxpair_p.h"
@@ -12,19 +13,24 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <vector>
 
 namespace {
 
 /** A curve of a compound path and what the search asks of it. */
 struct Item {
-    vxCurve *curve = nullptr;
+    const vxPath *path = nullptr;
+    int index = 0;
     vx::PreparedCurve values;
 
     Item() = default;
-    Item(vxCurve *itsCurve, const vx::Cubic &cubic, const vx::Box &box) : curve(itsCurve), values(cubic, box)
+    Item(const vxPath *itsPath, int itsIndex, const vx::Cubic &cubic, const vx::Box &box)
+        : path(itsPath), index(itsIndex), values(cubic, box)
     {
     }
+    /** Made, with all of the contour, when it is first asked for: most contours of many meet nothing. */
+    vxCurve *curve() const { return path->_curves().at(index); }
 };
 
 /** Of few curves on the stack. */
@@ -40,6 +46,16 @@ struct BoxOf {
     const Item *items;
     const vx::Box &operator()(size_t i) const { return items[i].values.box; }
 };
+
+/** Calls take(number, curve) for all curves of a contour. */
+template <typename Take>
+void forEachCurve(const vxPath &path, Take &&take)
+{
+    const QList<vxSegment *> &segments = path._segments();
+    const int count = path._countCurves();
+    for (int i = 0; i < count; ++i)
+        take(i, vx::cubicBetween(*segments.at(i), *segments.at(i + 1 < segments.size() ? i + 1 : 0)));
+}
 
 int countCurves(const XPath &path)
 {
@@ -127,10 +143,10 @@ public:
 
     void meetItself(const Item &item, bool isLoop)
     {
-        if (item.values.straight)
+        if (item.values.straight || vx::loopSplitTime(item.values.values) == vxTolerance::noTime)
             return;
         setParam(isLoop, false);
-        vx::addSelfIntersection(item.values, item.curve, m_group, m_param);
+        vx::addSelfIntersection(item.values, item.curve(), m_group, m_param);
     }
 
     /**
@@ -145,9 +161,12 @@ public:
         boxes.queryInTurn(item.values.box, 2 * vxTolerance::closeDistance, first, among, [&](int j) {
             setParam(j == before, j == after);
             const Item &other = others[j];
-            vx::CurvePair(item.values, other.values, item.curve, other.curve, m_group, m_param,
+            const std::optional<vx::Prospect> prospect = vx::firstLook(item.values, other.values, m_param);
+            if (!prospect)
+                return;
+            vx::CurvePair(item.values, other.values, item.curve(), other.curve(), m_group, m_param,
                           vx::CurvePair::Values::Whole)
-                .intersect();
+                .intersect(*prospect);
         });
     }
 
@@ -197,14 +216,12 @@ bool isLeftOut(int count1, int count2)
 void meetItself(const XPath &path, bool firstOnly, Search &search)
 {
     const int count = countCurves(path);
-    path._makeCurves();
     Items items;
     items.reserve(count);
     for (const vxPath *child : path.children) {
-        for (vxCurve *curve : child->_curves()) {
-            const vx::Cubic cubic = curve->_cubic();
-            items.append(Item(curve, cubic, vx::pulledBox(cubic)));
-        }
+        forEachCurve(*child, [&](int i, const vx::Cubic &cubic) {
+            items.append(Item(child, i, cubic, vx::pulledBox(cubic)));
+        });
     }
     vx::BoxLookup<BoxOf> boxes(size_t(items.size()), BoxOf{ items.data() });
     ContourRange contour;
@@ -213,8 +230,8 @@ void meetItself(const XPath &path, bool firstOnly, Search &search)
         for (int i = contour.first; i < contour.end(); ++i) {
             const Item &item = items[i];
             // A closed path of one curve meets itself where it closes, which is no intersection.
-            search.meetItself(item, count == 1 &&
-                                        item.curve->getPoint1().subtract(item.curve->getPoint2()).isZero());
+            const vx::Cubic &values = item.values.values;
+            search.meetItself(item, count == 1 && values.p0().subtract(values.p3()).isZero());
             if (firstOnly && i + 1 < count)
                 return;
             if (!isLeftOut(count, count))
@@ -226,19 +243,48 @@ void meetItself(const XPath &path, bool firstOnly, Search &search)
     }
 }
 
-/** Calls take(curve, what is read of it) for all curves of a compound path. */
+/** Calls take(contour, number of the curve in it, what is read of it) for all curves of a compound path. */
 template <typename Take>
 void readCurves(const XPath &path, VerticesBox &vertices, Take &&take)
 {
     for (const vxPath *child : path.children) {
-        for (vxCurve *curve : child->_curves()) {
-            const vx::Cubic cubic = curve->_cubic();
+        forEachCurve(*child, [&](int i, const vx::Cubic &cubic) {
             vertices.add(vx::pairOf(cubic, 0));
-            take(curve, Boxed{ cubic, vx::pulledBox(cubic) });
-        }
+            take(child, i, Boxed{ cubic, vx::pulledBox(cubic) });
+        });
         vertices.addEnd(*child);
     }
 }
+
+/**
+ * Makes the curves of two compound paths at once, which lays them side by side in the order of walks, when it
+ * turns out that most contours meet something.
+ */
+class CurvesAtOnce
+{
+public:
+    CurvesAtOnce(const XPath &path1, const XPath &path2) : m_path1(path1), m_path2(path2) {}
+
+    /** Of the first path, in their order. */
+    void noteSearched(const vxPath &contour)
+    {
+        m_met += int(contour._hasCurves());
+        if (++m_searched != m_nextLook)
+            return;
+        m_nextLook *= 2;
+        if (m_met > m_searched / 2) {
+            m_path1._makeCurves();
+            m_path2._makeCurves();
+        }
+    }
+
+private:
+    const XPath &m_path1;
+    const XPath &m_path2;
+    int m_searched = 0;
+    int m_met = 0;
+    int m_nextLook = 32; ///< fewer lie together in a cache anyhow
+};
 
 /** Meetings of two compound paths: of those curves of each that come near the box of the other's. */
 void meetEachOther(const XPath &path1, const XPath &path2, Search &search)
@@ -251,35 +297,36 @@ void meetEachOther(const XPath &path1, const XPath &path2, Search &search)
     vx::Box around1 = vx::emptyBox, around2 = vx::emptyBox;
     QVarLengthArray<Boxed, 32> boxed1;
     boxed1.reserve(count1);
-    readCurves(path1, vertices1, [&](vxCurve *, const Boxed &boxed) {
+    readCurves(path1, vertices1, [&](const vxPath *, int, const Boxed &boxed) {
         boxed1.append(boxed);
         vx::extend(around1, boxed.box);
     });
     Items near;
     near.reserve(count2);
-    readCurves(path2, vertices2, [&](vxCurve *curve, const Boxed &boxed) {
+    readCurves(path2, vertices2, [&](const vxPath *contour, int i, const Boxed &boxed) {
         if (!vx::boxesMeet(around1, boxed.box))
             return;
-        near.append(Item(curve, boxed.values, boxed.box));
+        near.append(Item(contour, i, boxed.values, boxed.box));
         vx::extend(around2, boxed.box);
     });
     if (!boundsTouch(path1, vertices1, path2, vertices2))
         return;
     vx::BoxLookup<BoxOf> boxes2(size_t(near.size()), BoxOf{ near.data() });
+    CurvesAtOnce curves(path1, path2);
     ContourRange contour;
     for (const vxPath *child : path1.children) {
-        const QList<vxCurve *> &curves = child->_curves();
-        contour = { contour.end(), curves.size(), child->isClosed() };
+        contour = { contour.end(), child->_countCurves(), child->isClosed() };
         for (int i = contour.first; i < contour.end(); ++i) {
             const Boxed &boxed = boxed1[i];
             if (!vx::boxesMeet(boxed.box, around2))
                 continue;
-            const Item item(curves.at(i - contour.first), boxed.values, boxed.box);
+            const Item item(child, i - contour.first, boxed.values, boxed.box);
             search.meetOthers(item, near, boxes2, 0, -1, -1, [&] {
                 return aroundNext(i, contour.end(), [&](int k) { return boxed1[k].box; });
             });
         }
         search.endContour();
+        curves.noteSearched(*child);
     }
 }
 

@@ -258,6 +258,7 @@ public:
             makeCurves();
         return m_curves;
     }
+    bool _hasCurves() const { return !m_curves.isEmpty(); }
     /** Drops all that a boolean leaves on a working copy of which it makes a result, and the curves. */
     void _clearScratch();
     /** Builds the curves, where there are none, of batch. */

@@ -220,10 +220,11 @@ TEST(StandingOperands, keep_what_is_true_of_undivided_curves)
         for (int step = 0; step < 3; ++step) {
             const XPathPtr b = dragged(c.b, step);
             const XPathPtr copy(a->clone());
-            standing.number(*copy);
             const QList<vxCurveLocation *> crossings = copy->getCrossings(b.get());
             const vx::LocationOwner owner(crossings);
+            standing.number(*copy);
             copy->divideLocations(vxCurveLocation::expand(crossings), 0);
+            standing.numberRest();
             for (const vxCurve *curve : copy->getCurves())
                 ++(standing.of(*curve) ? whole : divided);
             expectAsComputed(*copy, standing);
