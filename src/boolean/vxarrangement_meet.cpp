@@ -61,7 +61,7 @@ void filledOutline(const vxPath &path, std::vector<Cubic> &outline)
     const int count = path.isClosed() ? segments.size() : segments.size() - 1;
     outline.reserve(size_t(segments.size()));
     for (int i = 0; i < count; ++i) {
-        const Cubic c = cubicBetween(*segments.at(i), *segments.at((i + 1) % segments.size()));
+        const Cubic c = curveFrom(segments, i);
         if (c.p0() != c.p3() || c.p0() != c.p1() || c.p3() != c.p2())
             appendCurve(c, outline);
     }

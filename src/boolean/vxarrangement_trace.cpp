@@ -241,7 +241,7 @@ public:
         if (isUntouched()) {
             const QList<vxSegment *> &segments = contourOf(m_parts.front()).path->_segments();
             for (int i = 0; i < segments.size(); ++i)
-                result.push_back(cubicBetween(*segments.at(i), *segments.at((i + 1) % segments.size())));
+                result.push_back(curveFrom(segments, i));
             return result;
         }
         const std::vector<vxSegment> segments = vertices();

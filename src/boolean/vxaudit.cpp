@@ -148,7 +148,7 @@ Outline outlineOf(const QVector<vxPath *> &paths, const Frame &frame)
         std::vector<Cubic> curves;
         curves.reserve(size_t(std::max(count, 0)));
         for (int i = 0; i < count; ++i)
-            curves.push_back(cubicBetween(*segments.at(i), *segments.at((i + 1) % segments.size())));
+            curves.push_back(curveFrom(segments, i));
         outline.contours.emplace_back(std::move(curves), frame);
     }
     return outline;

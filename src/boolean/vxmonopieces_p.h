@@ -23,10 +23,9 @@ inline int outlineSize(const vxPath &path)
 inline Cubic outlineCurve(const vxPath &path, int i)
 {
     const QList<vxSegment *> &segments = path._segments();
-    const int next = i + 1 < segments.size() ? i + 1 : 0;
-    if (next == 0 && !path.isClosed())
+    if (i + 1 == segments.size() && !path.isClosed())
         return Cubic::fromLine(segments.last()->point, segments.first()->point);
-    return cubicBetween(*segments.at(i), *segments.at(next));
+    return curveFrom(segments, i);
 }
 
 /**

@@ -15,11 +15,6 @@
 
 namespace {
 
-double boundsArea(const vxPath &path)
-{
-    return path.getBounds(vxBoundOpt::geometric(), vxStyle()).getArea();
-}
-
 /** A contour and what nesting knows of it. */
 struct Nested {
     vxPath *path;
@@ -208,6 +203,9 @@ private:
 
 bool PathSort(const vxPath *a, const vxPath *b)
 {
+    const auto boundsArea = [](const vxPath &path) {
+        return path.getBounds(vxBoundOpt::geometric(), vxStyle()).getArea();
+    };
     return a && b && boundsArea(*a) > boundsArea(*b);
 }
 

@@ -18,7 +18,7 @@ struct Prospect {
     int nearEnd;
 };
 
-/** Whether there may be anything to find, which is mostly not so; nothing is made for it. */
+/** None where quick proofs show that there is nothing to find, as for most pairs. Takes no curve objects. */
 std::optional<Prospect> firstLook(const PreparedCurve &c1, const PreparedCurve &c2, const opParam &param);
 
 /**

@@ -54,7 +54,7 @@ void forEachCurve(const vxPath &path, Take &&take)
     const QList<vxSegment *> &segments = path._segments();
     const int count = path._countCurves();
     for (int i = 0; i < count; ++i)
-        take(i, vx::cubicBetween(*segments.at(i), *segments.at(i + 1 < segments.size() ? i + 1 : 0)));
+        take(i, vx::curveFrom(segments, i));
 }
 
 int countCurves(const XPath &path)

@@ -3,6 +3,7 @@
 #include "vxcubic_p.h"
 #include "vxsegment.h"
 
+#include <QList>
 #include <QVector>
 
 namespace vx {
@@ -28,6 +29,12 @@ inline QVector<double> toValues(const Cubic &c)
 inline Cubic cubicBetween(const vxSegment &a, const vxSegment &b)
 {
     return Cubic::fromPoints(a.point, a.point.add(a.handleOut), b.point.add(b.handleIn), b.point);
+}
+
+/** The curve that starts at segment i of a contour; from the last one it goes back to the first. */
+inline Cubic curveFrom(const QList<vxSegment *> &segments, int i)
+{
+    return cubicBetween(*segments.at(i), *segments.at(i + 1 < segments.size() ? i + 1 : 0));
 }
 
 } // namespace vx

@@ -258,6 +258,7 @@ public:
             makeCurves();
         return m_curves;
     }
+    /** Whether curves are made by now. */
     bool _hasCurves() const { return !m_curves.isEmpty(); }
     /** Drops all that a boolean leaves on a working copy of which it makes a result, and the curves. */
     void _clearScratch();

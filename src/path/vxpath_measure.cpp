@@ -28,10 +28,8 @@ vxRect boundsOf(const QList<vxSegment *> &segments, int curves, Map &&map)
     if (segments.isEmpty())
         return vxRect();
     vx::Box box = vx::emptyBox;
-    for (int i = 0; i < curves; ++i) {
-        const int next = i + 1 < segments.size() ? i + 1 : 0;
-        vx::extend(box, vx::bounds(map(vx::cubicBetween(*segments.at(i), *segments.at(next)))));
-    }
+    for (int i = 0; i < curves; ++i)
+        vx::extend(box, vx::bounds(map(vx::curveFrom(segments, i))));
     // A lone segment counts as the curve from itself to itself without handles: its point.
     if (curves == 0)
         vx::extend(box,
@@ -53,7 +51,7 @@ double vxPath::getArea(bool cached, bool closedArgument) const
     const int curves = (cached ? closed : closedArgument) ? count : count - 1;
     double sum = 0;
     for (int i = 0; i < curves; ++i)
-        sum += vx::signedArea(vx::cubicBetween(*m_segments.at(i), *m_segments.at(i + 1 < count ? i + 1 : 0)));
+        sum += vx::signedArea(vx::curveFrom(m_segments, i));
     if (cached)
         area = sum;
     return sum;
