@@ -1,6 +1,7 @@
 #include "support/shapes.h"
 
 #include "vxboxruns_p.h"
+#include "vxclusters_p.h"
 #include "vxcurvelocation.h"
 #include "vxintervalstrips_p.h"
 #include "vxlocationowner_p.h"
@@ -9,7 +10,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
+#include <numeric>
 
 using shapes::read;
 using shapes::XPathPtr;
@@ -340,6 +344,29 @@ TEST(IndexedEqualsPlain, one_box_around_all_others_does_not_make_their_search_lo
     }
     EXPECT_EQ(found, count + count - 1) << "each itself, and the first all others";
     EXPECT_LT(looked, 100 * count);
+}
+
+TEST(IndexedEqualsPlain, groups_of_points)
+{
+    shapes::Random random(29);
+    for (int round = 0; round < 60; ++round) {
+        // From lone points to crowds of many within the distance, which is 1; some twice.
+        const double side = std::pow(2.0, random.between(0, 6));
+        std::vector<vxPoint> points;
+        for (int i = 0; i < 200; ++i)
+            points.push_back(i % 10 == 9 ? points[size_t(i / 2)] : random.between({ -side, 0 }, { 0, side }));
+        std::vector<int> plain(points.size());
+        std::iota(plain.begin(), plain.end(), 0);
+        for (size_t i = 0; i < points.size(); ++i) {
+            for (size_t k = 0; k < i; ++k) {
+                const int a = plain[i];
+                const int b = plain[k];
+                if (points[i].isClose(points[k], 1))
+                    std::replace(plain.begin(), plain.end(), std::max(a, b), std::min(a, b));
+            }
+        }
+        ASSERT_EQ(vx::clusters(points, 1), plain) << "round " << round;
+    }
 }
 
 TEST(IndexedEqualsPlain, both_sides_of_every_crossing_in_order)
