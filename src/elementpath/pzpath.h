@@ -229,7 +229,11 @@ public:
 
     // A rounding distance that is not positive and finite leaves the path alone.
 
-    /** Rounds corners by a distance measured along the whole path (pzpath_round.cpp). */
+    /**
+     * Rounds corners by a distance measured along the whole path, over vertices that are nearer
+     * (pzpath_round.cpp). Nothing more is rounded on a closed subpath where less than twice the distance is
+     * left around a corner.
+     */
     void setCornerRound(double distance);
     /** Rounds corners by whole units, at most half of each edge that meets there (pzpath_round2.cpp). */
     void setCornerRound2(double distance);

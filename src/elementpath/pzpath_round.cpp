@@ -1,6 +1,7 @@
 #include "pzpath.h"
 #include "pzpath_p.h"
 #include "vxcubic_p.h"
+#include "vxnumeric_p.h"
 #include "vxtolerance.h"
 #include "xpath.h"
 
@@ -13,7 +14,6 @@
 
 namespace {
 
-constexpr double pi = 3.14159265358979323846;
 constexpr int none = -1;
 
 struct Vertex {
@@ -120,7 +120,8 @@ void Ring::writeTo(vxPath &path) const
 
 /** How far a walk of the rounding distance along the outline gets. */
 struct Reach {
-    enum End { OnCurve, PastEnd, AllRound } end;
+    /** Blocked: by the barrier, or where the walk came back to the corner. */
+    enum End { OnCurve, PastEnd, Blocked } end;
     /** The curve that holds the place; past the end of an open contour, from and to are its end vertex. */
     int from;
     int to;
@@ -150,7 +151,8 @@ public:
 
 private:
     bool isCorner(int v);
-    bool roundCorner(int corner, int &next);
+    bool passEachOther(const Reach &back, const Reach &ahead) const;
+    int roundCorner(int corner);
     Reach reach(int corner, bool forward, int barrier) const;
     Cut cut(const Reach &reach, bool forward);
     vxPoint handle(const Cut &cut, const vxPoint &ownHandle, const vxPoint &from,
@@ -180,7 +182,7 @@ Reach CornerRounder::reach(int corner, bool forward, int barrier) const
         if (other == none)
             return { Reach::PastEnd, at, at, 0, wrapped };
         if (other == corner || (at == barrier && at != corner))
-            return { Reach::AllRound, at, at, 0, wrapped };
+            return { Reach::Blocked, at, at, 0, wrapped };
         wrapped = wrapped || (forward && m_ring.isLast(at));
         const int from = forward ? at : other;
         const int to = forward ? other : at;
@@ -207,7 +209,7 @@ Cut CornerRounder::cut(const Reach &reach, bool forward)
     vx::Cubic left, right;
     vx::subdivide(curve, t, left, right);
     const vxPoint tangent = t > vxTolerance::timeUpper ? vx::tangentAt(curve, 1) : vx::tangentAt(right, 0);
-    const double direction = tangent.getAngleInRadians() + (forward ? pi : 0);
+    const double direction = tangent.getAngleInRadians() + (forward ? vx::pi : 0);
     return { m_ring.divide(reach.from, reach.to, t), true, direction };
 }
 
@@ -222,26 +224,33 @@ vxPoint CornerRounder::handle(const Cut &cut, const vxPoint &ownHandle, const vx
     return step.multiply(pz::cornerSideFactor).multiply(pz::cornerHandleStretch);
 }
 
-/** Rounds one corner; next is where the walk goes on. False when it ends here. */
-bool CornerRounder::roundCorner(int corner, int &next)
+/** Whether the cut before the corner lies ahead of the one after it: two walks round a closed contour. */
+bool CornerRounder::passEachOther(const Reach &back, const Reach &ahead) const
+{
+    if (back.end != Reach::OnCurve || ahead.end != Reach::OnCurve || back.from != ahead.from)
+        return false;
+    return vx::length(m_ring.curve(back.from, back.to)) - ahead.excess >= back.excess;
+}
+
+/** Rounds one corner and gives the vertex to go on from; none where the contour is done. */
+int CornerRounder::roundCorner(int corner)
 {
     const Reach back = reach(corner, false, none);
-    // Where less than twice the distance is left of a closed contour, the cuts would pass each other.
     const int backLimit = back.end == Reach::OnCurve ? back.to : none;
-    if (back.end == Reach::AllRound || reach(corner, true, backLimit).end == Reach::AllRound)
-        return false;
+    const Reach unbarred = reach(corner, true, backLimit);
+    // Less than twice the distance is left of a closed contour.
+    if (back.end == Reach::Blocked || unbarred.end == Reach::Blocked || passEachOther(back, unbarred))
+        return none;
     const Cut before = cut(back, false);
-    if (before.vertex == corner) { // the distance is lost in the length of the edge
-        next = m_ring.next(corner);
-        return !m_ring.isLast(corner);
-    }
-    m_ring.removeBetween(before.vertex, corner);
+    if (before.vertex == corner) // the distance is lost in the length of the edge
+        return m_ring.isLast(corner) ? none : m_ring.next(corner);
     const Reach ahead = reach(corner, true, before.vertex);
-    if (ahead.end == Reach::AllRound)
-        return false;
+    if (ahead.end == Reach::Blocked)
+        return none;
     const Cut after = cut(ahead, true);
     if (after.vertex == before.vertex || after.vertex == corner)
-        return false;
+        return none;
+    m_ring.removeBetween(before.vertex, corner);
     m_ring.removeBetween(corner, after.vertex);
 
     Vertex &n1 = m_ring[before.vertex];
@@ -250,8 +259,7 @@ bool CornerRounder::roundCorner(int corner, int &next)
     n1.handleOut = handle(before, n1.handleOut, n1.point, s);
     n2.handleIn = handle(after, n2.handleIn, n2.point, s);
     m_ring.remove(corner);
-    next = m_ring.next(after.vertex);
-    return !ahead.wrapped && !m_ring.isLast(after.vertex);
+    return ahead.wrapped || m_ring.isLast(after.vertex) ? none : m_ring.next(after.vertex);
 }
 
 void CornerRounder::run()
@@ -260,10 +268,7 @@ void CornerRounder::run()
     // The last vertex is never rounded; which one that is can change with every cut.
     while (current != none && !m_ring.isLast(current)) {
         const bool hasBoth = m_ring.previous(current) != none && m_ring.next(current) != none;
-        if (!hasBoth || !isCorner(current))
-            current = m_ring.next(current);
-        else if (!roundCorner(current, current))
-            break;
+        current = hasBoth && isCorner(current) ? roundCorner(current) : m_ring.next(current);
     }
     m_ring.writeTo(m_path);
 }

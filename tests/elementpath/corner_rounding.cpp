@@ -59,7 +59,9 @@ TEST(CornerRounding, along_the_path)
         { "M 0 0 L 5 0 L 5 100", 10, "M 0 0 C 6.72 0 5 3.28 5 10 L 5 100" },
         { "M 0 0 C 30 0 70 0 100 0 C 130 0 170 0 200 50", 20,
           "M 0 0 C 30 0 70 0 100 0 C 130 0 170 0 200 50" },
-        { square, 25, square }, // no room for two cuts
+        // No room for two cuts: on the edges of the corner, or on one that both walks come to.
+        { square, 25, square },
+        { "M 0 0 L 100 -150 L 100 150 L 0 0 Z", 400, "M 0 0 L 100 -150 L 100 150 L 0 0 Z" },
         { "M 0 0 L 10 0 L 10 10", 20, "M 0 0 L 10 0 L 10 10" },
         { square, -3, square },
         { "M 0 0 L 1e15 0 L 1e15 1e15", 1, "M 0 0 L 1e+15 0 L 1e+15 1e+15" }, // lost in rounding
