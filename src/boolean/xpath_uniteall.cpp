@@ -8,17 +8,20 @@ namespace {
 
 /**
  * Where one arrangement of all does not close: pair by pair, so that one doubtful place does not spoil the
- * rest.
+ * rest. The report is that of the least certain step, with the area of the last.
  */
 XPath *uniteInTurn(const QList<XPath *> &paths, vxBooleanReport &report)
 {
     auto result = std::make_unique<XPath>();
+    vxBooleanReport worst;
+    vxBooleanReport step;
     for (XPath *path : paths) {
-        vxBooleanReport step;
         result.reset(XPath::computeBoolean(path, result.get(), 2, step));
-        if (step.verdict == vxBooleanReport::Doubtful)
-            report = step;
+        if (step.verdict >= worst.verdict)
+            worst = step;
     }
+    report = worst;
+    report.predictedArea = step.predictedArea;
     return result.release();
 }
 
@@ -48,10 +51,10 @@ XPath *XPath::uniteAll(const QList<XPath *> &paths, vxBooleanReport &report)
         operands.append(path);
     }
     vx::Arrangement arrangement(operands);
-    const bool solved = arrangement.solve(vx::Operation::Unite);
+    if (!arrangement.solve(vx::Operation::Unite))
+        return uniteInTurn(areas, report);
     report.verdict = vxBooleanReport::Audited;
     report.predictedArea = arrangement.selection().area;
     report.snapping = arrangement.snapping();
-    report.oddNodes = arrangement.selection().oddNodes;
-    return solved ? createResult(arrangement.trace(), false, nullptr, nullptr) : uniteInTurn(areas, report);
+    return createResult(arrangement.trace(), false, nullptr, nullptr);
 }

@@ -22,9 +22,15 @@ ToolError noAnswer(const QString &command)
 void printVerdict(const vxBooleanReport &report)
 {
     std::fprintf(stderr, "verdict: %s\n", report.verdictName());
-    if (report.verdict == vxBooleanReport::Doubtful)
+    if (report.verdict != vxBooleanReport::Doubtful)
+        return;
+    if (report.oddNodes > 0)
         std::fprintf(stderr, "pzpath: the result may be wrong: its outline does not close at %d places\n",
                      report.oddNodes);
+    else if (report.limitHit)
+        std::fprintf(stderr, "pzpath: the result may be wrong: a search for crossings was cut short\n");
+    else
+        std::fprintf(stderr, "pzpath: the result may be wrong: nothing could confirm it\n");
 }
 
 PathCommands throughEngine(const QString &name, const PathCommands &a, const PathCommands &b,
