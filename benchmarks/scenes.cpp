@@ -61,6 +61,19 @@ PathCommands smoothRing(const std::vector<double> &radii)
     return path << close;
 }
 
+/** Two wavy rings, inside and outside of each other in turn: they change places once a curve. */
+scenes::Pair swayingRings(int curves, double radius, double sway, double noise)
+{
+    Random random(7);
+    std::vector<double> a, b;
+    for (int i = 0; i < curves; ++i) {
+        const double outwards = i % 2 ? sway : -sway;
+        a.push_back(radius + outwards + random.next(-noise, noise));
+        b.push_back(radius - outwards + random.next(-noise, noise));
+    }
+    return { smoothRing(a), smoothRing(b) };
+}
+
 } // namespace
 
 namespace scenes {
@@ -128,28 +141,13 @@ Pair nearCoincidentRings(int curves, double offset)
 
 Pair crossingRings(int curves)
 {
-    Random random(7);
-    std::vector<double> a, b;
-    for (int i = 0; i < curves; ++i) {
-        // Inside and outside in turn: the rings change places once a curve.
-        const double sway = i % 2 ? 8 : -8;
-        a.push_back(500 + sway + random.next(-4, 4));
-        b.push_back(500 - sway + random.next(-4, 4));
-    }
-    return { smoothRing(a), smoothRing(b) };
+    return swayingRings(curves, 500, 8, 4);
 }
 
 Pair longRings(int curves)
 {
     constexpr double radiusPerCurve = 2.4;
-    Random random(7);
-    std::vector<double> a, b;
-    for (int i = 0; i < curves; ++i) {
-        const double sway = i % 2 ? 4 : -4;
-        a.push_back(radiusPerCurve * curves + sway + random.next(-1, 1));
-        b.push_back(radiusPerCurve * curves - sway + random.next(-1, 1));
-    }
-    return { smoothRing(a), smoothRing(b) };
+    return swayingRings(curves, radiusPerCurve * curves, 4, 1);
 }
 
 Pair ellipseGrids(int curves)

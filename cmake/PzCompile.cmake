@@ -25,8 +25,8 @@ if(PZ_HAS_NO_INTERPOSITION)
     add_compile_options(-fno-semantic-interposition)
 endif()
 
-# -DPZ_SANITIZE=ON: every finding ends the program. The two float checks that are left off (by not being part of
-# "undefined") are float-divide-by-zero, which several formulas do on purpose; float-cast-overflow is on.
+# -DPZ_SANITIZE=ON: every finding ends the program. "undefined" contains neither float check: float-cast-overflow is
+# added, float-divide-by-zero stays off since several formulas divide by zero on purpose.
 option(PZ_SANITIZE "Build with AddressSanitizer, UndefinedBehaviorSanitizer and LeakSanitizer" OFF)
 if(PZ_SANITIZE)
     add_compile_options(-fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all
