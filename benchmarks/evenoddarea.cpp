@@ -10,8 +10,7 @@
 // 1. Outlines become edges that run downwards; level ones bound no area.
 // 2. The heights of all ends cut the plane into bands that no edge begins or ends in.
 // 3. In each band, the edges at half height from left to right bound the spans that are inside and outside in
-// turn. The
-//    middle span times the height is exact for trapezoids; only in a band with a crossing is it an
+//    turn. The middle span times the height is exact for trapezoids; only in a band with a crossing is it an
 //    approximation.
 
 namespace {

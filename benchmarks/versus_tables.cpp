@@ -1,5 +1,7 @@
 #include "versus_tables.h"
 
+#include "median.h"
+
 #include <QMap>
 
 #include <algorithm>
@@ -36,15 +38,6 @@ QString figure(double value)
         return QStringLiteral("-");
     const int decimals = value >= 100 ? 0 : value >= 10 ? 1 : value >= 0.1 ? 2 : 4;
     return QString::number(value, 'f', decimals);
-}
-
-double medianOf(QVector<double> values)
-{
-    if (values.isEmpty())
-        return 0;
-    const auto middle = values.begin() + values.size() / 2;
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
 }
 
 QString operationName(int operation)

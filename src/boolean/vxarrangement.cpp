@@ -1,10 +1,10 @@
 #include "vxarrangement_p.h"
 
-#include "vxtolerance.h"
-
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
+#include <utility>
 
 namespace vx {
 
@@ -16,7 +16,7 @@ constexpr double frameSize = 1024;
 /**
  * Snapping distances in the order in which they are tried, in units of the frame. Too small and ends that
  * belong together stay apart; too large and small features vanish. None is right for every drawing, but an
- * odd node tells.
+ * unbalanced node tells.
  */
 constexpr double snappingDistances[] = { 5e-5, 1e-5, 2e-6, 2e-4, 1e-3 };
 /**
@@ -69,13 +69,13 @@ Arrangement::Arrangement(const QVector<const XPath *> &operands)
 bool Arrangement::solve(Operation operation)
 {
     double best = snappingDistances[0];
-    int fewestOdd = std::numeric_limits<int>::max();
-    for (int look = 2;; ++look) {
+    int fewestUnbalanced = std::numeric_limits<int>::max();
+    for (size_t look = 0;; ++look) {
         for (double snapping : snappingDistances) {
             if (attempt(operation, snapping))
                 return true;
-            if (m_selection.oddNodes < fewestOdd) {
-                fewestOdd = m_selection.oddNodes;
+            if (m_selection.oddNodes < fewestUnbalanced) {
+                fewestUnbalanced = m_selection.oddNodes;
                 best = snapping;
             }
         }
@@ -90,18 +90,18 @@ void Arrangement::refine(Operation operation, double movable)
     const double coarse = m_snapping;
     const double area = m_selection.area;
     const std::vector<Cut> cuts = m_cuts;
-    for (int look = 2;; ++look) {
-        double firstEven = 0;
+    for (size_t look = 0;; ++look) {
+        double firstBalanced = 0;
         for (double snapping : fineSnappingDistances) {
             if (snapping >= coarse || !attempt(operation, snapping) ||
                 !(std::fabs(m_selection.area - area) <= refinedFraction * m_extent * m_extent))
                 continue;
             if (movedAtMost(movable, operation))
                 return;
-            firstEven = firstEven == 0 ? snapping : firstEven;
+            firstBalanced = firstBalanced == 0 ? snapping : firstBalanced;
         }
-        if (firstEven != 0) {
-            attempt(operation, firstEven);
+        if (firstBalanced != 0) {
+            attempt(operation, firstBalanced);
             return;
         }
         if (m_selection.oddNodes == 0 || !lookAgain(look))
@@ -112,26 +112,24 @@ void Arrangement::refine(Operation operation, double movable)
     attempt(operation, coarse);
 }
 
-/**
- * Cuts the curves at odd nodes in more places; false when there is no other way to look for some. The first
- * look was meet(). Nodes come second, since that only tells a curve of places that are known, and fourth for
- * those that were found since.
- */
-bool Arrangement::lookAgain(int look)
+/** Cuts the curves at unbalanced nodes in more places; false when there is no other way to look for some. */
+bool Arrangement::lookAgain(size_t look)
 {
-    if (look > 4)
+    using Look = void (Arrangement::*)(const std::vector<char> &);
+    // Nodes come first, since that only tells a curve of places that are known, and last for those that were
+    // found since.
+    constexpr Look looks[] = { &Arrangement::meetNodes, &Arrangement::meetThoroughly,
+                               &Arrangement::meetNodes };
+    if (look >= std::size(looks))
         return false;
-    if (look == 3)
-        meetThoroughly(accusedCurves());
-    else
-        meetNodes(accusedCurves());
+    (this->*looks[look])(curvesAtUnbalancedNodes());
     return true;
 }
 
 bool Arrangement::attempt(Operation operation, double snapping)
 {
     m_snapping = snapping;
-    setPiecesAside();
+    setSubdivisionAside();
     cut();
     if (!takeSides())
         findSides();
@@ -139,18 +137,13 @@ bool Arrangement::attempt(Operation operation, double snapping)
     return m_selection.oddNodes == 0;
 }
 
-void Arrangement::setPiecesAside()
+void Arrangement::setSubdivisionAside()
 {
-    if (m_edges.size() > mostEdgesSetAside) {
-        m_earlier = Pieces();
+    if (m_current.edges.size() > mostEdgesSetAside) {
+        m_earlier = Subdivision();
         return;
     }
-    m_nodes.swap(m_earlier.nodes);
-    m_edges.swap(m_earlier.edges);
-    m_shares.swap(m_earlier.shares);
-    m_links.swap(m_earlier.links);
-    m_linkBoxes.swap(m_earlier.linkBoxes);
-    m_linkStarts.swap(m_earlier.linkStarts);
+    std::swap(m_current, m_earlier);
 }
 
 bool Arrangement::movedAtMost(double area, Operation operation)
@@ -165,7 +158,7 @@ bool Arrangement::movedAtMost(double area, Operation operation)
     return inUnits(m_movedArea.most) <= area;
 }
 
-bool Arrangement::answer(Operation operation, const Fill &fill) const
+bool Arrangement::isFilled(Operation operation, const Fill &fill) const
 {
     switch (operation) {
     case Operation::Intersect:
@@ -183,13 +176,13 @@ bool Arrangement::answer(Operation operation, const Fill &fill) const
 void Arrangement::select(Operation operation)
 {
     m_selection.kept.clear();
-    m_selection.kept.reserve(m_edges.size());
+    m_selection.kept.reserve(m_current.edges.size());
     double area = 0;
     double signedArea = 0;
-    for (size_t e = 0; e < m_edges.size(); ++e) {
-        const Edge &edge = m_edges[e];
-        const bool insideRight = answer(operation, edge.right);
-        if (insideRight == answer(operation, edge.left))
+    for (size_t e = 0; e < m_current.edges.size(); ++e) {
+        const Edge &edge = m_current.edges[e];
+        const bool insideRight = isFilled(operation, edge.right);
+        if (insideRight == isFilled(operation, edge.left))
             continue;
         m_selection.kept.push_back({ int(e), !insideRight });
         const double part = vx::signedArea(edge.inFrame) * (insideRight ? 1 : -1);
@@ -197,42 +190,37 @@ void Arrangement::select(Operation operation)
         const Fill &inside = insideRight ? edge.right : edge.left;
         signedArea += operation == Operation::Exclude && !inside.first ? -part : part;
     }
-    m_selection.oddNodes = countOddNodes(m_selection.kept);
+    m_selection.oddNodes = countUnbalancedNodes();
     m_selection.area = area / m_frame.scale / m_frame.scale;
     m_selection.signedArea = signedArea / m_frame.scale / m_frame.scale;
 }
 
-namespace {
-
-/** Per node: kept stretches that leave it less those that enter it. */
-std::vector<int> balances(const std::vector<Step> &kept, const std::vector<Edge> &edges, size_t nodeCount)
+std::vector<int> Arrangement::nodeBalances() const
 {
-    std::vector<int> balance(nodeCount, 0);
-    for (const Step &step : kept) {
-        const Edge &edge = edges[size_t(step.edge)];
-        balance[size_t(step.reversed ? edge.node1 : edge.node0)] += 1;
-        balance[size_t(step.reversed ? edge.node0 : edge.node1)] -= 1;
+    std::vector<int> balances(m_current.nodes.size(), 0);
+    for (const Step &step : m_selection.kept) {
+        const Edge &edge = m_current.edges[size_t(step.edge)];
+        balances[size_t(step.reversed ? edge.node1 : edge.node0)] += 1;
+        balances[size_t(step.reversed ? edge.node0 : edge.node1)] -= 1;
     }
-    return balance;
+    return balances;
 }
 
-} // namespace
-
-int Arrangement::countOddNodes(const std::vector<Step> &kept) const
+int Arrangement::countUnbalancedNodes() const
 {
-    const std::vector<int> balance = balances(kept, m_edges, m_nodes.size());
-    return int(balance.size() - size_t(std::count(balance.begin(), balance.end(), 0)));
+    const std::vector<int> balances = nodeBalances();
+    return int(balances.size() - size_t(std::count(balances.begin(), balances.end(), 0)));
 }
 
-std::vector<char> Arrangement::accusedCurves() const
+std::vector<char> Arrangement::curvesAtUnbalancedNodes() const
 {
-    const std::vector<int> balance = balances(m_selection.kept, m_edges, m_nodes.size());
-    std::vector<char> accused(m_curves.size(), 0);
-    for (const Edge &edge : m_edges) {
-        if (balance[size_t(edge.node0)] != 0 || balance[size_t(edge.node1)] != 0)
-            accused[size_t(edge.curve)] = 1;
+    const std::vector<int> balances = nodeBalances();
+    std::vector<char> curves(m_curves.size(), 0);
+    for (const Edge &edge : m_current.edges) {
+        if (balances[size_t(edge.node0)] != 0 || balances[size_t(edge.node1)] != 0)
+            curves[size_t(edge.curve)] = 1;
     }
-    return accused;
+    return curves;
 }
 
 } // namespace vx

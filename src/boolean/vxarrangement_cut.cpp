@@ -31,16 +31,17 @@ const Cut *passWhile(const Cut *begin, const Cut *end, const IsPassed &isPassed)
 
 void Arrangement::cut()
 {
-    std::vector<Edge> all = stretches();
-    joinEnds(all);
-    joinStretches(all);
+    std::vector<Edge> stretches = cutCurves();
+    joinEnds(stretches);
+    joinStretches(stretches);
 }
 
-std::vector<Edge> Arrangement::stretches()
+/** The stretches of all curves between their cuts. */
+std::vector<Edge> Arrangement::cutCurves()
 {
     sortCuts();
     // Edges of the attempt before the last are done with; their memory is used again.
-    std::vector<Edge> result = std::move(m_edges);
+    std::vector<Edge> result = std::move(m_current.edges);
     result.clear();
     result.reserve(m_curves.size() + std::min(m_cuts.size(), 4 * m_curves.size()));
     const Cut *cut = m_cuts.data();

@@ -15,8 +15,7 @@ namespace {
 constexpr double togetherFactor = 2;
 /** ... and within this part of their length, so that short ones are not all the same. */
 constexpr double togetherFraction = 0.01;
-/** In units of the frame: stretches whose control points differ by less run together without a closer look.
- */
+/** In units of the frame: stretches whose control points differ by less surely run together. */
 constexpr double alikeDistance = 1e-9;
 static_assert(togetherFactor * leastSnapping > 10 * alikeDistance, "far within the reach of any snapping");
 
@@ -118,8 +117,8 @@ bool runTogether(const Edge &a, const Edge &b, double snapping, bool exactly, Ar
     return true;
 }
 
-/** Whether a stretch has the direction of another between the same nodes. */
-bool runsAlong(const Edge &first, const Edge &stretch)
+/** Of two stretches between the same nodes. */
+bool haveSameDirection(const Edge &first, const Edge &stretch)
 {
     if (stretch.node0 != stretch.node1)
         return stretch.node0 == first.node0;
@@ -136,33 +135,34 @@ bool runsAlong(const Edge &first, const Edge &stretch)
  * that cancel are left out.
  */
 void Arrangement::addShares(int first, const std::vector<Companions> &companions,
-                            const std::vector<Edge> &all)
+                            const std::vector<Edge> &stretches)
 {
-    const auto begin = std::ptrdiff_t(m_shares.size());
+    const auto begin = std::ptrdiff_t(m_current.shares.size());
     for (int i = first; i != -1; i = companions[size_t(i)].next) {
-        const int operand = operandOf(all[size_t(i)]);
-        auto at = std::find_if(m_shares.begin() + begin, m_shares.end(),
+        const int operand = operandOf(stretches[size_t(i)]);
+        auto at = std::find_if(m_current.shares.begin() + begin, m_current.shares.end(),
                                [operand](const Share &s) { return s.operand == operand; });
-        if (at == m_shares.end())
-            at = m_shares.insert(at, { operand, 0 });
-        at->count += runsAlong(all[size_t(first)], all[size_t(i)]) ? 1 : -1;
+        if (at == m_current.shares.end())
+            at = m_current.shares.insert(at, { operand, 0 });
+        at->count += haveSameDirection(stretches[size_t(first)], stretches[size_t(i)]) ? 1 : -1;
     }
     const auto cancels = [this](const Share &s) {
         return m_evenOdd[size_t(s.operand)] ? s.count % 2 == 0 : s.count == 0;
     };
-    m_shares.erase(std::remove_if(m_shares.begin() + begin, m_shares.end(), cancels), m_shares.end());
+    m_current.shares.erase(std::remove_if(m_current.shares.begin() + begin, m_current.shares.end(), cancels),
+                           m_current.shares.end());
 }
 
 /**
  * Makes one edge of stretches that run together between the same nodes; drops what shrank to a point or
  * cancels.
  */
-void Arrangement::joinStretches(std::vector<Edge> &all)
+void Arrangement::joinStretches(std::vector<Edge> &stretches)
 {
-    std::vector<Companions> companions(all.size());
-    HashedChains firsts(all.size());
-    for (int i = 0; i < int(all.size()); ++i) {
-        const Edge &stretch = all[size_t(i)];
+    std::vector<Companions> companions(stretches.size());
+    HashedChains firsts(stretches.size());
+    for (int i = 0; i < int(stretches.size()); ++i) {
+        const Edge &stretch = stretches[size_t(i)];
         if (stretch.node0 == stretch.node1 && !bulges(stretch.inFrame, m_snapping))
             continue;
         const auto ends = std::minmax(stretch.node0, stretch.node1);
@@ -170,7 +170,7 @@ void Arrangement::joinStretches(std::vector<Edge> &all)
         AreaRange areaBetween;
         int &head = firsts.first(quint64(ends.first), quint64(ends.second));
         for (int k = head; k != -1; k = firsts.next(k)) {
-            const Edge &first = all[size_t(k)];
+            const Edge &first = stretches[size_t(k)];
             AreaRange area;
             if (std::minmax(first.node0, first.node1) == ends && (group == -1 || k < group) &&
                 runTogether(stretch, first, m_snapping, m_measuresExactly, area)) {
@@ -190,64 +190,63 @@ void Arrangement::joinStretches(std::vector<Edge> &all)
         companions[size_t(i)].first = group;
         companions[size_t(group)].last = i;
     }
-    linkStretches(all, companions);
-    makeEdges(all, companions);
+    linkStretches(stretches, companions);
+    makeEdges(stretches, companions);
 }
 
-/** Makes a link of every stretch that did not shrink to a point, with the box of the one that stands for it.
- */
-void Arrangement::linkStretches(const std::vector<Edge> &all, const std::vector<Companions> &companions)
+/** Makes a link of every stretch that did not shrink to a point, with the box of its first companion. */
+void Arrangement::linkStretches(const std::vector<Edge> &stretches, const std::vector<Companions> &companions)
 {
-    m_links.clear();
-    m_links.reserve(all.size());
-    m_linkBoxes.clear();
-    m_linkBoxes.reserve(all.size());
-    m_linkStarts.reserve(m_contours.size() + 1);
-    m_linkStarts.assign(1, 0);
+    m_current.links.clear();
+    m_current.links.reserve(stretches.size());
+    m_current.linkBoxes.clear();
+    m_current.linkBoxes.reserve(stretches.size());
+    m_current.linkStarts.reserve(m_contours.size() + 1);
+    m_current.linkStarts.assign(1, 0);
     int contour = 0;
-    for (size_t i = 0; i < all.size(); ++i) {
-        for (; contour < m_curves[size_t(all[i].curve)].contour; ++contour)
-            m_linkStarts.push_back(int(m_links.size()));
+    for (size_t i = 0; i < stretches.size(); ++i) {
+        for (; contour < m_curves[size_t(stretches[i].curve)].contour; ++contour)
+            m_current.linkStarts.push_back(int(m_current.links.size()));
         const int first = companions[i].first;
         if (first == -1)
             continue;
-        m_links.push_back({ contour, all[i].node0, all[i].node1, -1 });
-        m_linkBoxes.push_back(hullBox(all[size_t(first)].inFrame));
+        m_current.links.push_back({ contour, stretches[i].node0, stretches[i].node1, -1 });
+        m_current.linkBoxes.push_back(hullBox(stretches[size_t(first)].inFrame));
     }
-    m_linkStarts.push_back(int(m_links.size()));
+    m_current.linkStarts.push_back(int(m_current.links.size()));
 }
 
 /** Moves the first stretch of each group that does not cancel to the edges, and numbers links by edges. */
-void Arrangement::makeEdges(std::vector<Edge> &all, const std::vector<Companions> &companions)
+void Arrangement::makeEdges(std::vector<Edge> &stretches, const std::vector<Companions> &companions)
 {
-    m_shares.clear();
-    m_shares.reserve(all.size());
+    m_current.shares.clear();
+    m_current.shares.reserve(stretches.size());
     size_t count = 0;
-    auto link = m_links.begin();
-    for (int i = 0; i < int(all.size()); ++i) {
+    auto link = m_current.links.begin();
+    for (int i = 0; i < int(stretches.size()); ++i) {
         const Companions &own = companions[size_t(i)];
         if (own.first == -1)
             continue;
         int &edge = (link++)->edge;
         if (own.first != i)
             continue;
-        const size_t begin = m_shares.size();
+        const size_t begin = m_current.shares.size();
         if (own.next == -1)
-            m_shares.push_back({ operandOf(all[size_t(i)]), 1 });
+            m_current.shares.push_back({ operandOf(stretches[size_t(i)]), 1 });
         else
-            addShares(i, companions, all);
-        if (m_shares.size() == begin)
+            addShares(i, companions, stretches);
+        if (m_current.shares.size() == begin)
             continue;
         edge = int(count);
         // Into its own vector: what is overwritten was looked at, a group's others come after its first.
         if (edge != i)
-            all[size_t(edge)] = all[size_t(i)];
-        Edge &made = all[count++];
+            stretches[size_t(edge)] = stretches[size_t(i)];
+        Edge &made = stretches[count++];
         made.firstShare = int(begin);
-        made.shareCount = int(m_shares.size() - begin);
+        made.shareCount = int(m_current.shares.size() - begin);
     }
-    all.resize(count);
-    m_edges = std::move(all);
+    stretches.resize(count);
+    m_current.edges = std::move(stretches);
 }
 
 } // namespace vx

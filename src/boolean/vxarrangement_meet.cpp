@@ -4,10 +4,10 @@
 #include "vxboxtree_p.h"
 #include "vxcurvevalues_p.h"
 #include "vxmeetingplaces_p.h"
-#include "vxnumeric_p.h"
 #include "vxpath.h"
 #include "vxruntree_p.h"
 #include "vxtolerance.h"
+#include "vxturns_p.h"
 #include "xpath.h"
 
 #include <algorithm>
@@ -24,10 +24,10 @@ namespace {
 constexpr double farthestSnapping = 1e-3;
 constexpr double thinnestBox = 0.01; // sides, one by the other
 /** Part of a curve's size: it runs on a line where it keeps to it within this. */
-constexpr double foldWidth = 1e-12;
+constexpr double foldFraction = 1e-12;
 
 /**
- * Appends a curve. One that runs forth and back on a line becomes the lines that it runs: a point on it is up
+ * Appends a curve. One that runs back and forth on a line becomes the lines that it runs: a point on it is up
  * to three places on the curve, of which a search may find one.
  */
 void appendCurve(const Cubic &c, std::vector<Cubic> &outline)
@@ -35,7 +35,7 @@ void appendCurve(const Cubic &c, std::vector<Cubic> &outline)
     double times[2];
     const double size = std::max({ std::fabs(c.v[6] - c.v[0]), std::fabs(c.v[7] - c.v[1]),
                                    std::fabs(c.v[2] - c.v[0]), std::fabs(c.v[3] - c.v[1]) });
-    const int count = foldTimes(c, foldWidth * size, times);
+    const int count = foldTimes(c, foldFraction * size, times);
     if (count == 0) {
         outline.push_back(c);
         return;
@@ -58,7 +58,7 @@ void filledOutline(const vxPath &path, std::vector<Cubic> &outline)
 {
     outline.clear();
     const QList<vxSegment *> &segments = path._segments();
-    const int count = path.isClosed() ? segments.size() : segments.size() - 1;
+    const int count = path._countCurves();
     outline.reserve(size_t(segments.size()));
     for (int i = 0; i < count; ++i) {
         const Cubic c = curveFrom(segments, i);
@@ -121,16 +121,6 @@ bool isFinite(const std::vector<Cubic> &outline)
     return zero == 0;
 }
 
-void include(Box &box, const Cubic &c)
-{
-    for (int i = 0; i < 8; i += 2) {
-        box.minX = std::min(box.minX, c.v[i]);
-        box.maxX = std::max(box.maxX, c.v[i]);
-        box.minY = std::min(box.minY, c.v[i + 1]);
-        box.maxY = std::max(box.maxY, c.v[i + 1]);
-    }
-}
-
 } // namespace
 
 void Arrangement::collect(const QVector<const XPath *> &operands)
@@ -160,7 +150,7 @@ void Arrangement::collect(const QVector<const XPath *> &operands)
             m_contours.push_back({ child, o, int(m_curves.size()), int(outline.size()) });
             for (const Cubic &c : outline) {
                 m_curves.emplace_back(c, int(m_contours.size()) - 1);
-                include(box, c);
+                extend(box, hullBox(c));
             }
         }
     }
@@ -168,7 +158,7 @@ void Arrangement::collect(const QVector<const XPath *> &operands)
         return;
     const auto sides = std::minmax({ box.maxX - box.minX, box.maxY - box.minY });
     m_extent = sides.second;
-    m_boxArea = std::max(sides.first, thinnestBox * m_extent) * m_extent;
+    m_referenceArea = std::max(sides.first, thinnestBox * m_extent) * m_extent;
     m_frame = Frame::around(box);
     for (ArrangedCurve &curve : m_curves)
         curve.inFrame = PreparedCurve(m_frame.toFrame(curve.original));
@@ -327,10 +317,10 @@ void Arrangement::meetEnd(int i, const vxPoint &p)
 }
 
 /**
- * Another look at curves that end at odd nodes: their meetings are sought by halving, and they are cut where
+ * Another look at curves at unbalanced nodes: their meetings are sought by halving, and they are cut where
  * they turn back in x or y, since a fold thinner than the snapping distance hides its tip from all vertices.
  */
-void Arrangement::meetThoroughly(const std::vector<char> &accused)
+void Arrangement::meetThoroughly(const std::vector<char> &isSought)
 {
     std::vector<Box> boxes;
     for (const ArrangedCurve &curve : m_curves)
@@ -338,39 +328,39 @@ void Arrangement::meetThoroughly(const std::vector<char> &accused)
     const BoxTree tree(boxes);
     std::vector<int> partners;
     for (int i = 0; i < int(m_curves.size()); ++i) {
-        if (!accused[size_t(i)])
+        if (!isSought[size_t(i)])
             continue;
         partners.clear();
         tree.query(boxes[size_t(i)], farthestSnapping, partners);
         std::sort(partners.begin(), partners.end());
         cutAtTurns(i, partners);
         for (int j : partners) {
-            if (j > i || (j < i && !accused[size_t(j)]))
+            if (j > i || (j < i && !isSought[size_t(j)]))
                 meetPairByHalving(i, j);
         }
     }
 }
 
 /**
- * The nodes themselves, crossings among them, are brought onto accused curves that pass within reach. In a
+ * The nodes themselves, crossings among them, are brought onto such curves that pass within reach. In a
  * bundle of curves thinner than the snapping distance a crossing of two is a place on all.
  */
-void Arrangement::meetNodes(const std::vector<char> &accused)
+void Arrangement::meetNodes(const std::vector<char> &isSought)
 {
     std::vector<Box> places;
-    for (const Node &node : m_nodes)
+    for (const Node &node : m_current.nodes)
         places.push_back({ node.inFrame.x, node.inFrame.y, node.inFrame.x, node.inFrame.y });
     const BoxTree tree(places);
     std::vector<int> near;
     for (int i = 0; i < int(m_curves.size()); ++i) {
-        if (!accused[size_t(i)])
+        if (!isSought[size_t(i)])
             continue;
         near.clear();
         tree.query(m_curves[size_t(i)].inFrame.box, farthestSnapping, near);
         for (int node : near) {
             double distance = farthestSnapping;
             const double t =
-                timeNear(m_curves[size_t(i)].inFrame.values, m_nodes[size_t(node)].inFrame, distance);
+                timeNear(m_curves[size_t(i)].inFrame.values, m_current.nodes[size_t(node)].inFrame, distance);
             if (t != noTime)
                 addCut(i, t, distance);
         }
@@ -391,10 +381,8 @@ void Arrangement::cutAtTurns(int i, const std::vector<int> &partners)
 {
     const Cubic &c = m_curves[size_t(i)].inFrame.values;
     for (int axis : { 0, 1 }) {
-        const double q0 = c.v[axis], q1 = c.v[2 + axis], q2 = c.v[4 + axis], q3 = c.v[6 + axis];
         double roots[2];
-        const int count =
-            solveQuadratic(3 * (q1 - q2) - q0 + q3, 2 * (q0 + q2) - 4 * q1, q1 - q0, roots, 0, 1);
+        const int count = turnTimes(c, axis, roots, 0, 1);
         for (int k = 0; k < count; ++k) {
             addCut(i, roots[k], 0);
             const vxPoint tip = placeAt(c, roots[k]);

@@ -23,7 +23,7 @@ class vxPath;
  *     nodes (vxarrangement_nodes.cpp), make stretches that run together one edge (vxarrangement_edges.cpp);
  *  3. sides: count what a ray from the middle of every edge meets (vxarrangement_sides.cpp);
  *  4. select: keep the edges across which an operation's answer differs, inside on the right; area and
- *     evenness of all nodes follow from these (vxarrangement.cpp);
+ *     balance of all nodes follow from these (vxarrangement.cpp);
  *  5. trace: walk kept edges, closing the tightest wedge of inside at each node (vxarrangement_trace.cpp).
  *
  * Works in a frame of its own: the operands moved and scaled by a power of two so that they measure about a
@@ -129,17 +129,19 @@ struct Fill {
     int count = 0;
 };
 
-/** A stretch of curve between two nodes that all stretches running along it share. */
+/**
+ * A stretch of curve between two nodes that all stretches running along it share. Up to makeEdges() it is any
+ * one stretch, and its fields are set step by step: the edges are picked from the list of stretches in place.
+ */
 struct Edge {
-    Cubic inFrame; ///< its ends on the nodes
+    Cubic inFrame; ///< its ends on the nodes, from moveOntoNodes() on
     int curve;
     double t0, t1;
-    int node0, node1;
-    int firstShare, shareCount;
+    int node0, node1;           ///< from joinEnds() on
+    int firstShare, shareCount; ///< from makeEdges() on
     /** No handles: inFrame is the chord. */
     bool line;
-    Fill right, left;
-    bool isWhole() const { return t0 == 0 && t1 == 1; }
+    Fill right, left; ///< from findSides() on
 };
 
 /**
@@ -164,14 +166,14 @@ struct AreaRange {
     double least = 0, most = 0;
 };
 
-/** What an attempt cut the curves into, as far as the sides of its edges follow from it. */
-struct Pieces {
+/** What an attempt cut the curves into; but for themselves, the sides of its edges follow from it. */
+struct Subdivision {
     std::vector<Node> nodes;
     std::vector<Edge> edges;
     std::vector<Share> shares;
     std::vector<Link> links;
-    std::vector<Box> linkBoxes;
-    std::vector<int> linkStarts;
+    std::vector<Box> linkBoxes;  ///< per link: box around the control points of the curve that stands for it
+    std::vector<int> linkStarts; ///< per contour, and one past the last
 };
 
 /** The finest distance, in units of the frame, within which ends are joined. */
@@ -189,9 +191,9 @@ using Contour = std::vector<Step>;
 /** What is known of an operation's result before it is traced. */
 struct Selection {
     std::vector<Step> kept; ///< each with the inside on its right
-    int oddNodes = 0;
-    double area = 0;       ///< in the operands' units
-    double signedArea = 0; ///< the same, but the second operand's part of an exclusion negative
+    int oddNodes = 0;       ///< that are not balanced, see Arrangement::nodeBalances()
+    double area = 0;        ///< in the operands' units
+    double signedArea = 0;  ///< the same, but the second operand's part of an exclusion negative
 };
 
 class Arrangement
@@ -199,7 +201,7 @@ class Arrangement
 public:
     explicit Arrangement(const QVector<const XPath *> &operands);
 
-    /** Tries snapping distances until every node is even; false when none does (the best is kept then). */
+    /** Tries snapping distances until every node is balanced; false when none does, and the best is kept. */
     bool solve(Operation operation);
 
     /**
@@ -210,6 +212,8 @@ public:
     void refine(Operation operation, double movable);
 
     const Selection &selection() const { return m_selection; }
+    /** Per node: kept stretches that leave it less those that enter it. A node is balanced at 0. */
+    std::vector<int> nodeBalances() const;
     /** Snapping distance of the solution in the operands' units. */
     double snapping() const { return m_snapping / m_frame.scale; }
     /**
@@ -217,8 +221,11 @@ public:
      * units; what is measured is the least that it can be. After solve() or refine() for that operation.
      */
     bool movedAtMost(double area, Operation operation);
-    /** Area of the operands' common box, which counts as no thinner than a hundredth of its length. */
-    double boxArea() const { return m_boxArea; }
+    /**
+     * What areas are measured by, in the operands' square units: the area of their common box, which counts
+     * as no thinner than a hundredth of its length.
+     */
+    double referenceArea() const { return m_referenceArea; }
     /** The result's contours, simple ones that touch at nodes at most. */
     std::vector<Contour> contours() const;
     /** Paths of these (count 0, the caller's), outer ones clockwise, holes not, flagged so. */
@@ -228,9 +235,9 @@ public:
     std::vector<Cubic> curvesOf(const Contour &contour) const;
 
     // What drawing and tests look at.
-    const std::vector<Edge> &edges() const { return m_edges; }
-    const std::vector<Node> &nodes() const { return m_nodes; }
-    const std::vector<Share> &shares() const { return m_shares; }
+    const std::vector<Edge> &edges() const { return m_current.edges; }
+    const std::vector<Node> &nodes() const { return m_current.nodes; }
+    const std::vector<Share> &shares() const { return m_current.shares; }
     const Frame &frame() const { return m_frame; }
 
 private:
@@ -244,8 +251,8 @@ private:
     void meetItself(int i);
     void meetEnd(int i, const vxPoint &p);
     const NearPlace &nearPlace(int i, const vxPoint &p);
-    void meetThoroughly(const std::vector<char> &accused);
-    void meetNodes(const std::vector<char> &accused);
+    void meetThoroughly(const std::vector<char> &isSought);
+    void meetNodes(const std::vector<char> &isSought);
     void meetPairByHalving(int i, int j);
     void cutAtTurns(int i, const std::vector<int> &partners);
     void addCut(int curve, double t, double distance);
@@ -253,7 +260,7 @@ private:
 
     // vxarrangement_cut.cpp
     void cut();
-    std::vector<Edge> stretches();
+    std::vector<Edge> cutCurves();
     void sortCuts();
     void choosePlaces(const Cubic &values, const Cut *begin, const Cut *end);
     void cutCurve(int curve, const Cut *firstCut, const Cut *endCut, std::vector<Edge> &result);
@@ -271,7 +278,7 @@ private:
     {
         return m_contours[size_t(m_curves[size_t(stretch.curve)].contour)].operand;
     }
-    void addShares(int first, const std::vector<Companions> &companions, const std::vector<Edge> &all);
+    void addShares(int first, const std::vector<Companions> &companions, const std::vector<Edge> &stretches);
 
     // vxarrangement_sides.cpp
     class SideFinder;
@@ -279,13 +286,13 @@ private:
     bool takeSides();
 
     // vxarrangement.cpp
-    void setPiecesAside();
+    void setSubdivisionAside();
     bool attempt(Operation operation, double snapping);
-    bool lookAgain(int look);
-    bool answer(Operation operation, const Fill &fill) const;
+    bool lookAgain(size_t look);
+    bool isFilled(Operation operation, const Fill &fill) const;
     void select(Operation operation);
-    int countOddNodes(const std::vector<Step> &kept) const;
-    std::vector<char> accusedCurves() const;
+    int countUnbalancedNodes() const;
+    std::vector<char> curvesAtUnbalancedNodes() const;
 
     // vxarrangement_trace.cpp
     friend class ContourTracer;
@@ -297,7 +304,7 @@ private:
     std::vector<ArrangedCurve> m_curves;
     Frame m_frame;
     double m_extent = 0; ///< longer side of the operands' common box, in their units
-    double m_boxArea = 0;
+    double m_referenceArea = 0;
 
     std::vector<Cut> m_cuts;
     size_t m_sortedCuts = 0;         ///< so many were there when they were sorted
@@ -306,13 +313,8 @@ private:
     double m_snapping = 0;
     AreaRange m_movedArea;          ///< in units of the frame
     bool m_measuresExactly = false; ///< the range above comes to one number
-    std::vector<Node> m_nodes;
-    std::vector<Edge> m_edges;
-    std::vector<Share> m_shares;
-    std::vector<Link> m_links;
-    std::vector<Box> m_linkBoxes; ///< per link: box around the control points of the curve that stands for it
-    std::vector<int> m_linkStarts; ///< per contour, and one past the last
-    Pieces m_earlier;              ///< those of the attempt before
+    Subdivision m_current;
+    Subdivision m_earlier; ///< that of the attempt before
     Selection m_selection;
 };
 

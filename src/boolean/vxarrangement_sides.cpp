@@ -1,6 +1,7 @@
 #include "vxarrangement_p.h"
 
 #include "vxrays_p.h"
+#include "vxsamplefractions_p.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,9 +12,6 @@
 namespace vx {
 
 namespace {
-
-/** Places along an edge that a ray may start from, in the order in which they are tried. */
-constexpr double startTimes[] = { 0.5, 0.381966, 0.618034, 0.236068, 0.763932, 0.145898, 0.854102 };
 
 /** Windings of the operands at a point; clearing costs what was added. */
 class Windings
@@ -126,6 +124,12 @@ bool areSame(const std::vector<T> &a, const std::vector<T> &b)
                       [](const T &x, const T &y) { return areSame(x, y); });
 }
 
+bool areSame(const Subdivision &a, const Subdivision &b)
+{
+    return a.linkStarts == b.linkStarts && areSame(a.nodes, b.nodes) && areSame(a.edges, b.edges) &&
+           areSame(a.links, b.links) && areSame(a.linkBoxes, b.linkBoxes) && areSame(a.shares, b.shares);
+}
+
 } // namespace
 
 /**
@@ -136,12 +140,13 @@ class Arrangement::SideFinder
 {
 public:
     explicit SideFinder(Arrangement &a)
-        : m_a(a), m_areFew(a.m_links.size() <= fewLinks),
-          m_towardsLeft(a.m_edges, a.m_nodes, a.m_links, a.m_linkBoxes),
-          m_towardsTop(a.m_edges, a.m_nodes, a.m_links, a.m_linkBoxes), m_windings(a.m_evenOdd)
+        : m_a(a), m_areFew(a.m_current.links.size() <= fewLinks),
+          m_towardsLeft(a.m_current.edges, a.m_current.nodes, a.m_current.links, a.m_current.linkBoxes),
+          m_towardsTop(a.m_current.edges, a.m_current.nodes, a.m_current.links, a.m_current.linkBoxes),
+          m_windings(a.m_evenOdd)
     {
         if (m_areFew) {
-            m_all.links.resize(a.m_links.size());
+            m_all.links.resize(a.m_current.links.size());
             std::iota(m_all.links.begin(), m_all.links.end(), 0);
             return;
         }
@@ -149,7 +154,7 @@ public:
             ahead->links.reserve(32);
             ahead->rows.reserve(32);
         }
-        m_tree.emplace(a.m_linkBoxes, a.m_linkStarts);
+        m_tree.emplace(a.m_current.linkBoxes, a.m_current.linkStarts);
         if (m_tree->contourCount() <= fewContours) {
             m_contours.resize(size_t(m_tree->contourCount()));
             std::iota(m_contours.begin(), m_contours.end(), 0);
@@ -158,7 +163,7 @@ public:
 
     void run()
     {
-        const int count = int(m_a.m_edges.size());
+        const int count = int(m_a.m_current.edges.size());
         int end = 0;
         for (int first = 0; first < count; first = end) {
             for (end = first + 1;
@@ -174,7 +179,10 @@ private:
     static constexpr int fewContours = 8;
     static constexpr size_t fewLinks = 64;
 
-    int contourOf(int edge) const { return m_a.m_curves[size_t(m_a.m_edges[size_t(edge)].curve)].contour; }
+    int contourOf(int edge) const
+    {
+        return m_a.m_curves[size_t(m_a.m_current.edges[size_t(edge)].curve)].contour;
+    }
 
     void findSides(int first, int end)
     {
@@ -182,7 +190,8 @@ private:
         StartBox left;
         StartBox top;
         for (int e = first; e < end; ++e) {
-            const RayStart &start = m_starts.emplace_back(m_a.m_edges[size_t(e)].inFrame, startTimes[0]);
+            const RayStart &start =
+                m_starts.emplace_back(m_a.m_current.edges[size_t(e)].inFrame, sampleFractions[0]);
             (start.sideways ? left : top).include(start.point);
         }
         const Ahead &aheadLeft = gather(true, left, m_left);
@@ -192,7 +201,7 @@ private:
             int doubtful = -1;
             if (!cast(e, start, start.sideways ? aheadLeft : aheadTop, &doubtful))
                 start = castElsewhere(e, doubtful);
-            fill(m_a.m_edges[size_t(e)], start);
+            fill(m_a.m_current.edges[size_t(e)], start);
         }
     }
 
@@ -202,10 +211,10 @@ private:
      */
     RayStart castElsewhere(int e, int doubtful)
     {
-        const Cubic &c = m_a.m_edges[size_t(e)].inFrame;
+        const Cubic &c = m_a.m_current.edges[size_t(e)].inFrame;
         for (size_t k = 1;; ++k) {
-            const RayStart start(c, startTimes[k]);
-            const bool isLast = k + 1 == std::size(startTimes);
+            const RayStart start(c, sampleFractions[k]);
+            const bool isLast = k + 1 == std::size(sampleFractions);
             if (!isLast && doubtful != -1 && leavesOpen(doubtful, e, start))
                 continue;
             StartBox box;
@@ -245,7 +254,7 @@ private:
         // +1 there.
         m_windings.clear();
         const auto metEdge = [&](int met, bool rising) {
-            addShares(m_a.m_edges[size_t(met)], rising == start.sideways ? -1 : 1);
+            addShares(m_a.m_current.edges[size_t(met)], rising == start.sideways ? -1 : 1);
         };
         const auto metRow = [&](int contour, bool rising) {
             m_windings.add(m_a.m_contours[size_t(contour)].operand, rising == start.sideways ? -1 : 1);
@@ -259,7 +268,7 @@ private:
     void addShares(const Edge &edge, int factor)
     {
         for (int i = 0; i < edge.shareCount; ++i) {
-            const Share &share = m_a.m_shares[size_t(edge.firstShare + i)];
+            const Share &share = m_a.m_current.shares[size_t(edge.firstShare + i)];
             m_windings.add(share.operand, share.count * factor);
         }
     }
@@ -297,14 +306,11 @@ void Arrangement::findSides()
  */
 bool Arrangement::takeSides()
 {
-    const Pieces &earlier = m_earlier;
-    if (earlier.edges.empty() || m_linkStarts != earlier.linkStarts || !areSame(m_nodes, earlier.nodes) ||
-        !areSame(m_edges, earlier.edges) || !areSame(m_links, earlier.links) ||
-        !areSame(m_linkBoxes, earlier.linkBoxes) || !areSame(m_shares, earlier.shares))
+    if (m_earlier.edges.empty() || !areSame(m_current, m_earlier))
         return false;
-    for (size_t e = 0; e < m_edges.size(); ++e) {
-        m_edges[e].left = earlier.edges[e].left;
-        m_edges[e].right = earlier.edges[e].right;
+    for (size_t e = 0; e < m_current.edges.size(); ++e) {
+        m_current.edges[e].left = m_earlier.edges[e].left;
+        m_current.edges[e].right = m_earlier.edges[e].right;
     }
     return true;
 }

@@ -24,8 +24,8 @@ class ContourTracer
 {
 public:
     explicit ContourTracer(const Arrangement &a)
-        : m_a(a), m_firstLeaving(a.m_nodes.size() + 1, 0), m_leaving(a.m_selection.kept.size()),
-          m_used(a.m_selection.kept.size(), 0), m_position(a.m_nodes.size(), -1)
+        : m_a(a), m_firstLeaving(a.m_current.nodes.size() + 1, 0), m_leaving(a.m_selection.kept.size()),
+          m_used(a.m_selection.kept.size(), 0), m_position(a.m_current.nodes.size(), -1)
     {
         // Counting sort: the steps that leave node n stand from m_firstLeaving[n] up to m_firstLeaving[n +
         // 1].
@@ -51,7 +51,7 @@ public:
 
 private:
     const std::vector<Step> &kept() const { return m_a.m_selection.kept; }
-    const Edge &edgeOf(const Step &step) const { return m_a.m_edges[size_t(step.edge)]; }
+    const Edge &edgeOf(const Step &step) const { return m_a.m_current.edges[size_t(step.edge)]; }
     int startOf(const Step &step) const { return step.reversed ? edgeOf(step).node1 : edgeOf(step).node0; }
     int endOf(const Step &step) const { return step.reversed ? edgeOf(step).node0 : edgeOf(step).node1; }
 
@@ -73,7 +73,7 @@ private:
             }
             index = nextAt(node, walk.back());
         }
-        for (const Step &step : walk) // only an odd node ends a walk early
+        for (const Step &step : walk) // only an unbalanced node ends a walk early
             m_position[size_t(startOf(step))] = -1;
     }
 
@@ -270,7 +270,7 @@ private:
 
     Part partOf(const Step &step) const
     {
-        const Edge &edge = m_a.m_edges[size_t(step.edge)];
+        const Edge &edge = m_a.m_current.edges[size_t(step.edge)];
         return { edge.curve,
                  edge.t0,
                  edge.t1,
@@ -317,7 +317,7 @@ private:
             return false;
         return std::all_of(m_parts.begin(), m_parts.end(), [&](const Part &part) {
             return &contourOf(part) == &contour && part.t0 == 0 && part.t1 == 1 &&
-                   m_a.m_nodes[size_t(part.startNode)].exact;
+                   m_a.m_current.nodes[size_t(part.startNode)].exact;
         });
     }
 
@@ -332,7 +332,8 @@ private:
     bool isLine(const Part &p) const { return m_a.m_curves[size_t(p.curve)].line; }
     vxPoint chordOf(const Part &p) const
     {
-        return m_a.m_nodes[size_t(p.endNode)].original.subtract(m_a.m_nodes[size_t(p.startNode)].original);
+        return m_a.m_current.nodes[size_t(p.endNode)].original.subtract(
+            m_a.m_current.nodes[size_t(p.startNode)].original);
     }
 
     /** Whether two parts make one line: the angle alone would let long ones move the area. */
@@ -370,7 +371,7 @@ private:
         std::vector<vxSegment> segments;
         segments.reserve(parts.size());
         for (const Part &p : parts)
-            segments.emplace_back(m_a.m_nodes[size_t(p.startNode)].original, vxPoint(), vxPoint());
+            segments.emplace_back(m_a.m_current.nodes[size_t(p.startNode)].original, vxPoint(), vxPoint());
         for (size_t i = 0; i < parts.size(); ++i) {
             const Part &p = parts[i];
             if (isLine(p))

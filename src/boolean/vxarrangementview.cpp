@@ -26,12 +26,13 @@ QVector<double> fromFrame(const vx::Frame &frame, const vx::Cubic &c)
 vxArrangementView vxArrangementView::of(const XPath &path1, const XPath &path2, int op)
 {
     vxArrangementView view;
-    if (op < 1 || op > 4)
+    if (op < vx::Intersect || op > vx::Exclude)
         return view;
     vx::Arrangement arrangement({ &path1, &path2 });
     arrangement.solve(vx::Operation(op));
-    for (const vx::Node &node : arrangement.nodes())
-        view.nodes.append({ node.original, 0 });
+    const std::vector<int> balances = arrangement.nodeBalances();
+    for (size_t i = 0; i < balances.size(); ++i)
+        view.nodes.append({ arrangement.nodes()[i].original, balances[i] });
     for (const vx::Edge &edge : arrangement.edges())
         view.stretches.append({ fromFrame(arrangement.frame(), edge.inFrame), edge.node0, edge.node1,
                                 codeOf(edge.left), codeOf(edge.right), false, false });
@@ -39,8 +40,6 @@ vxArrangementView vxArrangementView::of(const XPath &path1, const XPath &path2, 
         Stretch &stretch = view.stretches[step.edge];
         stretch.kept = true;
         stretch.reversed = step.reversed;
-        ++view.nodes[step.reversed ? stretch.endNode : stretch.startNode].balance;
-        --view.nodes[step.reversed ? stretch.startNode : stretch.endNode].balance;
     }
     view.area = arrangement.selection().area;
     view.snapping = arrangement.snapping();

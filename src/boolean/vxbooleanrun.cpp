@@ -7,7 +7,9 @@
 #include "vxowncontacts_p.h"
 #include "vxsampler_p.h"
 #include "vxstandingcurves_p.h"
+#include "vxtakencontours_p.h"
 #include "vxtolerance.h"
+#include "vxtracing_p.h"
 #include "xpath.h"
 
 #include <algorithm>
@@ -71,8 +73,8 @@ QVector<vxPath *> BooleanRun::trace(Placement placement)
     RunNotes ofTracing;
     const QVector<vxPath *> contours = tracePaths(m_segments, m_op, Untouched::Taken, ofTracing);
     m_notes.add(ofTracing);
-    if (m_notes.any() && !ofTracing.any() && isSettled(isCountedByEnds))
-        m_notes.clearDoubts();
+    if (m_notes.anyDoubt() && !ofTracing.anyDoubt() && isSettled(isCountedByEnds))
+        m_notes.settle();
     letGoOfTaken(*m_path1);
     if (m_path2)
         letGoOfTaken(*m_path2);
@@ -112,7 +114,7 @@ void BooleanRun::collect()
 {
     forEachContour([this](vxPath &contour) {
         m_segments += contour._segments();
-        contour.addFlags(overlapsOnly | validOverlapsOnly);
+        contour.addFlags(overlapsOnly | onlyOverlapsInResult);
     });
 }
 
@@ -145,7 +147,7 @@ DividedOperand BooleanRun::operand2() const
  */
 bool BooleanRun::takeWhole(Placement placement, QVector<vxPath *> &contours)
 {
-    if (m_notes.any())
+    if (m_notes.anyDoubt())
         return false;
     const auto positionOf = [placement](Placement inside) {
         return placement == inside ? Position::Inside : Position::Outside;
@@ -173,7 +175,7 @@ bool BooleanRun::takeWhole(Placement placement, QVector<vxPath *> &contours)
 /** Where neither operand touches itself and no search was cut short. */
 bool BooleanRun::countByEnds() const
 {
-    return m_path2 && !m_own1.any() && !m_own2.any() && m_unfinished.empty() &&
+    return m_path2 && !m_own1.anyDoubt() && !m_own2.anyDoubt() && m_unfinished.empty() &&
            vx::countByEnds(operand1(), operand2(), m_op);
 }
 
@@ -201,16 +203,14 @@ void BooleanRun::sample()
 void BooleanRun::clearOverlapFlags(vxPath &contour) const
 {
     for (const vxSegment *segment : contour._segments()) {
-        if (!contour.isFlags(overlapsOnly | validOverlapsOnly))
+        if (!contour.isFlags(overlapsOnly | onlyOverlapsInResult))
             return;
         // Most runs met no overlap, and need not look at every place once more.
         if (m_notes.overlap && segment->intersection() && segment->intersection()->overlap)
             continue;
         contour.removeFlags(overlapsOnly);
-        const bool inResult =
-            m_op == Intersect ? segment->winding == 2 : m_op >= Unite && segment->winding == 1;
-        if (inResult)
-            contour.removeFlags(validOverlapsOnly);
+        if (isInResult(m_op, *segment))
+            contour.removeFlags(onlyOverlapsInResult);
     }
 }
 
@@ -251,7 +251,7 @@ bool BooleanRun::missedNothing() const
 /** Whether an operand that touches itself was cleaned rightly and is joined as it was. */
 bool BooleanRun::isConfirmed(const XPath *original, const XPath &copy, const RunNotes &own) const
 {
-    return !own.any() ||
+    return !own.anyDoubt() ||
            (keepsContactsOf(copy, m_op, original == m_original2) && isCleaningConfirmed(*original));
 }
 

@@ -3,6 +3,7 @@
 #include "vxcubic_p.h"
 #include "vxintersections_p.h"
 #include "vxlocationowner_p.h"
+#include "vxmeetingfilter_p.h"
 #include "vxplacement_p.h"
 #include "vxrunnotes_p.h"
 #include "vxstretchcounts_p.h"
@@ -25,8 +26,8 @@ namespace vx {
 class StandingCurves;
 
 /**
- * Prepared working copies of both operands, divided at their crossings; lives as long as one boolean. What it
- * meets that may be wrong goes into the notes, less what it can settle itself.
+ * Prepared working copies of both operands, divided at their crossings; lives as long as one boolean.
+ * Anything that may have gone wrong is noted; doubts that the run can resolve are cleared again.
  */
 class BooleanRun
 {

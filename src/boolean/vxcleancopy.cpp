@@ -2,10 +2,10 @@
 
 #include "vxcleanup_p.h"
 #include "vxfilledregion_p.h"
-#include "vxmonopieces_p.h"
-#include "vxref_p.h"
+#include "vxoutline_p.h"
+#include "vxrepeated_p.h"
+#include "vxresolve_p.h"
 #include "vxrunnotes_p.h"
-#include "vxtolerance.h"
 #include "xpath.h"
 
 #include <algorithm>
@@ -16,17 +16,8 @@ namespace vx {
 
 namespace {
 
-int countSegments(const XPath &path)
-{
-    int count = 0;
-    for (const vxPath *child : path.children)
-        count += child->_segments().size();
-    return count;
-}
-
 /**
- * Square path units, as part of the area around: leaving out vertices moved the outline if the area moved by
- * more.
+ * Fraction of the bounding-box area; simplifying counts as moving the outline when the area changes by more.
  */
 constexpr double simplifiedFraction = 1e-12;
 
@@ -92,15 +83,6 @@ bool isMisdirected(const XPath &path)
     });
 }
 
-/** For one who takes a child out of its list: it is nobody's then, with count 0. */
-void letGoOf(vxPath *child)
-{
-    vxRef<vxPath> held(child);
-    child->parent = nullptr;
-    child->release();
-    held.take();
-}
-
 } // namespace
 
 XPath *cleanCopy(const XPath *path, RunNotes &notes)
@@ -132,33 +114,6 @@ XPath *cleanCopy(const XPath *path, RunNotes &notes)
     }
     notes.add(own);
     return copy;
-}
-
-bool isLeftover(const vxPath &contour)
-{
-    constexpr int mostSegments = 8;
-    return contour._segments().size() <= mostSegments &&
-           std::fabs(contour.getArea(true, false)) <= vxTolerance::machineZero;
-}
-
-QVector<vxPath *> takeChildren(XPath &copy)
-{
-    QVector<vxPath *> children;
-    children.swap(copy.children);
-    for (vxPath *child : qAsConst(children))
-        letGoOf(child);
-    return children;
-}
-
-void letGoOfTaken(XPath &copy)
-{
-    const auto stays = [](const vxPath *child) { return !child->isFlags(taken); };
-    const auto first = std::stable_partition(copy.children.begin(), copy.children.end(), stays);
-    for (auto child = first; child != copy.children.end(); ++child) {
-        letGoOf(*child);
-        (*child)->_clearScratch();
-    }
-    copy.children.erase(first, copy.children.end());
 }
 
 StandingCurves *standingCurves(const XPath &path, bool isReversed)

@@ -1,20 +1,11 @@
 #pragma once
 
-#include <QVector>
-
 class XPath;
-class vxPath;
 
 namespace vx {
 
 struct RunNotes;
 class StandingCurves;
-
-/** Flags of a contour while a boolean runs: all its stretches are overlaps; and none is in the result. */
-constexpr quint32 overlapsOnly = 4;
-constexpr quint32 validOverlapsOnly = 8;
-/** It stands in the result itself, see Untouched. */
-constexpr quint32 taken = 16;
 
 /**
  * A working copy of an operand (null: an empty one), reduced and cleaned of its own crossings; the caller's.
@@ -25,14 +16,6 @@ constexpr quint32 taken = 16;
  * and the same notes.
  */
 XPath *cleanCopy(const XPath *path, RunNotes &notes);
-
-/** Whether a contour is one of few segments and no area: a leftover of numerical noise. */
-bool isLeftover(const vxPath &contour);
-
-/** The contours of a working copy, which lets go of them: count 0, the caller's. */
-QVector<vxPath *> takeChildren(XPath &copy);
-/** The same for those that a walk has taken, which then are as if the walk had made them. */
-void letGoOfTaken(XPath &copy);
 
 /**
  * Whether the cleaned copy that cleanCopy() just made of an operand is right though its notes leave doubts;

@@ -1,8 +1,9 @@
 #include "vxcleanup_p.h"
 
 #include "vxaudit_p.h"
-#include "vxcleancopy_p.h"
 #include "vxfilledregion_p.h"
+#include "vxoutline_p.h"
+#include "vxtracing_p.h"
 #include "xpath.h"
 
 #include <QVarLengthArray>
@@ -22,7 +23,7 @@ XPath *workingCopy(const XPath &path, const QVector<vxPath *> &contours, const Q
     auto *copy = new XPath;
     copy->evenOdd = path.evenOdd;
     copy->_addCopiesOf(contours, ranks, [&change](int i, vxPath &contour) {
-        contour.removeFlags(overlapsOnly | validOverlapsOnly | taken);
+        contour.removeFlags(overlapsOnly | onlyOverlapsInResult | taken);
         change(i, contour);
     });
     return copy;
@@ -107,10 +108,7 @@ CleanUp::~CleanUp() = default;
 bool CleanUp::isTooLarge(const XPath &path)
 {
     constexpr int most = 131072;
-    int count = 0;
-    for (const vxPath *child : path.children)
-        count += child->_segments().size();
-    return count > most;
+    return countSegments(path) > most;
 }
 
 // --- whether it holds ---
@@ -145,7 +143,7 @@ bool CleanUp::isConfirmed(const XPath &original)
 /** Borders that contours of the operand share, and contacts that no vertices show, stay doubtful. */
 bool CleanUp::canBeConfirmed() const
 {
-    return !m_notes.overlap && !m_notes.touchWithin && !m_notes.shallow && !m_notes.folded &&
+    return !m_notes.overlap && !m_notes.touchOffVertex && !m_notes.shallow && !m_notes.folded &&
            !m_notes.misdirected;
 }
 

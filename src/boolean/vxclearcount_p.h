@@ -6,8 +6,8 @@ namespace vx {
 
 /**
  * The count of a place on a curve, and the certainty that no other curve comes near: both by one look at the
- * pieces that reach the levels of a box around the place. It takes that each of them passes all these levels
- * and has the box on one side; all but one, of the place's own curve.
+ * pieces that reach the levels of a box around the place. This requires that each of them passes all these
+ * levels and has the box on one side; all but one, of the place's own curve.
  *
  * LevelCount finds the same. Its solver finds a crossing on a level that is off by a few 1e-15 of the largest
  * coordinate, still one of the box's, so that each piece crosses on that side of the box. The own piece
@@ -18,10 +18,10 @@ class ClearCount
 public:
     explicit ClearCount(const Box &box) : m_box(box) {}
 
-    /** Pieces that reach none of its levels need no visit. */
-    const Box &box() const { return m_box; }
-
-    /** Takes in a piece that reaches the box's levels; isOwn: of the curve that holds the place. */
+    /**
+     * Takes in a piece that reaches the box's levels; others need no visit. isOwn: of the curve that holds
+     * the place.
+     */
     void visit(const vxMono &piece, const Passage &passage, const Box &reach, bool isOwn, bool isSecond)
     {
         if (!m_isClear)

@@ -9,8 +9,8 @@ namespace vx {
 
 /**
  * How far off the nearest outlines above and below a place on a level line are, within bounds: the count of
- * such a place is taken halfway to them. It takes that every piece that reaches the verticals of a box around
- * the place, but for the line itself, lies clearly above or below.
+ * such a place is taken halfway to them. This requires that every piece that reaches the verticals of a box
+ * around the place, but for the line itself, lies clearly above or below.
  */
 class ClearNeighbours
 {

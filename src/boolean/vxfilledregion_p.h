@@ -1,7 +1,8 @@
 #pragma once
 
 #include "vxmonoindex_p.h"
-#include "vxmonopieces_p.h"
+#include "vxoutline_p.h"
+#include "vxsamplefractions_p.h"
 
 #include <algorithm>
 #include <memory>
@@ -39,7 +40,7 @@ template <typename IsFilledAt>
 std::optional<bool> tellByPlaces(const vxPath &contour, IsFilledAt &&isFilledAt)
 {
     // Neither an end nor the middle, which drawings on a grid have on each other's levels.
-    constexpr double somewhere = 0.381966;
+    constexpr double somewhere = sampleFractions[1];
     constexpr int most = 4;
     const int count = std::min(most, outlineSize(contour));
     std::optional<bool> isFilled;

@@ -2,12 +2,12 @@
 
 #include "vxmonopieces_p.h"
 #include "vxmonospread_p.h"
+#include "vxoutline_p.h"
 #include "vxpath.h"
 #include "vxstandingcurves_p.h"
 #include "vxtolerance.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 
 using namespace vxTolerance;

@@ -1,9 +1,7 @@
 #pragma once
 
 #include "vxcubic_p.h"
-#include "vxcurvevalues_p.h"
 #include "vxmono.h"
-#include "vxpath.h"
 #include "vxtolerance.h"
 
 #include <algorithm>
@@ -11,22 +9,6 @@
 #include <limits>
 
 namespace vx {
-
-/** Number of curves around a path's filled area: its own, and the line that closes an open one. */
-inline int outlineSize(const vxPath &path)
-{
-    const bool hasClosingLine = !path.isClosed() && path._segments().size() > 1;
-    return path._countCurves() + (hasClosingLine ? 1 : 0);
-}
-
-/** The i-th of them. */
-inline Cubic outlineCurve(const vxPath &path, int i)
-{
-    const QList<vxSegment *> &segments = path._segments();
-    if (i + 1 == segments.size() && !path.isClosed())
-        return Cubic::fromLine(segments.last()->point, segments.first()->point);
-    return curveFrom(segments, i);
-}
 
 /**
  * Whether ends are apart so that the arc length, as computed, is not 0: it gives a straight curve its

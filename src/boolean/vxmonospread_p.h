@@ -42,8 +42,8 @@ public:
     const std::vector<int> &outlinesThatCount(const vxPoint &point, double slack)
     {
         outlinesNear(point, slack);
-        const std::vector<int> &uneven = unevenAt(point.y);
-        m_found.insert(m_found.end(), uneven.begin(), uneven.end());
+        const std::vector<int> &winding = outlinesWindingAt(point.y);
+        m_found.insert(m_found.end(), winding.begin(), winding.end());
         std::sort(m_found.begin(), m_found.end());
         m_found.erase(std::unique(m_found.begin(), m_found.end()), m_found.end());
         return m_found;
@@ -69,10 +69,10 @@ private:
     /** Path units: how far off a point outlines are looked at in any case. */
     static constexpr double leastReach = 2 * vxTolerance::closeDistance;
 
-    /** The outlines of one level that do not come back as often as they go, seen from one side. */
+    /** The outlines of which the windings on one level, seen from one side, do not cancel. */
     struct Level {
         double y = std::numeric_limits<double>::quiet_NaN();
-        std::vector<int> uneven;
+        std::vector<int> outlines;
     };
 
     const std::vector<int> &outlinesMeeting(const Box &box, double slack)
@@ -83,28 +83,28 @@ private:
     }
 
     /** Remembers some levels: of shapes in a row many samples share one. */
-    const std::vector<int> &unevenAt(double y)
+    const std::vector<int> &outlinesWindingAt(double y)
     {
         std::uint64_t bits;
         std::memcpy(&bits, &y, sizeof bits);
         Level &level = m_levels[size_t(bits * 0x9e3779b97f4a7c15u >> 56)];
         if (level.y == y)
-            return level.uneven;
+            return level.outlines;
         level.y = y;
-        level.uneven.clear();
+        level.outlines.clear();
         m_unsure.query(y, [&](int i) {
             const int outline = m_unsureOutlines[size_t(i)];
-            if (!isEven(outline, y))
-                level.uneven.push_back(outline);
+            if (!windingsCancel(outline, y))
+                level.outlines.push_back(outline);
         });
-        return level.uneven;
+        return level.outlines;
     }
 
     /**
      * Whether the windings of an outline on a level sum up to 0 for points that have it on one side. Which
      * point that is does not matter: it is only compared with places that all lie on that side of it.
      */
-    bool isEven(int outline, double y) const
+    bool windingsCancel(int outline, double y) const
     {
         // Farther out rounding may move a crossing to another side.
         constexpr double largest = 1e6;

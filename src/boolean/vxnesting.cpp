@@ -1,8 +1,10 @@
 #include "vxnesting_p.h"
 
 #include "vxfilledregion_p.h"
+#include "vxlargestof_p.h"
 #include "vxmonopieces_p.h"
 #include "vxorderedboxes_p.h"
+#include "vxoutline_p.h"
 #include "vxtolerance.h"
 #include "xpath.h"
 
@@ -97,7 +99,7 @@ public:
         m_kept.reserve(paths.size());
     }
 
-    /** Whether a count may be wrong by which contours were nested. */
+    /** Whether a winding count used for nesting is uncertain. */
     bool isUnsure() const { return m_isUnsure; }
 
     /** The contours that stay, largest bounds first; orients them as it finds what they lie in. */
@@ -142,10 +144,8 @@ private:
     void findCandidates(int i)
     {
         const vx::Box &box = m_contours[size_t(i)].box;
-        const double largest =
-            std::max({ std::fabs(box.minX), std::fabs(box.maxX), std::fabs(box.minY), std::fabs(box.maxY) });
         m_candidates.clear();
-        m_boxes.query(box, 2 * vxTolerance::closeDistance + 1e-9 * largest, 0, [&](int j) {
+        m_boxes.query(box, 2 * vxTolerance::closeDistance + 1e-9 * vx::largestOf(box), 0, [&](int j) {
             if (j < i)
                 m_candidates.append(j);
         });

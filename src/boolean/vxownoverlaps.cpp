@@ -2,13 +2,12 @@
 
 #include "vxcurvelocation.h"
 #include "vxintersect_p.h"
+#include "vxlargestof_p.h"
 #include "vxorderedboxes_p.h"
 #include "vxref_p.h"
 #include "vxtolerance.h"
 #include "xpath.h"
 
-#include <algorithm>
-#include <cmath>
 #include <vector>
 
 namespace {
@@ -46,10 +45,7 @@ private:
         boxes.reserve(size_t(curves.size()));
         for (const vxCurve *curve : curves) {
             const vx::Box box = vx::hullBox(curve->_cubic());
-            const double largest = std::max(
-                { std::fabs(box.minX), std::fabs(box.maxX), std::fabs(box.minY), std::fabs(box.maxY) });
-            const double reach = 2 * vxTolerance::closeDistance + 1e-12 * largest;
-            boxes.push_back({ box.minX - reach, box.minY - reach, box.maxX + reach, box.maxY + reach });
+            boxes.push_back(vx::widened(box, 2 * vxTolerance::closeDistance + 1e-12 * vx::largestOf(box)));
         }
         return boxes;
     }

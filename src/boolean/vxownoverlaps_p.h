@@ -8,8 +8,8 @@ class XPath;
 namespace vx {
 
 /**
- * Takes the segments out of a shape that lie inside a stretch along which it runs over itself: there nobody
- * could tell the curves apart. Of divided overlaps, as divideLocations() lists them; whoever needs a segment
+ * Removes the vertices inside stretches where a shape overlaps itself; the curves there are
+ * indistinguishable. Of divided overlaps, as divideLocations() lists them; whoever needs a segment
  * longer than the shape does holds it.
  */
 void removeInsideOverlaps(const XPath &shape, const QList<vxCurveLocation *> &divided);

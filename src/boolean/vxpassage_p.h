@@ -1,11 +1,10 @@
 #pragma once
 
 #include "vxcubic_p.h"
+#include "vxlargestof_p.h"
 #include "vxmono.h"
 #include "vxtolerance.h"
 
-#include <algorithm>
-#include <cmath>
 #include <limits>
 
 /**
@@ -21,13 +20,6 @@ namespace vx {
 struct Passage {
     double low, high;
 };
-
-/** The largest absolute coordinate of a box. */
-inline double largestOf(const Box &box)
-{
-    return std::max(std::max(std::fabs(box.minX), std::fabs(box.maxX)),
-                    std::max(std::fabs(box.minY), std::fabs(box.maxY)));
-}
 
 /**
  * reach: reachOf() the piece.

@@ -2,8 +2,9 @@
 
 #include "vxmonoindex_p.h"
 #include "vxmonopieces_p.h"
-#include "vxnumeric_p.h"
+#include "vxoutline_p.h"
 #include "vxtolerance.h"
+#include "vxturns_p.h"
 
 #include <utility>
 
@@ -11,12 +12,10 @@ using namespace vxTolerance;
 
 int vx::monotonePieces(const Cubic &c, vxMono pieces[3])
 {
-    const double y0 = c.v[1], y1 = c.v[3], y2 = c.v[5], y3 = c.v[7];
     double roots[2];
     int count = 0;
     if (!isOnePiece(c) && !isStraight(c))
-        count = solveQuadratic(3 * (y1 - y2) - y0 + y3, 2 * (y0 + y2) - 4 * y1, y1 - y0, roots, timeMargin,
-                               timeUpper);
+        count = turnTimes(c, 1, roots, timeMargin, timeUpper);
     if (count <= 0) {
         pieces[0] = pieceOf(c);
         return 1;

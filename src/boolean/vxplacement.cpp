@@ -1,7 +1,6 @@
 #include "vxplacement_p.h"
 
-#include "vxmonopieces_p.h"
-#include "vxstretchcounts_p.h"
+#include "vxoutline_p.h"
 #include "xpath.h"
 
 #include <algorithm>
@@ -21,11 +20,11 @@ bool isUprightRectangle(const XPath &shape)
     const QList<vxSegment *> &corners = shape.children.first()->_segments();
     if (corners.size() != 4)
         return false;
-    const auto runsAlong = [&corners](double vxPoint::*same, int i) {
-        return corners.at(i)->point.*same == corners.at((i + 1) % 4)->point.*same;
+    const auto haveSame = [&corners](double vxPoint::*coordinate, int i) {
+        return corners.at(i)->point.*coordinate == corners.at((i + 1) % 4)->point.*coordinate;
     };
-    const auto alternates = [&runsAlong](double vxPoint::*first, double vxPoint::*second) {
-        return runsAlong(first, 0) && runsAlong(second, 1) && runsAlong(first, 2) && runsAlong(second, 3);
+    const auto alternates = [&haveSame](double vxPoint::*first, double vxPoint::*second) {
+        return haveSame(first, 0) && haveSame(second, 1) && haveSame(first, 2) && haveSame(second, 3);
     };
     return std::none_of(corners.begin(), corners.end(), [](vxSegment *s) { return s->hasHandles(); }) &&
            (alternates(&vxPoint::x, &vxPoint::y) || alternates(&vxPoint::y, &vxPoint::x));
@@ -45,7 +44,7 @@ bool touchesAtEndsOnly(double d0, double d1, double d2, double d3)
 }
 
 /** An upright or level line, and one side of it. */
-struct Side {
+struct BorderLine {
     int coordinate; ///< 0: upright, 1: level
     double line;
     int inward; ///< sign of a coordinate's difference from the line's on that side
@@ -94,7 +93,7 @@ bool areSideBySide(const BoxedShape &a, const BoxedShape &b)
 {
     if (!a.box.touches(b.box))
         return true;
-    const auto isTouchedAtPoints = [](const XPath &shape, const Side &side) {
+    const auto isTouchedAtPoints = [](const XPath &shape, const BorderLine &side) {
         return allCurves(shape, [&side](const Cubic &c) {
             return side.isTouchedAtEndsOnly(c) && side.isLeftAtAnAngle(c) &&
                    side.isLeftAtAnAngle(c.reversed());
@@ -116,13 +115,13 @@ bool liesFreelyOn(const BoxedShape &page, const BoxedShape &shape)
     const vxRect inner(border.x + near, border.y + near, border.width - 2 * near, border.height - 2 * near);
     if (inner.containsRect(shape.box))
         return true;
-    const Side sides[] = {
+    const BorderLine sides[] = {
         { 0, border.x, 1 }, { 0, border.right(), -1 }, { 1, border.y, 1 }, { 1, border.bottom(), -1 }
     };
     return allCurves(shape.path, [&inner, &sides](const Cubic &c) {
         return hasControlPointsIn(inner, c) ||
                std::all_of(std::begin(sides), std::end(sides),
-                           [&c](const Side &side) { return side.isTouchedAtEndsOnly(c); });
+                           [&c](const BorderLine &side) { return side.isTouchedAtEndsOnly(c); });
     });
 }
 

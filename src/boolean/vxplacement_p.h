@@ -5,8 +5,8 @@
 class XPath;
 
 /**
- * Shapes of which their boxes nearly tell how they lie: side by side, or one on a page or in a frame, since
- * what a drawing is clipped to is mostly an upright rectangle around it.
+ * Cases that bounding boxes almost decide: shapes side by side, or one inside an upright rectangle. That is
+ * common, since what a drawing is clipped to is mostly an upright rectangle around it.
  */
 namespace vx {
 

@@ -2,8 +2,8 @@
 
 #include "vxarrangement_p.h"
 #include "vxnearness_p.h"
-#include "vxnumeric_p.h"
 #include "vxruntree_p.h"
+#include "vxturns_p.h"
 
 #include <algorithm>
 #include <cmath>
@@ -222,10 +222,8 @@ private:
      */
     int monotoneTimes(const Cubic &c, double times[4]) const
     {
-        const double q0 = c.v[Axis], q1 = c.v[2 + Axis], q2 = c.v[4 + Axis], q3 = c.v[6 + Axis];
         double roots[2];
-        const int found =
-            solveQuadratic(3 * (q1 - q2) - q0 + q3, 2 * (q0 + q2) - 4 * q1, q1 - q0, roots, 0, 1);
+        const int found = turnTimes(c, Axis, roots, 0, 1);
         if (found == 2 && roots[0] > roots[1])
             std::swap(roots[0], roots[1]);
         times[0] = 0;

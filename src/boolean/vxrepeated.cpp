@@ -1,4 +1,4 @@
-#include "vxrunnotes_p.h"
+#include "vxrepeated_p.h"
 
 #include "vxpair_p.h"
 #include "vxpath.h"

@@ -1,155 +1,62 @@
 #include "vxrunnotes_p.h"
 
-#include "vxcurve.h"
-#include "vxcurvelocation.h"
-#include "vxsegment.h"
-#include "vxtolerance.h"
+#include "vxintersections_p.h"
 
-#include <cmath>
-
-using namespace vxTolerance;
+#include <cstddef>
 
 namespace vx {
 
 namespace {
 
-/** Sine of the angle between two outlines below which their crossing is shallow. */
-constexpr double shallowSine = 1e-2;
+/** Some of the fields, in code that costs no more than naming each. */
+template <bool RunNotes::*...field>
+struct Fields {
+    static constexpr std::size_t count = sizeof...(field);
 
-/** Sine of the angle from an outline to the one that it meets; 0 to itself. */
-double turnAt(vxCurveLocation &location)
-{
-    return location.intersection ? location.getTangent().cross(location.intersection->getTangent()) : 0;
-}
+    static bool any(const RunNotes &notes) { return ((notes.*field) || ...); }
+    static void add(RunNotes &sum, const RunNotes &part) { ((sum.*field |= part.*field), ...); }
+};
 
-bool isShallow(double turn)
-{
-    return !(std::fabs(turn) > shallowSine);
-}
-static_assert(shallowSine > 2 * angleMargin, "curves that touch are shallow");
-
-bool isNearEnd(const vxCurveLocation &location)
-{
-    return !(location.time > timeMargin && location.time < timeUpper);
-}
-
-/** The end of the curve that a location is near; null where it is near none. */
-const vxSegment *vertexAt(const vxCurveLocation &location)
-{
-    if (!location.curve || !isNearEnd(location))
-        return nullptr;
-    return location.time < 0.5 ? location.curve->segment1() : location.curve->segment2();
-}
+using Doubts =
+    Fields<&RunNotes::overlap, &RunNotes::touch, &RunNotes::shallow, &RunNotes::atVertex,
+           &RunNotes::selfCrossing, &RunNotes::simplified, &RunNotes::folded, &RunNotes::misdirected,
+           &RunNotes::grazedNesting, &RunNotes::chained, &RunNotes::movedSample, &RunNotes::grazedSample,
+           &RunNotes::discardedContour, &RunNotes::tiltedLevel, &RunNotes::mayMissMeetings,
+           &RunNotes::nearMiss, &RunNotes::open, &RunNotes::outOfScale>;
+/** What is no doubt and true of a whole if it is of a part. */
+using Facts = Fields<&RunNotes::counterClockwise, &RunNotes::limitHit, &RunNotes::touchOffVertex>;
+/** What is said of a whole run alone. */
+using RunFacts = Fields<&RunNotes::settled>;
+static_assert(sizeof(RunNotes) == (Doubts::count + Facts::count + RunFacts::count) * sizeof(bool),
+              "every field is in one of the lists");
 
 } // namespace
 
 void RunNotes::add(const RunNotes &part)
 {
-    overlap |= part.overlap;
-    touch |= part.touch;
-    shallow |= part.shallow;
-    atVertex |= part.atVertex;
-    selfCrossing |= part.selfCrossing;
-    simplified |= part.simplified;
-    folded |= part.folded;
-    misdirected |= part.misdirected;
-    grazedNesting |= part.grazedNesting;
-    chained |= part.chained;
-    movedSample |= part.movedSample;
-    grazedSample |= part.grazedSample;
-    discardedContour |= part.discardedContour;
-    tiltedLevel |= part.tiltedLevel;
-    limitReached |= part.limitReached;
-    nearMiss |= part.nearMiss;
-    open |= part.open;
-    outOfScale |= part.outOfScale;
-    counterClockwise |= part.counterClockwise;
-    limitHit |= part.limitHit;
-    touchWithin |= part.touchWithin;
+    Doubts::add(*this, part);
+    Facts::add(*this, part);
 }
 
 void RunNotes::add(const SearchDoubts &search)
 {
-    limitReached |= !search.unfinished.empty();
+    mayMissMeetings |= !search.unfinished.empty();
     limitHit |= !search.unfinished.empty();
     nearMiss |= !search.nearMisses.empty();
 }
 
-void RunNotes::clearDoubts()
+void RunNotes::settle()
 {
-    RunNotes cleared;
-    cleared.counterClockwise = counterClockwise;
-    cleared.limitHit = limitHit;
-    cleared.settled = true;
-    *this = cleared;
+    RunNotes certain;
+    certain.counterClockwise = counterClockwise;
+    certain.limitHit = limitHit;
+    certain.settled = true;
+    *this = certain;
 }
 
-bool MeetingFilter::accepts(vxCurveLocation &location)
+bool RunNotes::anyDoubt() const
 {
-    const bool atVertex = isNearEnd(location) || (location.intersection && isNearEnd(*location.intersection));
-    m_notes.atVertex = m_notes.atVertex || atVertex;
-    if (location.overlap) {
-        m_notes.overlap = true;
-        return true;
-    }
-    if (!location.intersection)
-        return crosses(location);
-    if (atVertex)
-        return crossesAtVertex(location);
-    const double turn = turnAt(location);
-    if (isShallow(turn))
-        return crosses(location);
-    // Within two curves isCrossing() asks no more than whether the tangents differ.
-    location._setTurn(turn);
-    return true;
-}
-
-bool MeetingFilter::crossesAtVertex(vxCurveLocation &location)
-{
-    const vxCurveLocation &partner = *location.intersection;
-    const Question question{ location.curve, partner.curve, location.time, partner.time, location.point };
-    for (const Answer &answer : m_latest) {
-        if (answer.question == question)
-            return answer.crosses;
-    }
-    Answer &answer = m_latest[m_oldest];
-    m_oldest = (m_oldest + 1) % m_latest.size();
-    answer = { question, crosses(location) };
-    return answer.crosses;
-}
-
-bool MeetingFilter::crosses(vxCurveLocation &location)
-{
-    const bool isCrossing = location.isCrossing();
-    if (!isCrossing)
-        noteTouch(location);
-    else if (isShallow(turnAt(location)))
-        m_notes.shallow = true;
-    return isCrossing;
-}
-
-void MeetingFilter::noteTouch(const vxCurveLocation &location)
-{
-    m_notes.touch = true;
-    if (m_touches.empty())
-        m_touches.reserve(16);
-    const vxCurveLocation *other = location.intersection;
-    const vxSegment *vertex = vertexAt(location);
-    const vxSegment *otherVertex = other ? vertexAt(*other) : nullptr;
-    if (vertex && other && other->curve)
-        m_touches.push_back({ vertex, otherVertex, other->curve->segment1() });
-    else if (otherVertex && location.curve)
-        m_touches.push_back({ otherVertex, nullptr, location.curve->segment1() });
-    else
-        m_touchedOffVertices = true;
-}
-
-void noteChains(const QList<vxCurveLocation *> &locations, RunNotes &notes)
-{
-    for (const vxCurveLocation *location : locations) {
-        if (location->next || location->previous)
-            notes.chained = true;
-    }
+    return Doubts::any(*this);
 }
 
 } // namespace vx

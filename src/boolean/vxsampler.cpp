@@ -4,23 +4,20 @@
 #include "vxcurvelocation.h"
 #include "vxintersect_p.h"
 #include "vxnearness_p.h"
+#include "vxoutline_p.h"
+#include "vxsamplefractions_p.h"
 #include "vxsharedborder_p.h"
 #include "vxtolerance.h"
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 using namespace vxTolerance;
 
 namespace vx {
 
 namespace {
-
-/**
- * Places along a stretch, as parts of its length, that are tried after the middle: golden sections, so that
- * no regular drawing has a vertex at all of them.
- */
-constexpr double otherFractions[] = { 0.381966, 0.618034, 0.236068, 0.763932, 0.145898, 0.854102 };
 
 /** Sine of the angle to the level below which a crossing's place on it is lost to rounding. */
 constexpr double grazingRise = 1e-3;
@@ -63,41 +60,6 @@ bool passesThrough(const Cubic &c, const vxPoint &p, double largest)
 
 } // namespace
 
-void Sampler::Chain::follow(vxSegment *start)
-{
-    links.clear();
-    length = 0;
-    if (!start->path)
-        return;
-    const QList<vxCurve *> &curves = start->path->_curves();
-    const QList<vxSegment *> &segments = start->path->_segments();
-    vxSegment *segment = start;
-    do {
-        const int i = segment->index;
-        if (vxCurve *curve = i >= 0 && i < curves.size() ? curves.at(i) : segment->getCurve()) {
-            const double ofCurve = curve->getLength();
-            links.push_back({ segment, curve, ofCurve });
-            length += ofCurve;
-        }
-        segment = i >= 0 && i + 1 < segments.size() ? segments.at(i + 1) : segment->getNext();
-    } while (segment && !segment->intersection() && segment != start);
-}
-
-bool Sampler::Chain::holds(const vxCurve *curve) const
-{
-    return std::any_of(links.begin(), links.end(), [curve](const Link &link) { return link.curve == curve; });
-}
-
-Sampler::Place Sampler::Chain::placeAt(double distance) const
-{
-    for (const Link &link : links) {
-        if (link.length >= distance)
-            return { &link, distance, link.curve->_cubic() };
-        distance -= link.length;
-    }
-    return {};
-}
-
 Sampler::Sampler(const XPath *path1, const XPath *path2, int op, RunNotes &notes, StandingCurves *standing1,
                  StandingCurves *standing2)
     : m_path1(path1), m_path2(path2), m_op(op), m_notes(notes)
@@ -125,7 +87,7 @@ void Sampler::reserve()
             count += outlineSize(*path->children.at(i));
     }
     m_pieces.reserve(count);
-    m_chain.links.reserve(32);
+    m_stretch.links.reserve(32);
 }
 
 void Sampler::append(const XPath &path, StandingCurves *standing)
@@ -136,7 +98,7 @@ void Sampler::append(const XPath &path, StandingCurves *standing)
         standing->giveLengths(path);
 }
 
-Sampler::Sample Sampler::sampleAt(const Place &place)
+Sampler::Sample Sampler::sampleAt(const Stretch::Place &place)
 {
     if (!place.link)
         return {};
@@ -152,7 +114,7 @@ Sampler::Sample Sampler::sampleAt(const Place &place)
 
 bool Sampler::isOtherThrough(const vxCurve *curve, const vxPoint &point) const
 {
-    return curve && !m_chain.holds(curve) &&
+    return curve && !m_stretch.holds(curve) &&
            passesThrough(curve->_cubic(), point, m_pieces.largestCoordinate());
 }
 
@@ -226,7 +188,7 @@ bool Sampler::countClearly(const vxCurve *own, double rise, const vxPoint &p, do
  * s is convex; beyond 1/2 it is the mirror image. So it arrives, and rounding (of a few 1e-16 of the largest
  * coordinate in the speed's coefficients) takes the sample less than 1e-9 off the place that d says.
  */
-bool Sampler::countOnLine(const Place &place, vxWinding &winding) const
+bool Sampler::countOnLine(const Stretch::Place &place, vxWinding &winding) const
 {
     constexpr double blur = 1e-8;
     constexpr double shortest = 1e-2;
@@ -312,9 +274,9 @@ bool Sampler::countIfFree(const Sample &sample, vxWinding &winding)
  */
 bool Sampler::isShared() const
 {
-    if (m_chain.links.size() != 1)
+    if (m_stretch.links.size() != 1)
         return false;
-    const vxCurve *own = m_chain.links.front().curve;
+    const vxCurve *own = m_stretch.links.front().curve;
     const vxPoint end = own->getPoint2();
     const auto endsWith = [&](const vxSegment *vertex) {
         return vertex && vertex->point.isClose(end, closeDistance);
@@ -341,8 +303,8 @@ bool Sampler::isShared() const
  */
 bool Sampler::isConfirmed(const vxWinding &winding)
 {
-    for (double fraction : otherFractions) {
-        const Place place = m_chain.placeAt(m_chain.length * fraction);
+    for (size_t i = 1; i < std::size(sampleFractions); ++i) {
+        const Stretch::Place place = m_stretch.placeAt(m_stretch.length * sampleFractions[i]);
         vxWinding other;
         if (!countOnLine(place, other)) {
             const Sample sample = sampleAt(place);
@@ -350,7 +312,7 @@ bool Sampler::isConfirmed(const vxWinding &winding)
                 continue;
         }
         // The tracer looks at the contour flag of a union only, where the count alone does not decide.
-        const bool flagMatters = m_op == 2 && winding.winding != 1;
+        const bool flagMatters = m_op == Unite && winding.winding != 1;
         return other.winding == winding.winding && (!flagMatters || other.contour == winding.contour);
     }
     return false;
@@ -359,8 +321,8 @@ bool Sampler::isConfirmed(const vxWinding &winding)
 /** The first place off the middle that lies on no other outline, and its count; false where there is none. */
 bool Sampler::countElsewhere(Sample &sample, vxWinding &winding)
 {
-    for (double fraction : otherFractions) {
-        sample = sampleAt(m_chain.placeAt(m_chain.length * fraction));
+    for (size_t i = 1; i < std::size(sampleFractions); ++i) {
+        sample = sampleAt(m_stretch.placeAt(m_stretch.length * sampleFractions[i]));
         if (sample.curve && countIfFree(sample, winding))
             return true;
     }
@@ -376,7 +338,7 @@ bool Sampler::countElsewhere(Sample &sample, vxWinding &winding)
 vxWinding Sampler::countStretch()
 {
     vxWinding winding;
-    const Place place = m_chain.placeAt(m_chain.length / 2);
+    const Stretch::Place place = m_stretch.placeAt(m_stretch.length * sampleFractions[0]);
     if (countOnLine(place, winding))
         return winding;
     const Sample middle = sampleAt(place);
@@ -396,9 +358,9 @@ vxWinding Sampler::countStretch()
 
 void Sampler::propagate(vxSegment *start)
 {
-    m_chain.follow(start);
+    m_stretch.follow(start);
     const vxWinding winding = countStretch();
-    for (auto link = m_chain.links.rbegin(); link != m_chain.links.rend(); ++link) {
+    for (auto link = m_stretch.links.rbegin(); link != m_stretch.links.rend(); ++link) {
         link->segment->winding = winding.winding;
         link->segment->contour = winding.contour;
     }

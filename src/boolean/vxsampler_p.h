@@ -1,8 +1,10 @@
 #pragma once
 
 #include "vxmonoindex_p.h"
+#include "vxoperation_p.h"
 #include "vxrunnotes_p.h"
 #include "vxstandingcurves_p.h"
+#include "vxstretch_p.h"
 #include "xpath.h"
 
 #include <memory>
@@ -26,27 +28,6 @@ public:
     void propagate(vxSegment *start);
 
 private:
-    struct Link {
-        vxSegment *segment;
-        vxCurve *curve;
-        double length;
-    };
-    /** On a link, whose curve is cubic, at an arc length from its start. */
-    struct Place {
-        const Link *link = nullptr;
-        double distance = 0;
-        Cubic cubic{};
-    };
-    /** Curves up to the next intersection, the end of the path, or back at the start. */
-    struct Chain {
-        std::vector<Link> links;
-        double length = 0;
-
-        void follow(vxSegment *start);
-        bool holds(const vxCurve *curve) const;
-        /** Nowhere for a distance beyond the end. */
-        Place placeAt(double distance) const;
-    };
     struct Sample {
         vxCurve *curve = nullptr;
         double time = 0;
@@ -59,17 +40,17 @@ private:
 
     void reserve();
     void append(const XPath &path, StandingCurves *standing);
-    static Sample sampleAt(const Place &place);
+    static Sample sampleAt(const Stretch::Place &place);
     bool isShared() const;
     bool liesOnAnother(const vxPoint &point);
     /** Whether a curve that is not of the stretch passes through a point; null does not. */
     bool isOtherThrough(const vxCurve *curve, const vxPoint &point) const;
-    bool asksForSides() const { return m_op == 3 && m_path2; }
+    bool asksForSides() const { return m_op == Subtract && m_path2; }
     vxWinding count(const Sample &sample) const;
     bool countClearly(const vxCurve *own, double rise, const vxPoint &p, double blur,
                       vxWinding &winding) const;
     bool allowsClearCounts(double rise) const;
-    bool countOnLine(const Place &place, vxWinding &winding) const;
+    bool countOnLine(const Stretch::Place &place, vxWinding &winding) const;
     bool countOnLevelLine(const vxCurve *own, const vxPoint &p, double blur, vxWinding &winding) const;
     bool countBetween(const ClearNeighbours &neighbours, ClearNeighbours::Of operands,
                       vxWinding &winding) const;
@@ -88,7 +69,7 @@ private:
     /** Counted instead of those where the caller lists pieces. */
     std::unique_ptr<MonoIndex> m_listedPieces;
     /** The stretch at hand, and the pieces near its sample. */
-    Chain m_chain;
+    Stretch m_stretch;
     std::vector<int> m_near;
 };
 

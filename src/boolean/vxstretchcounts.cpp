@@ -5,6 +5,7 @@
 #include "vxfilledregion_p.h"
 #include "vxmono.h"
 #include "vxoperation_p.h"
+#include "vxoutline_p.h"
 #include "xpath.h"
 
 #include <algorithm>
@@ -48,8 +49,8 @@ void clearCounts(const XPath &path)
     }
 }
 
-/** What is done to stretches whose positions are known. */
-enum class Give { Counts, PositionsAlone };
+/** What is written to stretches whose positions are known. */
+enum class Write { PositionsAndCounts, PositionsOnly };
 
 /** What an operand fills, of which nothing is made before it is asked for. */
 class RegionOnDemand
@@ -75,17 +76,18 @@ private:
 };
 
 /** Finds where the contours of one operand lie with respect to the other. */
-class EndCounter
+class StretchClassifier
 {
 public:
-    EndCounter(const DividedOperand &own, const DividedOperand &other, int op, bool isSecond, Give gives)
+    StretchClassifier(const DividedOperand &own, const DividedOperand &other, int op, bool isSecond,
+                      Write writes)
         : m_own(own), m_op(op), m_isSecond(isSecond),
-          m_gives(gives), m_sides{ own.fillsRight, other.fillsRight, gives == Give::PositionsAlone },
+          m_writes(writes), m_sides{ own.fillsRight, other.fillsRight, writes == Write::PositionsOnly },
           m_otherRegion(*other.original)
     {
     }
 
-    bool count()
+    bool classify()
     {
         const QVector<vxPath *> &children = m_own.copy->children;
         return std::all_of(children.begin(), children.end(),
@@ -159,7 +161,7 @@ private:
     void give(vxSegment &segment, Position position) const
     {
         segment.position = quint8(position);
-        if (m_gives == Give::PositionsAlone)
+        if (m_writes == Write::PositionsOnly)
             return;
         const vxWinding count = countOf(m_op, m_isSecond, position);
         segment.winding = count.winding;
@@ -169,16 +171,16 @@ private:
     const DividedOperand &m_own;
     const int m_op;
     const bool m_isSecond;
-    const Give m_gives;
+    const Write m_writes;
     const FilledSides m_sides;
     RegionOnDemand m_otherRegion;
 };
 
-bool findPositions(const DividedOperand &first, const DividedOperand &second, int op, Give gives)
+bool findPositions(const DividedOperand &first, const DividedOperand &second, int op, Write writes)
 {
     return areClosed(*first.copy) && areClosed(*second.copy) &&
-           EndCounter(first, second, op, false, gives).count() &&
-           EndCounter(second, first, op, true, gives).count();
+           StretchClassifier(first, second, op, false, writes).classify() &&
+           StretchClassifier(second, first, op, true, writes).classify();
 }
 
 // --- after tracing ---
@@ -280,20 +282,14 @@ bool isBoundary(int op, bool isSecond, Position position)
     return op == Subtract;
 }
 
-bool areClosed(const XPath &path)
-{
-    return std::all_of(path.children.begin(), path.children.end(),
-                       [](const vxPath *child) { return child->isClosed(); });
-}
-
 bool findPositions(const DividedOperand &first, const DividedOperand &second, int op)
 {
-    return findPositions(first, second, op, Give::PositionsAlone);
+    return findPositions(first, second, op, Write::PositionsOnly);
 }
 
 bool countByEnds(const DividedOperand &first, const DividedOperand &second, int op)
 {
-    if (findPositions(first, second, op, Give::Counts))
+    if (findPositions(first, second, op, Write::PositionsAndCounts))
         return true;
     clearCounts(*first.copy);
     clearCounts(*second.copy);

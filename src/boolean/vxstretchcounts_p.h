@@ -9,9 +9,6 @@ struct vxContact;
 
 namespace vx {
 
-/** Whether all contours are closed, so that every vertex has a curve on both sides. */
-bool areClosed(const XPath &path);
-
 /** Whether the result's boundary runs along a stretch of an operand; of two that run together, along one. */
 bool isBoundary(int op, bool isSecond, Position position);
 
@@ -43,9 +40,9 @@ bool countByEnds(const DividedOperand &first, const DividedOperand &second, int 
 bool findPositions(const DividedOperand &first, const DividedOperand &second, int op);
 
 /**
- * Whether tracing kept just those stretches, of which one of these found the positions, that bound the
- * result, and could join them in one way only; contacts are those that were not taken for meetings.
- * Then there is nothing left to doubt.
+ * Whether the traced contours consist of exactly the boundary stretches, and could only be joined one way.
+ * Call countByEnds() or findPositions() first. contacts: those that were not taken for meetings. Then there
+ * is nothing left to doubt.
  */
 bool walkedTheBoundary(const DividedOperand &first, const DividedOperand &second, int op,
                        const std::vector<vxContact> &contacts);

@@ -1,23 +1,30 @@
 // The boolean engine. computeBoolean runs these steps, of which BooleanRun makes the first five:
 //  1. copy both operands and clean each of its own crossings (cleanCopy);
 //  2. turn the second so that both wind alike (unite, intersect) or against each other (subtract, exclude);
-//  3. find the crossings of the two and divide the curves there (getCrossings, divideLocations);
+//  3. find the crossings of the two (findIntersections, of which MeetingFilter takes those that count) and
+//     divide the curves there (divideLocations);
 //  4. give every stretch between crossings its winding count, by its ends (countByEnds) or by its middle
 //     (Sampler);
 //  5. walk the stretches that belong to the result, changing over at crossings (tracePaths);
-//  6. hold the result against the arrangement of all curves where the run met anything doubtful (audit) and
-//     that the walk kept just the boundary does not settle;
-//  7. drop what is left of straight runs (createResult).
+//  6. hold the result against the arrangement of all curves where the run met anything doubtful (audit) that
+//     is not settled by what the walk kept;
+//  7. drop what is left of straight runs (createResult), where an audit has not done so.
+// docs/architecture.md tells how they work together.
 
 #include "xpath.h"
 
 #include "vxaudit_p.h"
+#include "vxboolean_p.h"
 #include "vxbooleanrun_p.h"
 #include "vxcleancopy_p.h"
 #include "vxoperation_p.h"
+#include "vxoutline_p.h"
 #include "vxplacement_p.h"
+#include "vxrepeated_p.h"
 #include "vxrunnotes_p.h"
 #include "vxsampler_p.h"
+#include "vxtakencontours_p.h"
+#include "vxtracing_p.h"
 
 #include <algorithm>
 #include <memory>
@@ -60,14 +67,14 @@ QVector<vxPath *> cleanContours(const XPath *path, vx::RunNotes &notes, IsDroppe
     return contours;
 }
 
-/** What a run gives that finds each contour of an operand along its like. */
+/** The result when both operands have the same outlines. */
 QVector<vxPath *> sharedContours(const XPath *path, vx::RunNotes &notes)
 {
     return cleanContours(path, notes,
                          [](const vxPath &contour) { return contour.getArea(true, false) == 0; });
 }
 
-/** What a run gives that walks around each contour of an operand: the result decides how they run. */
+/** The result when the operand is kept whole; which way round its contours run is decided by the result. */
 QVector<vxPath *> walkedContours(const XPath *path, vx::RunNotes &notes)
 {
     const QVector<vxPath *> contours = cleanContours(path, notes, vx::isLeftover);
@@ -169,28 +176,26 @@ XPath *vx::computeBoolean(XPath *path1, XPath *path2, int op, AuditMode mode, vx
         if (path)
             path->_noticeEdits();
     }
-    if (path1 && path1->children.size() == 1 && !path1->children.first()->isClosed())
+    if (path1 && isSingleOpen(*path1))
         return computeOpenBoolean(path1, path2, op, report);
     if (op < vx::Intersect || op > vx::Exclude)
         return new XPath;
     RunNotes notes;
-    // One object as both operands counts once: nothing is filled twice, and all else gives the object.
-    const bool once = path1 == path2 && path1;
     const vxRect box1 = boundsOf(path1);
     const vxRect box2 = boundsOf(path2);
-    QVector<vxPath *> contours = contoursOf(path1, box1, path2, box2, op, notes);
+    AuditedContours result{ contoursOf(path1, box1, path2, box2, op, notes), false };
+    // Only now: a run that settles its doubts clears all of them, and this is none that it can settle.
     notes.outOfScale = vx::isOutOfScale(box1, box2);
+    // One object as both operands counts once: the run has made one copy of it, so that nothing is filled
+    // twice. An intersection keeps nothing then, and every other operation the object itself.
+    const bool once = path1 == path2 && path1;
     if (!once || op != vx::Intersect) {
         const QVector<const XPath *> operands =
             once ? QVector<const XPath *>{ path1 } : QVector<const XPath *>{ path1, path2 };
-        contours = audit(operands, once ? Operation::Unite : Operation(op), contours, notes, mode, report);
+        result =
+            audit(operands, once ? Operation::Unite : Operation(op), result.contours, notes, mode, report);
     }
-    // What was audited is given as it was: simplifying it, or simplifying it twice, would move its area.
-    const bool isSimplified =
-        report.verdict == vxBooleanReport::Plain && notes.settled && mode != AuditMode::Never;
-    const bool simplify = !isSimplified && (report.verdict == vxBooleanReport::Plain ||
-                                            report.verdict == vxBooleanReport::Doubtful);
-    return XPath::createResult(contours, simplify, path1, path2);
+    return XPath::createResult(result.contours, !result.isFinal, path1, path2);
 }
 
 void XPath::propagateWinding(vxSegment *start, XPath *path1, XPath *path2, const QList<vxMono *> &monos,

@@ -1,24 +1,20 @@
 #include "xpath.h"
 
-#include "vxaudit_p.h"
+#include "vxboolean_p.h"
 #include "vxcurvelocation.h"
 #include "vxintersect_p.h"
 #include "vxintersections_p.h"
 #include "vxlocationowner_p.h"
+#include "vxoperation_p.h"
+#include "vxoutline_p.h"
 #include "vxref_p.h"
+#include "vxsamplefractions_p.h"
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 
 namespace {
-
-bool isSingleOpen(const XPath &path)
-{
-    return path.children.size() == 1 && !path.children.first()->isClosed();
-}
-
-/** Places along a piece, as parts of its length, that are asked for its side; the first is the rule. */
-constexpr double sampleFractions[] = { 0.5, 0.381966, 0.618034, 0.236068, 0.763932, 0.145898, 0.854102 };
 
 /** Cuts an open path into pieces and keeps those on one side of a shape. */
 class Cutter
@@ -82,11 +78,11 @@ private:
         bool stated = true;
         bool side = true;
         bool isKnown = false;
-        for (double fraction : sampleFractions) {
-            const vxPoint point = piece.getPointAt(length * fraction);
+        for (size_t i = 0; i < std::size(vx::sampleFractions); ++i) {
+            const vxPoint point = piece.getPointAt(length * vx::sampleFractions[i]);
             const bool inside = m_shape.contains(point, style);
-            if (fraction == sampleFractions[0])
-                stated = inside;
+            if (i == 0)
+                stated = inside; // the middle is the rule
             if (liesOnOutline(point)) {
                 raise(vxBooleanReport::Audited);
                 continue;
@@ -130,8 +126,8 @@ XPath *XPath::computeOpenBoolean(XPath *path1, XPath *path2, int op)
 
 XPath *vx::computeOpenBoolean(XPath *path1, XPath *path2, int op, vxBooleanReport &report)
 {
-    const bool intersecting = op == 1;
-    const bool subtracting = op == 3;
+    const bool intersecting = op == vx::Intersect;
+    const bool subtracting = op == vx::Subtract;
     if (!path1 || path1->children.isEmpty() || !path2 || isSingleOpen(*path2) ||
         !(intersecting || subtracting))
         return nullptr;

@@ -3,11 +3,14 @@
 #include "vxcurvelocation.h"
 #include "vxintersections_p.h"
 #include "vxlocationowner_p.h"
+#include "vxmeetingfilter_p.h"
 #include "vxmeetingplaces_p.h"
 #include "vxnesting_p.h"
 #include "vxownoverlaps_p.h"
 #include "vxref_p.h"
+#include "vxresolve_p.h"
 #include "vxrunnotes_p.h"
+#include "vxtracing_p.h"
 
 #include <algorithm>
 #include <vector>
@@ -59,8 +62,8 @@ private:
         if (metNothing() && meetAtJointsOnly(doubts.unfinished))
             doubts.unfinished.clear();
         m_notes.add(doubts);
-        m_notes.touchWithin = filter.touchedOffVertices() || hasContactWithin(filter.touches()) ||
-                              hasContactWithin(doubts.nearMisses);
+        m_notes.touchOffVertex = filter.touchedOffVertices() || hasContactWithin(filter.touches()) ||
+                                 hasContactWithin(doubts.nearMisses);
         return found;
     }
 
@@ -105,7 +108,7 @@ private:
         QList<vxSegment *> segments;
         for (const vxPath *child : qAsConst(m_path.children))
             segments += child->_segments();
-        return vx::tracePaths(segments, 0, vx::Untouched::Copied, m_notes);
+        return vx::tracePaths(segments, vx::resolveOnly, vx::Untouched::Copied, m_notes);
     }
 
     /** Makes the contours that stay, which are oriented, the children, unless they are that as they stand. */

@@ -1,18 +1,16 @@
 #include "xpath.h"
 
 #include "vxbatch_p.h"
-#include "vxcleancopy_p.h"
 #include "vxcurvelocation.h"
 #include "vxref_p.h"
 #include "vxrunnotes_p.h"
+#include "vxsameoutline_p.h"
 #include "vxtolerance.h"
+#include "vxtracing_p.h"
 
 #include <algorithm>
-#include <set>
-#include <utility>
+#include <cmath>
 #include <vector>
-
-using namespace vxTolerance;
 
 namespace {
 
@@ -21,36 +19,6 @@ vxSegment *segmentOf(const vxCurveLocation *location)
 {
     vxSegment *segment = location ? location->segment : nullptr;
     return segment && segment->path ? segment : nullptr;
-}
-
-bool sameSegment(const vxSegment &a, const vxSegment &b, bool reversed)
-{
-    const vxPoint &handleIn = reversed ? b.handleOut : b.handleIn;
-    const vxPoint &handleOut = reversed ? b.handleIn : b.handleOut;
-    return a.point.isClose(b.point, closeDistance) && a.handleIn.isClose(handleIn, closeDistance) &&
-           a.handleOut.isClose(handleOut, closeDistance);
-}
-
-/** Whether two closed contours are the same outline, wherever they start and whichever way they run. */
-bool sameOutline(const vxPath &path1, const vxPath &path2)
-{
-    const QList<vxSegment *> &a = path1._segments();
-    const QList<vxSegment *> &b = path2._segments();
-    const int n = a.size();
-    if (b.size() != n || path1.isClosed() != path2.isClosed())
-        return false;
-    if (!path1.isClosed() || n == 0)
-        return vxSegment::segsEquals(a, b);
-    for (bool reversed : { false, true }) {
-        for (int start = 0; start < n; ++start) {
-            int i = 0;
-            while (i < n && sameSegment(*a.at(i), *b.at((start + (reversed ? n - i : i)) % n), reversed))
-                ++i;
-            if (i == n)
-                return true;
-        }
-    }
-    return false;
 }
 
 class Tracer
@@ -76,19 +44,7 @@ public:
 private:
     bool isAccepted(const vxSegment &segment, bool excludeContour) const
     {
-        switch (m_op) {
-        case 0:
-            return true;
-        case 1:
-            return segment.winding == 2;
-        case 2:
-            return segment.winding == 1 || (!excludeContour && segment.contour);
-        case 3:
-        case 4:
-            return segment.winding == 1;
-        default:
-            return false;
-        }
+        return vx::isInResult(m_op, segment) || (m_op == vx::Unite && !excludeContour && segment.contour);
     }
 
     bool isValid(const vxSegment *segment, bool excludeContour = false) const
@@ -106,7 +62,7 @@ private:
         if (!isValid(segment, true))
             return false;
         const vxCurveLocation *inter = segment->intersection();
-        return segment->path->isFlags(vx::validOverlapsOnly) || !inter || !inter->overlap;
+        return segment->path->isFlags(vx::onlyOverlapsInResult) || !inter || !inter->overlap;
     }
 
     /** Two contours that are the same outline everywhere: the result is one of them, or nothing. */
@@ -117,16 +73,12 @@ private:
         const vxPath *path = segment->path;
         const vxSegment *partner = segmentOf(segment->intersection());
         const vxPath *other = partner ? partner->path : nullptr;
-        if (!other || isKnownDifferent(path, other))
+        if (!other || !m_outlines.areSame(*path, *other))
             return;
-        if (!sameOutline(*path, *other)) {
-            m_different.emplace(path, other);
-            return;
-        }
-        const bool isKept = (m_op == 1 || m_op == 2) && path->getArea(true, false) != 0;
+        const bool isKept = (m_op == vx::Intersect || m_op == vx::Unite) && path->getArea(true, false) != 0;
         if (isKept) {
             m_result.append(path->clone());
-            m_result.last()->removeFlags(vx::overlapsOnly | vx::validOverlapsOnly);
+            m_result.last()->removeFlags(vx::overlapsOnly | vx::onlyOverlapsInResult);
         }
         for (const vxPath *visited : { path, other }) {
             for (vxSegment *s : visited->_segments()) {
@@ -134,12 +86,6 @@ private:
                 s->walked = isKept && visited == path;
             }
         }
-    }
-
-    /** Two contours are compared once, not for each of their segments. */
-    bool isKnownDifferent(const vxPath *path, const vxPath *other) const
-    {
-        return m_different.count({ path, other }) != 0;
     }
 
     /**
@@ -164,7 +110,7 @@ private:
             return true;
         if (candidate->visited || (following && following->visited))
             return false;
-        if (m_op == 0)
+        if (m_op == vx::resolveOnly)
             return true;
         vxCurveLocation *inter = following ? following->intersection() : nullptr;
         return isValid(candidate) && (isValid(following) || (inter && isValid(segmentOf(inter))));
@@ -194,7 +140,7 @@ private:
     /** Nothing leads a walk away from the contour, or stops it. */
     bool isWalkedWhole(const vxPath &path) const
     {
-        const bool mayStop = path.isFlags(vx::validOverlapsOnly);
+        const bool mayStop = path.isFlags(vx::onlyOverlapsInResult);
         const QList<vxSegment *> &segments = path._segments();
         return std::all_of(segments.begin(), segments.end(), [&](const vxSegment *segment) {
             return !segment->intersection() && !segment->visited && (!mayStop || isValid(segment));
@@ -217,7 +163,7 @@ private:
                 finished = true;
                 segment = other;
             } else if (isValid(other, isValid(segment, true))) {
-                if (m_op == 1 || m_op == 3)
+                if (m_op == vx::Intersect || m_op == vx::Subtract)
                     segment->visited = true;
                 segment = other;
             }
@@ -227,7 +173,7 @@ private:
                     first->changedOver = arrived != first;
                 break;
             }
-            if (segment->path->isFlags(vx::validOverlapsOnly) && !isValid(segment))
+            if (segment->path->isFlags(vx::onlyOverlapsInResult) && !isValid(segment))
                 break;
             if (m_outline.empty()) {
                 m_start = first = segment;
@@ -284,10 +230,17 @@ private:
     std::vector<vxSegment *> m_outline;
     vxBatch<vxSegment> m_batch;
     QVector<vxPath *> m_result;
-    std::set<std::pair<const vxPath *, const vxPath *>> m_different;
+    vx::OutlineComparison m_outlines;
 };
 
 } // namespace
+
+bool vx::isLeftover(const vxPath &contour)
+{
+    constexpr int mostSegments = 8;
+    return contour._segments().size() <= mostSegments &&
+           std::fabs(contour.getArea(true, false)) <= vxTolerance::machineZero;
+}
 
 QVector<vxPath *> vx::tracePaths(const QList<vxSegment *> &segments, int op, Untouched untouched,
                                  RunNotes &notes)

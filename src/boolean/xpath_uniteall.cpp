@@ -1,6 +1,8 @@
 #include "xpath.h"
 
 #include "vxarrangement_p.h"
+#include "vxoperation_p.h"
+#include "vxoutline_p.h"
 
 #include <memory>
 
@@ -16,7 +18,7 @@ XPath *uniteInTurn(const QList<XPath *> &paths, vxBooleanReport &report)
     vxBooleanReport worst;
     vxBooleanReport step;
     for (XPath *path : paths) {
-        result.reset(XPath::computeBoolean(path, result.get(), 2, step));
+        result.reset(XPath::computeBoolean(path, result.get(), vx::Unite, step));
         if (step.verdict >= worst.verdict)
             worst = step;
     }
@@ -27,8 +29,7 @@ XPath *uniteInTurn(const QList<XPath *> &paths, vxBooleanReport &report)
 
 bool isArea(const XPath *path)
 {
-    return path && !path->children.isEmpty() &&
-           !(path->children.size() == 1 && !path->children.first()->isClosed());
+    return path && !path->children.isEmpty() && !vx::isSingleOpen(*path);
 }
 
 } // namespace

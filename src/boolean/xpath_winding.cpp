@@ -3,6 +3,7 @@
 #include "vxlevelcount_p.h"
 #include "vxmonoindex_p.h"
 #include "vxmonopieces_p.h"
+#include "vxoutline_p.h"
 #include "vxtolerance.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 
 #include "area.h"
 #include "pzpath.h"
-#include "vxaudit_p.h"
+#include "vxboolean_p.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,9 @@
 #include "support/shapes.h"
 
 #include "vxcurvelocation.h"
+#include "vxintersections_p.h"
 #include "vxlocationowner_p.h"
+#include "vxmeetingfilter_p.h"
 #include "vxrunnotes_p.h"
 
 #include <gtest/gtest.h>

@@ -1,10 +1,11 @@
 #include "support/shapes.h"
 
-#include "vxaudit_p.h"
+#include "vxbooleanreport.h"
 #include "vxcleancopy_p.h"
 #include "vxcurvelocation.h"
 #include "vxintersections_p.h"
 #include "vxlocationowner_p.h"
+#include "vxmeetingfilter_p.h"
 #include "vxpositions_p.h"
 #include "vxrunnotes_p.h"
 #include "vxsampler_p.h"
@@ -41,7 +42,7 @@ struct Divided {
 private:
     QList<vxCurveLocation *> find(int op)
     {
-        areClean = !notes.any();
+        areClean = !notes.anyDoubt();
         const bool opposite = op >= 3;
         if ((a->isClockwise() == b->isClockwise()) == opposite)
             b->reverse();
@@ -66,7 +67,7 @@ int compare(const XPath &a, const XPath &b, int op)
         const vxWinding byEnds{ start->winding, start->contour };
         vx::RunNotes sampling;
         vx::Sampler(run.a.get(), run.b.get(), op, sampling).propagate(start);
-        if (sampling.any() || vx::isAlong(vx::Position(start->position)))
+        if (sampling.anyDoubt() || vx::isAlong(vx::Position(start->position)))
             continue;
         EXPECT_EQ(start->winding, byEnds.winding) << "operation " << op;
         // The tracer asks for the flag of a union only, where the count alone does not decide.

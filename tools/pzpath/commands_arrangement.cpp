@@ -110,6 +110,6 @@ QVector<Command> arrangementCommands()
 {
     return {
         { "arrangement", "A B [OP]", "all curves of both cut where they meet, and what of them OP keeps", 2,
-          3, Command::Output, runArrangement },
+          3, Command::Output | Command::WritesText, runArrangement },
     };
 }

@@ -244,6 +244,6 @@ QVector<Command> galleryCommands()
 {
     return {
         { "gallery", "FILE...", "a sheet of every operation and effect, on the first case of each file", 1,
-          Command::anyNumber, Command::Output, runGallery },
+          Command::anyNumber, Command::Output | Command::WritesText, runGallery },
     };
 }

@@ -12,8 +12,11 @@ struct Shape;
 
 /** One command of the tool. */
 struct Command {
-    /** Which options the command takes, to be or-ed. */
-    enum Option { NoOption = 0, Output = 1, Elements = 2, Json = 4, Corpus = 8 };
+    /**
+     * Which options the command takes, to be or-ed. WritesText is none that a user gives: text in pictures
+     * needs fonts and so a GUI application.
+     */
+    enum Option { NoOption = 0, Output = 1, Elements = 2, Json = 4, Corpus = 8, WritesText = 16 };
     static constexpr int anyNumber = 1000000;
 
     const char *name;

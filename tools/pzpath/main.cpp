@@ -3,6 +3,7 @@
 
 #include <QGuiApplication>
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 
@@ -74,12 +75,18 @@ void keepFatal(QtMsgType type, const QMessageLogContext &, const QString &text)
         std::fprintf(stderr, "pzpath: %s\n", text.simplified().toUtf8().constData());
 }
 
-/** Text in pictures needs fonts and so a GUI application; everything else starts faster without one. */
+bool writesText(const char *name)
+{
+    const QVector<Command> commands = allCommands();
+    return std::any_of(commands.begin(), commands.end(), [name](const Command &command) {
+        return (command.options & Command::WritesText) && qstrcmp(name, command.name) == 0;
+    });
+}
+
+/** Everything that writes no text into pictures starts faster without a GUI application. */
 QCoreApplication *makeApplication(int &argc, char **argv)
 {
-    const bool writesText =
-        argc > 1 && (qstrcmp(argv[1], "gallery") == 0 || qstrcmp(argv[1], "arrangement") == 0);
-    if (!writesText)
+    if (argc < 2 || !writesText(argv[1]))
         return new QCoreApplication(argc, argv);
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -14,10 +14,6 @@
 
 namespace {
 
-/** Orientation flags of a contour. */
-constexpr quint32 madeClockwise = 1;
-constexpr quint32 madeCounterClockwise = 2;
-
 /** Walks over the text once; positions in messages count from 1. */
 class Reader
 {
@@ -149,11 +145,6 @@ vxPoint toVx(const QPointF &p)
     return vxPoint(p.x(), p.y());
 }
 
-QPointF toQt(const vxPoint &p)
-{
-    return QPointF(p.x, p.y);
-}
-
 void closeContour(vxPath *contour)
 {
     vxSegment *first = contour->getFirstSegment();
@@ -200,10 +191,10 @@ QVector<vxPath *> toContours(const PathCommands &commands, XPath *parent)
 PathCommand curveBetween(const vxSegment *from, const vxSegment *to)
 {
     if (from->getHandleOut() == vxPoint() && to->getHandleIn() == vxPoint())
-        return { 'L', { toQt(to->getPoint()) } };
+        return { 'L', { to->getPoint().toPt() } };
     return { 'C',
-             { toQt(from->getPoint().add(from->getHandleOut())), toQt(to->getPoint().add(to->getHandleIn())),
-               toQt(to->getPoint()) } };
+             { from->getPoint().add(from->getHandleOut()).toPt(),
+               to->getPoint().add(to->getHandleIn()).toPt(), to->getPoint().toPt() } };
 }
 
 } // namespace
@@ -244,7 +235,7 @@ std::unique_ptr<XPath> toXPathAsDrawn(const PathCommands &commands)
     const QVector<vxPath *> contours = toContours(commands, path.get());
     // A contour that carries an orientation flag is not turned when it is added.
     for (vxPath *contour : contours)
-        contour->addFlags(contour->isClockwise() ? madeClockwise : madeCounterClockwise);
+        contour->addFlags(contour->isClockwise() ? vxPath::madeClockwise : vxPath::madeCounterClockwise);
     path->addChildren(contours);
     return path;
 }
@@ -283,7 +274,7 @@ PathCommands commandsOf(const vxPath &contour)
     const QList<vxSegment *> segments = contour.getSegments();
     if (segments.isEmpty())
         return {};
-    PathCommands commands{ { 'M', { toQt(segments.first()->getPoint()) } } };
+    PathCommands commands{ { 'M', { segments.first()->getPoint().toPt() } } };
     for (int i = 1; i < segments.size(); ++i)
         commands << curveBetween(segments[i - 1], segments[i]);
     if (contour.isClosed()) {

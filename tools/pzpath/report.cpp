@@ -1,6 +1,7 @@
 #include "report.h"
 
 #include "invocation.h"
+#include "median.h"
 #include "pathdata.h"
 
 #include <pzgraphics/xpath.h>
@@ -12,13 +13,9 @@ namespace {
 
 constexpr double operandTolerance = 1e-3;
 
-QString medianText(QVector<qint64> times)
+QString medianText(const QVector<qint64> &times)
 {
-    if (times.isEmpty())
-        return QStringLiteral("-");
-    const auto middle = times.begin() + times.size() / 2;
-    std::nth_element(times.begin(), middle, times.end());
-    return QString::number(*middle / 1000.0, 'f', 1);
+    return times.isEmpty() ? QStringLiteral("-") : QString::number(medianOf(times) / 1000.0, 'f', 1);
 }
 
 } // namespace

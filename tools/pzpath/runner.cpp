@@ -2,6 +2,7 @@
 
 #include "area.h"
 #include "isolate.h"
+#include "median.h"
 
 #include <pzgraphics/vxpath.h>
 #include <pzgraphics/vxsegment.h>
@@ -13,13 +14,6 @@
 #include <cstring>
 
 namespace {
-
-qint64 medianOf(QVector<qint64> times)
-{
-    const auto middle = times.begin() + times.size() / 2;
-    std::nth_element(times.begin(), middle, times.end());
-    return *middle;
-}
 
 bool isFinite(const vxPath &contour)
 {
