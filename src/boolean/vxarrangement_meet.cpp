@@ -222,8 +222,8 @@ void Arrangement::meetPair(int i, int j)
     const bool areJoinedLines = areLines && areNeighbours(i, j);
     if ((areJoinedLines && runAcross(a, b)) || partAtSharedEnd(a.values, b.values))
         return;
-    const Contact contact = possibleContact(a, b);
-    if (contact == Contact::None || (contact == Contact::Any && cutAtOverlap(i, j)))
+    const PossibleContact contact = possibleContact(a, b);
+    if (contact == PossibleContact::None || (contact == PossibleContact::Any && cutAtOverlap(i, j)))
         return;
     if (areLines) {
         if (!areJoinedLines) // they meet nowhere else

@@ -2,6 +2,7 @@
 
 #include "vxcleancopy_p.h"
 #include "vxcurvelocation.h"
+#include "vxdividemode_p.h"
 #include "vxmeetingplaces_p.h"
 #include "vxoperation_p.h"
 #include "vxowncontacts_p.h"
@@ -106,7 +107,7 @@ void BooleanRun::divide()
         m_standing1->number(*m_path1);
     if (m_standing2)
         m_standing2->number(*m_path2);
-    m_locations = m_path1->divideLocations(vxCurveLocation::expand(crossings), 0);
+    m_locations = m_path1->divideLocations(vxCurveLocation::expand(crossings), DivideAtAll);
     noteChains(m_locations, m_notes);
 }
 

@@ -1,6 +1,7 @@
 #include "xpath.h"
 
 #include "vxcurvelocation.h"
+#include "vxdividemode_p.h"
 #include "vxintersections_p.h"
 #include "vxlocationowner_p.h"
 #include "vxmeetingfilter_p.h"
@@ -31,7 +32,7 @@ public:
         if (!metNothing())
             holdSegments();
         if (m_hasOverlaps) {
-            const QList<vxCurveLocation *> divided = m_path.divideLocations(locations, 1);
+            const QList<vxCurveLocation *> divided = m_path.divideLocations(locations, vx::DivideAtOverlaps);
             holdSegments();
             vx::removeInsideOverlaps(m_path, divided);
         }
@@ -103,7 +104,7 @@ private:
     QVector<vxPath *> trace(const QList<vxCurveLocation *> &locations)
     {
         m_notes.selfCrossing = true;
-        m_path.divideLocations(locations, m_hasOverlaps ? 2 : 0);
+        m_path.divideLocations(locations, m_hasOverlaps ? vx::DivideAtAlive : vx::DivideAtAll);
         vx::noteChains(locations, m_notes);
         QList<vxSegment *> segments;
         for (const vxPath *child : qAsConst(m_path.children))

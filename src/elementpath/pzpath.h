@@ -23,8 +23,14 @@ class XPath;
  * reports errors; degenerate input is absorbed (null arrays are ignored, a truncated cubic at the end of the
  * list is skipped).
  *
- * Operations that go through the engine (booleans, smoothing, trimming, crossings, heads) clean this path up
- * first, and the other operand too where there is one.
+ * Operations that go through the engine clean this path up first, and the other operand too where there is
+ * one: toXPath, booleans, uniteAll (all of its operands), evenOdd, smooth, splitAt, crossPoints,
+ * bestCrossPoint, dividePath, setCornerRound, setLineHead, getTangent, and manualPath (its source).
+ *
+ * What comes back from the engine has the engine's directions, whatever the subpaths had before: the first
+ * subpath is turned clockwise if it is closed, every further closed one counter-clockwise; open ones keep
+ * their direction. Booleans may direct outlines by their nesting instead: outer ones clockwise, holes
+ * counter-clockwise.
  */
 class PZGRAPHICS_EXPORT PZPath
 {
@@ -169,7 +175,10 @@ public:
      * Cleans this path up and replaces xpath's children by its subpaths from element startIndex (clamped) on.
      */
     void toXPath(XPath &xpath, int startIndex = 0);
-    /** Appends xpath's children [first, last) (last -1: all); this path is not cleared. */
+    /**
+     * Appends xpath's children [first, last) (last -1: all); this path is not cleared. Children of fewer than
+     * two vertices are left out.
+     */
     void fromXPath(const XPath &xpath, int first = 0, int last = -1);
 
     // --- booleans and cutting: pzpath_boolean.cpp ---
@@ -186,14 +195,19 @@ public:
     static PZPath uniteAll(QVector<PZPath> &paths);
     static PZPath uniteAll(QVector<PZPath> &paths, vxBooleanReport &report);
     /**
-     * Appends the normalised copy of this path to its elements; callers that want only the copy clear first.
+     * Appends the normalised copy of this path to its elements: what toXPath() and fromXPath() make of it,
+     * that is, cleaned up, directions as the engine has them, ends and corners of lines that are one point
+     * within mergeExtent merged, subpaths of a single vertex left out. Callers that want only the copy drop
+     * the elements before it.
      */
     void evenOdd();
     /** Smooths every subpath with vxPath::smooth of the given type (1 to 4), factor 0.5. */
     void smooth(int type);
     /**
-     * Trims startCut path units from the start and endCut from the end. A cut of less than one whole unit (or
-     * NaN) is none, and without a start cut nothing is done. True when the path was changed.
+     * Keeps what lies behind arc length startCut (negative: counted from the end) of the subpath it falls on,
+     * less endCut from its end. All other subpaths go; a closed one is only opened at the cut. Path units; a
+     * cut of less than one whole unit (or NaN) is none, nor is an endCut that is negative or would leave
+     * nothing; without a start cut nothing is done. True when the path was changed.
      */
     bool splitAt(double startCut, double endCut);
     /** The points where the outlines pass through each other. */
@@ -201,8 +215,10 @@ public:
     /** The first crossing point; (0, 0) when there is none. */
     QPointF bestCrossPoint(PZPath &other);
     /**
-     * Cuts the first subpath at the first crossing, which point receives, and keeps the part before it (with
-     * all other subpaths) or the part after it. False and unchanged without a crossing or a piece.
+     * Cuts the first subpath at the first crossing and keeps the part before it (with all other subpaths) or
+     * the part after it. The first subpath is cut at the crossing's place (curve number and time) even when
+     * the crossing lies on another one. point is written whenever there is a crossing. False and, but for the
+     * clean-up, unchanged without a crossing or a piece.
      */
     bool dividePath(PZPath &other, QPointF &point, bool keepFirst);
 
@@ -235,7 +251,11 @@ public:
      * left around a corner.
      */
     void setCornerRound(double distance);
-    /** Rounds corners by whole units, at most half of each edge that meets there (pzpath_round2.cpp). */
+    /**
+     * Rounds corners by whole units, at most half of each edge that meets there (pzpath_round2.cpp). A cubic
+     * rounded at both ends keeps the control points of its part before the second cut, although it starts at
+     * the first: it bulges back, up to a spike where both cuts coincide.
+     */
     void setCornerRound2(double distance);
     /**
      * Trims every open subpath by lengths along the path and records the untrimmed tips in the head fields; a

@@ -8,11 +8,6 @@
 
 namespace {
 
-vxPoint toEngine(const PZPath::PZElement &element)
-{
-    return vxPoint(element.x, element.y);
-}
-
 /** Collects contours from elements that come in order. */
 class ContourBuilder
 {
@@ -162,19 +157,19 @@ std::vector<vxRef<vxPath>> pz::buildContours(const PZPath &path, int from, XPath
         const PZPath::PZElement &element = path.at(i);
         switch (element.type) {
         case PZPath::MoveToElement:
-            builder.move(toEngine(element));
+            builder.move(pz::pointOf(element));
             break;
         case PZPath::LineToElement:
-            builder.line(toEngine(element));
+            builder.line(pz::pointOf(element));
             break;
         case PZPath::CurveToElement:
             if (i < n - 2) {
-                builder.cubic(toEngine(element), toEngine(path.at(i + 1)), toEngine(path.at(i + 2)));
+                builder.cubic(pz::pointOf(element), pz::pointOf(path.at(i + 1)), pz::pointOf(path.at(i + 2)));
                 i += 2;
             }
             break;
         case PZPath::CloseElement:
-            builder.close(toEngine(element));
+            builder.close(pz::pointOf(element));
             break;
         default: // a data element without its curve
             break;

@@ -1,14 +1,12 @@
 #include "pzpath.h"
+#include "pzpath_p.h"
 #include "vxtolerance.h"
 
 #include <cmath>
 
-namespace {
+using pz::makeElement;
 
-PZPath::PZElement makeElement(const QPointF &p, int type)
-{
-    return { p.x(), p.y(), 0, 0, type };
-}
+namespace {
 
 bool isSamePoint(const PZPath::PZElement &element, double x, double y)
 {

@@ -14,7 +14,7 @@ using Tips = QVector<QPointF>;
 
 double distanceBetween(const PZPath::PZElement &a, const PZPath::PZElement &b)
 {
-    return vxPoint(a.x, a.y).getDistance(vxPoint(b.x, b.y));
+    return pz::pointOf(a).getDistance(pz::pointOf(b));
 }
 
 void moveTowards(PZPath::PZElement &element, const PZPath::PZElement &target, double length)

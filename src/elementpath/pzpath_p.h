@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pzpath.h"
+#include "vxnumeric_p.h"
 #include "vxpath.h"
 #include "vxref_p.h"
 
@@ -18,10 +19,31 @@ namespace pz {
  */
 std::vector<vxRef<vxPath>> buildContours(const PZPath &path, int from, XPath *parent, int limit = INT_MAX);
 
+inline vxPoint pointOf(const PZPath::PZElement &element)
+{
+    return vxPoint(element.x, element.y);
+}
+
+inline void setPoint(PZPath::PZElement &element, const vxPoint &p)
+{
+    element.x = p.x;
+    element.y = p.y;
+}
+
+/** A new element, without a head. */
+inline PZPath::PZElement makeElement(const vxPoint &p, int type)
+{
+    return { p.x, p.y, 0, 0, type };
+}
+inline PZPath::PZElement makeElement(const QPointF &p, int type)
+{
+    return { p.x(), p.y(), 0, 0, type };
+}
+
 /** The element's point rounded to integers, halves towards +infinity. */
 inline QPointF roundedPoint(const PZPath::PZElement &element)
 {
-    vxPoint point(element.x, element.y);
+    vxPoint point = pointOf(element);
     point.round();
     return point.toPt();
 }
@@ -60,8 +82,7 @@ inline bool isSameDirection(double angleDifference)
 
 inline bool isStraightOn(double angleDifference)
 {
-    constexpr double pi = 3.14159265358979323846;
-    return std::fabs(std::fabs(angleDifference) - pi) < cornerAngleMargin;
+    return std::fabs(std::fabs(angleDifference) - vx::pi) < cornerAngleMargin;
 }
 
 } // namespace pz

@@ -8,12 +8,6 @@ namespace {
 
 using Elements = QVector<PZPath::PZElement>;
 
-void setPoint(PZPath::PZElement &element, double x, double y)
-{
-    element.x = x;
-    element.y = y;
-}
-
 /**
  * Reverses the elements s to e of one subpath. Types and points after the start run backwards, then all
  * points move one place to the front: M P0, C C1 C2 P1 becomes M P1 and (3, 3, 2) C2 C1 P0, whose codes the
@@ -29,8 +23,8 @@ void reverseSubpath(Elements &elements, int s, int e)
     }
     const PZPath::PZElement start = elements.at(s);
     for (int i = s; i < e; ++i)
-        setPoint(elements[i], elements.at(i + 1).x, elements.at(i + 1).y);
-    setPoint(elements[e], start.x, start.y);
+        pz::setPoint(elements[i], pz::pointOf(elements.at(i + 1)));
+    pz::setPoint(elements[e], pz::pointOf(start));
 }
 
 /** Every reversed cubic reads (3, 3, 2). */
@@ -65,7 +59,7 @@ void PZPath::roundData()
         if (element.type == CloseElement)
             continue;
         const QPointF p = pz::roundedPoint(element);
-        setPoint(element, p.x(), p.y());
+        pz::setPoint(element, vxPoint(p.x(), p.y()));
     }
 }
 

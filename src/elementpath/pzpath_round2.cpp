@@ -9,21 +9,16 @@
 // Rounding edge by edge: one walk over the elements builds a new list, and where two edges meet at a corner,
 // the copy of the arriving edge is shortened and an arc leads to a cut on the leaving edge. Every test and
 // every cut reads the points as they were given, so that no corner depends on what became of its neighbours.
+//
+// A cubic rounded at both ends keeps the control points of its part before the second cut, although it starts
+// at the first: it bulges back, up to a spike where both cuts coincide. That is kept on purpose.
 
 namespace {
 
 using Element = PZPath::PZElement;
-constexpr double pi = 3.14159265358979323846;
-
-vxPoint pointOf(const Element &element)
-{
-    return vxPoint(element.x, element.y);
-}
-
-Element makeElement(const vxPoint &p, int type)
-{
-    return { p.x, p.y, 0, 0, type };
-}
+using pz::makeElement;
+using pz::pointOf;
+using pz::setPoint;
 
 /**
  * An edge as seen from a corner: a line to another point, or a cubic that arrives at the corner or leaves it.
@@ -94,7 +89,7 @@ Cut cutLeaving(const Side &side, const vxPoint &corner, double distance)
         t = 0;
     vx::Cubic left, right;
     vx::subdivide(side.cubic, t, left, right);
-    return cutCubic(right, right.p0(), vx::tangentAt(right, 0).getAngleInRadians() + pi, distance);
+    return cutCubic(right, right.p0(), vx::tangentAt(right, 0).getAngleInRadians() + vx::pi, distance);
 }
 
 /**
@@ -192,21 +187,16 @@ void ElementRounder::appendCubic(const vxPoint &c1, const vxPoint &c2, const vxP
 void ElementRounder::overwriteCubic(int i, const vx::Cubic &cubic)
 {
     const vxPoint points[] = { cubic.p1(), cubic.p2(), cubic.p3() };
-    for (const vxPoint &p : points) {
-        m_out[i].x = p.x;
-        m_out[i].y = p.y;
-        ++i;
-    }
+    for (const vxPoint &p : points)
+        setPoint(m_out[i++], p);
 }
 
 void ElementRounder::appendArc(const Corner &corner)
 {
-    if (m_arriving == Cubic) {
+    if (m_arriving == Cubic)
         overwriteCubic(m_out.count() - 3, corner.arriving.rest);
-    } else {
-        m_out.last().x = corner.arriving.point.x;
-        m_out.last().y = corner.arriving.point.y;
-    }
+    else
+        setPoint(m_out.last(), corner.arriving.point);
     appendCubic(corner.arriving.control, corner.leaving.control, corner.leaving.point);
 }
 
@@ -261,8 +251,7 @@ void ElementRounder::close(int i)
         m_out.removeLast();
         appendArc(corner);
         const vxPoint start = corner.leaving.point;
-        m_out[m_outStart].x = start.x;
-        m_out[m_outStart].y = start.y;
+        setPoint(m_out[m_outStart], start);
         if (firstIsCubic)
             overwriteCubic(m_outStart + 1, corner.leaving.rest);
         m_out.append(makeElement(start, PZPath::CloseElement));

@@ -187,8 +187,7 @@ vxPoint vxBezier::arcToBezier(const vxRect &rect, double startAngle, double swee
         const vxBezier piece = range.cut(quarterArc(points, i, delta), i);
         curves << vxPoint(piece.x2, piece.y2) << vxPoint(piece.x3, piece.y3) << vxPoint(piece.x4, piece.y4);
     }
-    if (!curves.isEmpty())
-        curves.last() = vxNumeric::ellipsePoint(rect, -startAngle - sweep);
+    curves.last() = vxNumeric::ellipsePoint(rect, -startAngle - sweep);
     return start;
 }
 

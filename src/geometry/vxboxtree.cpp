@@ -41,7 +41,7 @@ Box around(const Box *begin, const Box *end)
     return box;
 }
 
-/** The middle of a box, twice its coordinates. Boxes without one only make the tree slower. */
+/** Centre of a box times 2. Boxes with a non-finite centre count as (0, 0), which costs only speed. */
 struct Middle {
     double x, y;
     int item;

@@ -7,7 +7,8 @@
 namespace vx {
 
 /**
- * A static tree over boxes: which of them come within reach of a given one. Boxes with NaN reach everything.
+ * A packed R-tree (a static bounding volume hierarchy with a fan-out of 8, built by median splits): which of
+ * many boxes come within reach of a given one. Boxes with NaN reach everything.
  *
  * The boxes stand in a row in which neighbours in the plane are neighbours, above them the boxes around runs
  * of fanOut, and so on: no node needs a pointer, and what is looked at together lies together in memory. It

@@ -1,13 +1,11 @@
 #include "vxcubic_p.h"
 #include "vxcubic_polynomial_p.h"
 #include "vxcubic_split_p.h"
+#include "vxnowhere_p.h"
 
-#include <limits>
+using vx::nowhere;
 
 namespace {
-
-constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
-constexpr vxPoint nowhere(undefined, undefined);
 
 /** First derivative at t; near the ends that of the end, which rounding cannot turn. */
 vxPoint derivative(const vx::Polynomial &p, double t, bool normalized)

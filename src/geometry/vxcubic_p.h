@@ -104,7 +104,7 @@ bool isStraight(const Cubic &c);
 /** The same of a chord and the handles relative to its ends. */
 bool isStraight(const vxLine &line, const vxPoint &h1, const vxPoint &h2);
 /**
- * Times at which a curve turns round that runs forth and back over itself: one with its control points on one
+ * Times at which a curve turns round that runs back and forth over itself: one with its control points on one
  * line, but for margin path units. Their number, 0 for any other curve.
  */
 int foldTimes(const Cubic &c, double margin, double times[2]);
@@ -118,6 +118,7 @@ inline bool isChord(const Cubic &c)
 {
     return c.v[2] == c.v[0] && c.v[3] == c.v[1] && c.v[4] == c.v[6] && c.v[5] == c.v[7];
 }
+/** Whether the curve surely stays within flatness path units of its chord. */
 bool isFlatEnough(const Cubic &c, double flatness);
 
 /**
@@ -125,7 +126,7 @@ bool isFlatEnough(const Cubic &c, double flatness);
  * and timeUpper finds none. Quick; false where it is not sure.
  */
 bool surelyHasNoExtremum(double q0, double q1, double q2, double q3);
-/** Extends min and max by the values that coordinate q takes on the curve; see vxCurve::addBounds. */
+/** Extends min and max, which hold q0, by the values that a coordinate takes; see vxCurve::addBounds. */
 void addBounds(double q0, double q1, double q2, double q3, double padding, double &min, double &max);
 /** Tight bounds. */
 Box bounds(const Cubic &c);
@@ -153,7 +154,7 @@ double length(const Cubic &c, double a = 0, double b = 1);
 /**
  * Time at arc length offset from time start (noTime: from the start of the curve, or its end for a negative
  * offset); see vxCurve::getTimeAt. noTime when the curve ends before, when start is outside [0, 1], or for
- * NaN.
+ * NaN; an offset of 0 gives start back, whatever it is.
  */
 double timeAtLength(const Cubic &c, double offset, double start);
 /** The same from the start, or back from the end, of a curve whose length() is known. */

@@ -7,9 +7,9 @@
 namespace vx {
 
 /**
- * Which of many intervals hold a value: a binary tree laid over the intervals sorted by their lower ends,
- * each part knowing its greatest upper end. Built in O(n log n); a query costs O(log n) and the intervals
- * found.
+ * An augmented interval tree in an array: which of many intervals hold a value. A binary tree is laid over
+ * the intervals sorted by their lower ends, each part knowing its greatest upper end. Built in O(n log n); a
+ * query costs O(log n) and the intervals found. Bounds must not be NaN.
  */
 class IntervalIndex
 {

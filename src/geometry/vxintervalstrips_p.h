@@ -8,9 +8,9 @@
 namespace vx {
 
 /**
- * Which of many intervals may share a value with a short one, in the order in which they were listed: the
- * range of all is cut into strips of equal width, and each strip lists the intervals that reach it. Built in
- * one pass after measuring; a question reads one list.
+ * A one-dimensional bucket grid of intervals: which of many may share a value with a short one, in the order
+ * in which they were listed. The range of all is cut into strips of equal width, and each strip lists the
+ * intervals that reach it. Built in one pass after measuring; a query reads one list.
  */
 class IntervalStrips
 {
@@ -41,8 +41,8 @@ public:
     }
 
     /**
-     * Calls visit(index), ascending, for all intervals that share a value with [lo, hi], and for others;
-     * returns false, without, where several strips would have to answer.
+     * Visits, ascending, every interval that shares a value with [lo, hi], and possibly others. Returns
+     * false, visiting nothing, if [lo, hi] spans several strips.
      */
     template <typename Visit>
     bool visitAround(double lo, double hi, Visit &&visit) const

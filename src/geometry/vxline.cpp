@@ -1,11 +1,12 @@
 #include "vxline.h"
 
+#include "vxnowhere_p.h"
+
 #include <algorithm>
-#include <limits>
+
+using vx::nowhere;
 
 namespace {
-
-constexpr vxPoint nowhere(std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::quiet_NaN());
 
 /** Line parameter between the two ends, with a margin of machineZero; false for NaN. */
 bool isOnSegment(double u)

@@ -11,7 +11,8 @@ class vxRect;
  *
  * Edits are in place and compose so that the new step acts on coordinates before the existing map, that is,
  * in the matrix's own coordinate system; prepend() is the exception. A NaN or infinite argument spreads
- * through the affected fields; isInvertible() then answers false.
+ * through the affected fields; isInvertible() is false where that makes the determinant NaN or 0, or the
+ * translation not finite.
  */
 class PZGRAPHICS_EXPORT vxMatrix
 {

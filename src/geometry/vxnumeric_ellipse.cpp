@@ -26,11 +26,10 @@ vxPoint vxNumeric::ellipsePoint(const vxRect &rect, double angle)
 {
     const double theta = vx::pi * normalizedAngle(angle) / 180;
     // Only the height is kept from vanishing: it is the divisor below.
-    const bool flat = rect.height < 0.1;
-    const double h = flat ? 0.1 : rect.height;
+    const double h = rect.height < 0.1 ? 0.1 : rect.height;
     const double w = rect.width;
     const double rx = 0.5 * w;
-    const double ry = flat ? 0.05 : 0.5 * h;
+    const double ry = 0.5 * h;
     double phi = std::atan(std::tan(theta) * w / h);
     // The arc tangent knows half a turn; theta has the same sign as the true parameter.
     if (theta < 0 && phi > 0)

@@ -24,7 +24,7 @@ class BoxLookup
 public:
     BoxLookup(size_t count, BoxAt boxAt) : m_count(count), m_boxAt(boxAt)
     {
-        if (m_count <= scanned)
+        if (m_count <= linearScanLimit)
             group();
     }
 
@@ -33,40 +33,43 @@ public:
     void query(const Box &box, double slack, int first, Visit &&visit)
     {
         const Box wide = widened(box, slack);
-        if (m_count <= scanned) {
+        if (m_count <= linearScanLimit) {
             scan(wide, first, visit);
             return;
         }
-        m_turns = 0;
-        find(wide, first);
+        m_queriesLeft = 0;
+        searchTree(wide, first);
         for (int i : m_found)
             visit(i);
     }
 
-    /** So many boxes that are asked about in turn share one search. */
-    static constexpr int together = 4;
+    /** Number of consecutive queries answered from one tree search. */
+    static constexpr int queriesPerSearch = 4;
 
     /**
-     * The same for boxes that are asked about in turn, first ascending, and lie together with those that
-     * follow: among() gives a box around the next ones, this one included. In a tree, what is near that is
-     * sought once for all of them.
+     * The same for boxes that follow each other and lie together, as curves of a contour do: first ascends,
+     * and slack is the same in all consecutive calls. boxAroundNext() gives a box around this one and those
+     * of the next queriesPerSearch - 1 calls. One tree search answers all of them.
      */
-    template <typename Among, typename Visit>
-    void queryInTurn(const Box &box, double slack, int first, Among &&among, Visit &&visit)
+    template <typename BoxAroundNext, typename Visit>
+    void queryConsecutive(const Box &box, double slack, int first, BoxAroundNext &&boxAroundNext,
+                          Visit &&visit)
     {
         const Box wide = widened(box, slack);
-        if (m_count <= scanned) {
+        if (m_count <= linearScanLimit) {
             scan(wide, first, visit);
             return;
         }
-        // A box may hold others by chance. Where it is a large one, that is no reason to go through all that
-        // is near it for each of them.
-        if (m_turns == 0 || !holds(m_among, box)) {
-            m_among = among();
-            m_turns = together;
-            find(widened(m_among, 2 * slack), first);
+        // A new search when the last one is used up, or when box is not inside the area it covered. Boxes may
+        // lie in a large area by chance, so the number of queries is limited: each goes through all that was
+        // found.
+        if (m_queriesLeft == 0 || !holds(m_covered, box)) {
+            m_covered = boxAroundNext();
+            m_queriesLeft = queriesPerSearch;
+            // Twice the slack: widening rounds, and what touches wide must be among what is found.
+            searchTree(widened(m_covered, 2 * slack), first);
         }
-        --m_turns;
+        --m_queriesLeft;
         for (int i : m_found) {
             if (i >= first && !areApart(m_boxAt(size_t(i)), wide))
                 visit(i);
@@ -75,7 +78,7 @@ public:
 
 private:
     /** Up to here a look at all groups costs less than building and walking the tree. */
-    static constexpr size_t scanned = 512;
+    static constexpr size_t linearScanLimit = 512;
     /** At most: neighbours in the list are neighbours in the plane as a rule, since curves come in contours.
      */
     static constexpr size_t groupSize = 8;
@@ -110,12 +113,12 @@ private:
             if (i % groupSize == 0)
                 m_groups.append(m_boxAt(i));
             else
-                include(m_groups.last(), m_boxAt(i));
+                extendKeepingNaN(m_groups.last(), m_boxAt(i));
         }
     }
 
     /** An edge is NaN if it is in either, so that nothing is apart by it. */
-    static void include(Box &around, const Box &box)
+    static void extendKeepingNaN(Box &around, const Box &box)
     {
         around.minX = lesser(around.minX, box.minX);
         around.minY = lesser(around.minY, box.minY);
@@ -128,11 +131,11 @@ private:
 
     // --- many ---
 
-    /** Sets what touches a box, from item first on. */
-    void find(const Box &wide, int first)
+    /** Finds what touches a box, from item first on, ascending. */
+    void searchTree(const Box &wide, int first)
     {
         if (!m_tree)
-            grow();
+            buildTree();
         m_found.clear();
         m_foundGroups.clear();
         m_tree->query(wide, 0, m_foundGroups);
@@ -146,14 +149,14 @@ private:
         }
     }
 
-    void grow()
+    void buildTree()
     {
         std::vector<Box> groups;
         groups.reserve(m_count / 2);
         for (size_t i = 0; i < m_count; ++i) {
             const Box &box = m_boxAt(i);
             if (i > 0 && i - size_t(m_groupStarts.back()) < groupSize && !areApart(m_boxAt(i - 1), box)) {
-                include(groups.back(), box);
+                extendKeepingNaN(groups.back(), box);
                 continue;
             }
             groups.push_back(box);
@@ -172,9 +175,9 @@ private:
     std::vector<int> m_groupStarts;
     std::vector<int> m_foundGroups;
     std::vector<int> m_found;
-    /** What has been found is near this box, and may serve so many more queries in turn. */
-    Box m_among = emptyBox;
-    int m_turns = 0;
+    /** The area that the last search covered, and the number of queries that it may still answer. */
+    Box m_covered = emptyBox;
+    int m_queriesLeft = 0;
 };
 
 /** A lookup with a list of boxes of its own. */

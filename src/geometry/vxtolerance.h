@@ -29,7 +29,10 @@ constexpr double timeMargin = 4e-7;
 constexpr double timeUpper = 1 - timeMargin;
 /** Curve time; fat-line clipping has converged when both ranges are narrower. */
 constexpr double clipWidth = 1e-9;
-/** Path units, strict, per axis: the element layer joins points nearer than this. */
+/**
+ * Path units, strict, per axis: the element layer joins points nearer than this. Closing a subpath on its way
+ * into the engine uses it as a distance, inclusive.
+ */
 constexpr double mergeExtent = 1.0;
 
 // --- sentinels ---

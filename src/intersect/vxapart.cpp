@@ -28,10 +28,10 @@ static_assert(3 * timeMargin * departingDistance > 2.5 * closeDistance,
               "what is near the joint is in its margin");
 
 /** All of one sign, and farther from 0 than margin. */
-bool areAside(double margin, double a, double b, double c, double d)
+template <typename... Values>
+bool areOnOneSide(double margin, Values... values)
 {
-    return (a > margin && b > margin && c > margin && d > margin) ||
-           (a < -margin && b < -margin && c < -margin && d < -margin);
+    return ((values > margin) && ...) || ((values < -margin) && ...);
 }
 
 /** Cross products of a curve's control points with another's chord: distances times the length of the chord.
@@ -48,19 +48,19 @@ struct Heights {
     double greatest() const { return std::max(std::max(h[0], h[1]), std::max(h[2], h[3])); }
 };
 
-/** Whether a curve of the given heights lies on one side of the hull of the chord's curve. */
-bool isBeyond(const PreparedCurve &curve, const Heights &heights)
+/** Whether a curve of the given heights over the chord lies beside the strip along it that holds the hull. */
+bool isClearOfStrip(const PreparedCurve &curve, const Heights &heights)
 {
     const double margin = apartDistance * curve.chordBound;
     return heights.least() > curve.highest + margin || heights.greatest() < curve.lowest - margin;
 }
 
 /** Whether a point lies clear of the box of the control points. */
-bool isBesideHull(const Cubic &c, const vxPoint &p)
+bool isClearOfHullBox(const Cubic &c, const vxPoint &p)
 {
     const double *v = c.v;
-    return areAside(apartDistance, v[0] - p.x, v[2] - p.x, v[4] - p.x, v[6] - p.x) ||
-           areAside(apartDistance, v[1] - p.y, v[3] - p.y, v[5] - p.y, v[7] - p.y);
+    return areOnOneSide(apartDistance, v[0] - p.x, v[2] - p.x, v[4] - p.x, v[6] - p.x) ||
+           areOnOneSide(apartDistance, v[1] - p.y, v[3] - p.y, v[5] - p.y, v[7] - p.y);
 }
 
 /** Whether a point of the given height over the curve's chord may be near the curve. */
@@ -72,18 +72,17 @@ bool mayTouch(const PreparedCurve &curve, double height, const vxPoint &p)
            p.y <= curve.box.maxY + apartDistance && p.y >= curve.box.minY - apartDistance;
 }
 
-/** Whether a point lies clear of the hull of some part: beside its box or beside its strip along the chord.
- */
-bool isClearOf(const Cubic &part, const vxPoint &p)
+/** Whether a point lies clear of the hull of a part: beside its box or the strip along its chord. */
+bool isClearOfHull(const Cubic &part, const vxPoint &p)
 {
-    if (isBesideHull(part, p))
+    if (isClearOfHullBox(part, p))
         return true;
     const double *v = part.v;
     const double dx = v[6] - v[0];
     const double dy = v[7] - v[1];
     const auto height = [&](int i) { return (v[i] - p.x) * dy - (v[i + 1] - p.y) * dx; };
     const double margin = apartDistance * (std::fabs(dx) + std::fabs(dy));
-    return areAside(margin, height(0), height(2), height(4), height(6));
+    return areOnOneSide(margin, height(0), height(2), height(4), height(6));
 }
 
 /** Point k of a curve. */
@@ -119,7 +118,7 @@ bool isClearOfParts(const Cubic &c, const vxPoint &p, int halvings)
     Cubic parts[2];
     halve(c, parts[0], parts[1]);
     for (const Cubic &part : parts) {
-        if (!isClearOf(part, p) && (halvings == 1 || !isClearOfParts(part, p, halvings - 1)))
+        if (!isClearOfHull(part, p) && (halvings == 1 || !isClearOfParts(part, p, halvings - 1)))
             return false;
     }
     return true;
@@ -145,25 +144,25 @@ bool mayComeNear(const PreparedCurve &curve, const vxPoint &p)
     return !curve.ordinary || mayTouchParts(curve, curve.heightOf(p.x, p.y), p);
 }
 
-Contact possibleContact(const PreparedCurve &c1, const PreparedCurve &c2)
+PossibleContact possibleContact(const PreparedCurve &c1, const PreparedCurve &c2)
 {
     int nearEnd;
     return possibleContact(c1, c2, nearEnd);
 }
 
-Contact possibleContact(const PreparedCurve &c1, const PreparedCurve &c2, int &nearEnd)
+PossibleContact possibleContact(const PreparedCurve &c1, const PreparedCurve &c2, int &nearEnd)
 {
     nearEnd = 0;
     if (!c1.ordinary || !c2.ordinary)
-        return Contact::Any;
+        return PossibleContact::Any;
     const Heights over2(c2, c1.values);
     // Clipping, too, begins with c1 and the fat line along c2's chord.
-    if (isBeyond(c2, over2))
-        return Contact::None;
+    if (isClearOfStrip(c2, over2))
+        return PossibleContact::None;
     const Heights over1(c1, c2.values);
     // Lines meet what lies near them, while clipping sees only that strips cross: it has to look for itself.
-    if (isBeyond(c1, over1))
-        return c1.straight || c2.straight ? Contact::None : Contact::Crossing;
+    if (isClearOfStrip(c1, over1))
+        return c1.straight || c2.straight ? PossibleContact::None : PossibleContact::Crossing;
     if (mayTouchParts(c2, over2.h[0], c1.values.p0()))
         nearEnd = 0;
     else if (mayTouchParts(c2, over2.h[3], c1.values.p3()))
@@ -173,8 +172,8 @@ Contact possibleContact(const PreparedCurve &c1, const PreparedCurve &c2, int &n
     else if (mayTouchParts(c1, over1.h[3], c2.values.p3()))
         nearEnd = 3;
     else
-        return Contact::Crossing;
-    return Contact::Any;
+        return PossibleContact::Crossing;
+    return PossibleContact::Any;
 }
 
 namespace {
@@ -220,7 +219,7 @@ struct DepartingHeights {
  * Two lines that are clearly not parallel. linePoint() gives the joint to within rounding, and when that is
  * machineZero, its time on both is that of the end.
  */
-bool linesPart(const JoinedCurve &j1, const JoinedCurve &j2)
+bool linesDiverge(const JoinedCurve &j1, const JoinedCurve &j2)
 {
     const PreparedCurve &c1 = j1.curve;
     const PreparedCurve &c2 = j2.curve;
@@ -268,40 +267,40 @@ bool leavesLine(const JoinedCurve &line, const JoinedCurve &curve)
     return goesOn(line, curve) || turnsOff(line, curve);
 }
 
-/** All of one sign, and at least so far from 0. */
-bool areBeyond(double least, double a, double b, double c)
-{
-    return (a > least && b > least && c > least) || (a < -least && b < -least && c < -least);
-}
-
 /** Whether all of a curve but the joint lies to the left of it, or all to the right. */
-bool liesAside(const JoinedCurve &joined)
+bool isLeftOrRightOfJoint(const JoinedCurve &joined)
 {
     const double *v = joined.curve.values.v + 2 * joined.first();
     const double x = joined.x();
-    return areBeyond(0, v[0] - x, v[2] - x, v[4] - x);
+    return areOnOneSide(0, v[0] - x, v[2] - x, v[4] - x);
 }
 
 /**
  * Whether clipping a curve to the fat line of the joint, a mere point, ends with times at the joint and no
  * doubt. A point's fat line is the vertical through it.
  *
- * Where all of the curve lies to one side, the first step leaves the joint alone. Where it starts upright
- * (the handle at the joint is on the vertical, the other two points aside by A or more), a step leaves a
- * third and halving that a sixth: the part at the joint ends at time u = 6^-k.
+ * Where all of the curve but the joint lies to one side of that vertical, the first step leaves the joint
+ * alone. The other case is a curve that starts upright: its handle at the joint is on the vertical, its other
+ * two points lie aside of it, by A or more. Let x be the joint's coordinate, u the time, counted from the
+ * joint, at which the part at the joint ends after k rounds of a clip and a halving, and v the time at which
+ * the half that is cut off ends.
  *
- * Rounding moves a part's points by less than 6 last places of x, since halving takes means, some 1.4e-15
- * |x|; it moves the handle by less than 2, which makes the third of the part longer by 4.4e-16 |x| / (u^2 A)
- * of itself. The half that is cut off lies aside by 0.7 v^2 A or more, v being its end. With A of 0.005 |x|
- * it is rejected at once down to v = 1.2e-6, for k = 7, and the next third, longer by less than a half, ends
- * below timeMargin: what is found there belongs to the joint. That is at most 400 parts to halve before
- * clipping has converged at 1e-9, four calls each, within the limits of calls and depth. Parts are given up
- * as doubtful only if their boxes hold the joint: going upwards by 0.01 units keeps those to times below
- * 1e-4.
+ * 1. A clip leaves a third of the part, and halving that a sixth: u = 6^-k.
+ * 2. Rounding moves a part's points by less than 6 last places of x, since halving takes means, some
+ *    1.4e-15 |x|; it moves the handle by less than 2.
+ * 3. By 2 the third that a clip leaves is longer by 4.4e-16 |x| / (u^2 A) of itself.
+ * 4. The half that is cut off lies aside by 0.7 v^2 A or more.
+ * 5. With A of 0.005 |x| that half is, by 2 and 4, rejected at once down to v = 1.2e-6, for k = 7, and the
+ *    next third, by 3 longer by less than a half, ends below timeMargin: what is found there belongs to the
+ *    joint.
+ * 6. That is at most 400 parts to halve before clipping has converged at 1e-9, four calls each, within the
+ *    limits of calls and depth.
+ * 7. Parts are given up as doubtful only if their boxes hold the joint: going upwards by 0.01 units keeps
+ *    those to times below 1e-4.
  */
 bool shrinksToJoint(const JoinedCurve &joined)
 {
-    if (liesAside(joined))
+    if (isLeftOrRightOfJoint(joined))
         return true;
     double x[3];
     double y[3];
@@ -313,7 +312,7 @@ bool shrinksToJoint(const JoinedCurve &joined)
     const Box &box = joined.curve.box;
     const double aside = std::max(0.005 * std::fabs(joined.x()), 0.01);
     const double upwards = 0.01 * (1 + box.maxX - box.minX + box.maxY - box.minY);
-    return x[0] == 0 && areBeyond(aside, x[1], x[1], x[2]) && areBeyond(upwards, y[0], y[1], y[2]);
+    return x[0] == 0 && areOnOneSide(aside, x[1], x[1], x[2]) && areOnOneSide(upwards, y[0], y[1], y[2]);
 }
 
 /** Whether two curves lie on different sides of the second's chord; heights: of the first over that chord. */
@@ -328,7 +327,7 @@ bool lieOnDifferentSides(const DepartingHeights &heights, const PreparedCurve &c
  * begins by cutting the first down to the joint itself, where the second's fat line ends, and goes on with
  * the second and that point.
  */
-bool curvesPart(const JoinedCurve &j1, const JoinedCurve &j2)
+bool curvesDiverge(const JoinedCurve &j1, const JoinedCurve &j2)
 {
     const PreparedCurve &c1 = j1.curve;
     const PreparedCurve &c2 = j2.curve;
@@ -352,10 +351,10 @@ bool meetOnlyAtJoint(const PreparedCurve &c1, const PreparedCurve &c2, Joint joi
     if (!shareTheirJoint(j1, j2))
         return false;
     if (c1.straight && c2.straight)
-        return linesPart(j1, j2);
+        return linesDiverge(j1, j2);
     if (c1.straight)
         return leavesLine(j1, j2);
-    return c2.straight ? leavesLine(j2, j1) : curvesPart(j1, j2);
+    return c2.straight ? leavesLine(j2, j1) : curvesDiverge(j1, j2);
 }
 
 bool clipToSharedEnd(const PreparedCurve &c1, const PreparedCurve &c2, TimePair &meeting)
@@ -366,7 +365,7 @@ bool clipToSharedEnd(const PreparedCurve &c1, const PreparedCurve &c2, TimePair 
             const JoinedCurve j2{ c2, atEnd2 };
             if (shareTheirJoint(j1, j2)) {
                 meeting = { atEnd1 ? 1.0 : 0.0, atEnd2 ? 1.0 : 0.0 };
-                return liesAside(j2) && lieOnDifferentSides(DepartingHeights(c2, j1), c2);
+                return isLeftOrRightOfJoint(j2) && lieOnDifferentSides(DepartingHeights(c2, j1), c2);
             }
         }
     }

@@ -13,15 +13,15 @@
 namespace vx {
 
 /** What two curves may have to do with each other. */
-enum class Contact {
+enum class PossibleContact {
     None,     ///< nothing at all
     Crossing, ///< no end of either comes near the other: no overlap, no close ends
     Any
 };
 
-Contact possibleContact(const PreparedCurve &c1, const PreparedCurve &c2);
+PossibleContact possibleContact(const PreparedCurve &c1, const PreparedCurve &c2);
 /** The same; where it says Any, nearEnd becomes what findOverlap() wants to know. */
-Contact possibleContact(const PreparedCurve &c1, const PreparedCurve &c2, int &nearEnd);
+PossibleContact possibleContact(const PreparedCurve &c1, const PreparedCurve &c2, int &nearEnd);
 
 /** False where a point lies so far off that neither timeOf() nor timeNear() within 5 closeDistance finds a
  * time. */

@@ -2,6 +2,7 @@
 
 #include "vxchorddistance_p.h"
 #include "vxcubic_split_p.h"
+#include "vxdistancehull_p.h"
 #include "vxpair_p.h"
 #include "vxtolerance.h"
 
@@ -16,7 +17,6 @@ namespace vx {
 namespace {
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr int maxRecursion = 48;
 constexpr int maxCalls = 4096;
 /** Curve time: where a range this narrow has no meeting, it may be rounding that parts the curves. */
 constexpr double lostWidth = 1e-5;
@@ -28,14 +28,14 @@ constexpr double minProgress = 0.8;
 /**
  * The fat line around a curve: distances from its chord that bound it.
  *
- * On which side of a chord points lie is anybody's guess, and a wrong guess costs a processor more than the
- * arithmetic does. Where it can, clipping therefore chooses by masks instead of branches.
+ * Which side a point lies on is unpredictable, and a mispredicted branch costs more than the arithmetic; so
+ * masks are used instead of branches where possible.
  */
 struct FatLine {
     ChordDistance distance;
     Pair handles;
     /** The least distance, and the greatest with its sign changed. */
-    Pair bounds;
+    Pair minAndNegatedMax;
 
     explicit FatLine(const Cubic &c) : distance(c), handles(distance.measure(pairOf(c, 1), pairOf(c, 2)))
     {
@@ -44,7 +44,7 @@ struct FatLine {
         const Pair reach{ std::min(d1, d2), -std::max(d1, d2) };
         // A cubic reaches at most 3/4 of its handles' distance when both lie on one side, 4/9 when on two.
         const Pair factor = both(d1 * d2) > 0 ? both(0.75) : both(4.0 / 9);
-        bounds = factor * (reach > 0 ? both(0) : reach);
+        minAndNegatedMax = factor * (reach > 0 ? both(0) : reach);
     }
     bool isFlat() const { return handles[0] == 0 && handles[1] == 0; }
 };
@@ -86,53 +86,6 @@ private:
     TimePairs m_lost;
 };
 
-constexpr double third = 1.0 / 3;
-constexpr double twoThirds = 2.0 / 3;
-
-/** Time at which an edge of the hull reaches a threshold: its end does, its start does not. */
-inline double timeOnEdge(const HullPoint &p, const HullPoint &q, double threshold)
-{
-    return q.y == threshold ? q.x : p.x + (threshold - p.y) * (q.x - p.x) / (q.y - p.y);
-}
-
-/** The hull of the points (0, d0), (1/3, d1), (2/3, d2), (1, d3): which inner points lie on which chain. */
-class Hull
-{
-public:
-    /** Of ends (d0, d3) and inner points (d1, d2); turned: all with the opposite sign. */
-    Hull(Pair ends, Pair inner, bool turned)
-    {
-        // Heights of the inner points over the chord from first to last.
-        const Pair heights = inner - (2 * ends + swapped(ends)) / 3;
-        const double height1 = heights[0];
-        const double height2 = heights[1];
-        const double size1 = std::fabs(height1);
-        const double size2 = std::fabs(height2);
-        m_firstOnTop = height1 > 0;
-        if (!(height1 > 0 || height1 < 0)) {
-            // It is on the second's side then; if that has no height either, on top before turning.
-            m_firstOnTop = turned ? height1 == 0 && height2 > 0 : !(height1 == 0 && height2 < 0);
-        }
-        m_parted = height1 * height2 < 0;
-        // One inner point may lie within the triangle of the other three. Sizes, since a height of 0 has no
-        // sign to rely on: -1/0 would drop the point that reaches farthest, and with it the meeting. 0/0 is
-        // NaN: both stay.
-        const double ratio = size1 / size2;
-        m_hasFirst = m_parted | !(ratio <= 0.5);
-        m_hasSecond = m_parted | !(ratio >= 2);
-    }
-
-    bool hasFirst(bool onTop) const { return (onTop == m_firstOnTop) & m_hasFirst; }
-    bool hasSecond(bool onTop) const { return ((onTop == m_firstOnTop) != m_parted) & m_hasSecond; }
-
-private:
-    /** The chain of the first inner point; the second lies on the other one where they are parted. */
-    bool m_firstOnTop;
-    bool m_parted;
-    /** Points within the hull are left out. */
-    bool m_hasFirst, m_hasSecond;
-};
-
 /** A point on the way along a chain. */
 struct Stop {
     HullPoint point;
@@ -168,11 +121,11 @@ bool clipToFatLine(const Cubic &c1, const Cubic &c2, double slack, double &tMin,
     const FatLine line(c2);
     Pair ends = line.distance.measure(pairOf(c1, 0), pairOf(c1, 3));
     Pair inner = line.distance.measure(pairOf(c1, 1), pairOf(c1, 2));
-    Pair bounds = line.bounds - slack;
-    const PairMask startsAbove = both(-ends[0]) < both(bounds[1]);
-    const bool turned = -ends[0] < bounds[1];
-    const bool startsOutside = (ends[0] < bounds[0]) | turned;
-    const bool endsOutside = (ends[1] < bounds[0]) | (-ends[1] < bounds[1]);
+    Pair minAndNegatedMax = line.minAndNegatedMax - slack;
+    const PairMask startsAboveMask = both(-ends[0]) < both(minAndNegatedMax[1]);
+    const bool startsAbove = -ends[0] < minAndNegatedMax[1];
+    const bool startsOutside = (ends[0] < minAndNegatedMax[0]) | startsAbove;
+    const bool endsOutside = (ends[1] < minAndNegatedMax[0]) | (-ends[1] < minAndNegatedMax[1]);
     tMin = 0;
     tMax = 1;
     // Nothing to clip off at either end, unless both are on one line: that is an overlap's business.
@@ -181,11 +134,11 @@ bool clipToFatLine(const Cubic &c1, const Cubic &c2, double slack, double &tMin,
 
     // Where c1 starts above the line all is turned upside down, so that it never does. Times come out the
     // same: they are ratios of differences of distances.
-    bounds = startsAbove ? swapped(bounds) : bounds;
-    ends = negatedWhere(startsAbove, ends);
-    inner = negatedWhere(startsAbove, inner);
-    const double dMin = bounds[0];
-    const double dMax = -bounds[1];
+    minAndNegatedMax = startsAboveMask ? swapped(minAndNegatedMax) : minAndNegatedMax;
+    ends = negatedWhere(startsAboveMask, ends);
+    inner = negatedWhere(startsAboveMask, inner);
+    const double dMin = minAndNegatedMax[0];
+    const double dMax = -minAndNegatedMax[1];
     const double d0 = ends[0], d1 = inner[0], d2 = inner[1], d3 = ends[1];
     const bool reached1 = d1 >= dMin;
     const bool reached2 = d2 >= dMin;
@@ -193,7 +146,7 @@ bool clipToFatLine(const Cubic &c1, const Cubic &c2, double slack, double &tMin,
     // Most clips of curves that do not meet end here; the hull would say the same.
     if (startsOutside & !(reached1 | reached2 | reached3))
         return false;
-    const Hull hull(ends, inner, turned);
+    const DistanceHull hull(ends, inner, startsAbove);
     const HullPoint p0{ 0, d0 };
     const HullPoint p1{ third, d1 };
     const HullPoint p2{ twoThirds, d2 };
@@ -224,7 +177,7 @@ void Clipper::clip(PartPair &pair, size_t clipped, int recursion)
     Part *line = &pair[1 - clipped];
     // The two are clipped in turn.
     for (;; std::swap(part, line), ++recursion) {
-        if (recursion + 1 >= maxRecursion || ++m_calls > maxCalls) {
+        if (recursion + 1 >= maxClipDepth || ++m_calls > maxCalls) {
             m_found.cutShort();
             if (m_allOrNone)
                 m_calls = maxCalls; // no further call gets beyond this
@@ -294,42 +247,6 @@ void Clipper::finish()
 }
 
 } // namespace
-
-void distanceHull(double d0, double d1, double d2, double d3, HullChain &top, HullChain &bottom)
-{
-    const Hull hull(Pair{ d0, d3 }, Pair{ d1, d2 }, false);
-    for (const bool onTop : { true, false }) {
-        HullChain &chain = onTop ? top : bottom;
-        chain.count = 0;
-        chain.append(0, d0);
-        if (hull.hasFirst(onTop))
-            chain.append(third, d1);
-        if (hull.hasSecond(onTop))
-            chain.append(twoThirds, d2);
-        chain.append(1, d3);
-    }
-}
-
-double clipHull(const HullChain &top, const HullChain &bottom, double dMin, double dMax)
-{
-    if (top.count == 0 || bottom.count == 0)
-        return nan;
-    if (dMin > top.points[0].y)
-        return clipHullChain(top, true, dMin);
-    if (bottom.points[0].y > dMax)
-        return clipHullChain(bottom, false, dMax);
-    return top.points[0].x;
-}
-
-double clipHullChain(const HullChain &chain, bool top, double threshold)
-{
-    for (int i = 1; i < chain.count; ++i) {
-        const HullPoint &q = chain.points[i];
-        if (top ? q.y >= threshold : q.y <= threshold)
-            return timeOnEdge(chain.points[i - 1], q, threshold);
-    }
-    return nan;
-}
 
 int clipCurves(const Cubic &c1, const Cubic &c2, const ClipRange &range, int calls, TimePairs &found)
 {

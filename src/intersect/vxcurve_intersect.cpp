@@ -3,6 +3,7 @@
 #include "vxcurve.h"
 #include "vxcurvepair_p.h"
 #include "vxnearness_p.h"
+#include "vxnowhere_p.h"
 #include "vxpath.h"
 #include "vxtolerance.h"
 
@@ -14,8 +15,6 @@ namespace {
 
 /** Path units: ends this near to another curve may meet it or not, by rounding alone. */
 constexpr double nearMissDistance = 5 * closeDistance;
-
-const vxPoint unknownPoint(qQNaN(), qQNaN());
 
 bool within(double t, bool skipStart, bool skipEnd)
 {
@@ -44,11 +43,11 @@ std::optional<Prospect> firstLook(const PreparedCurve &c1, const PreparedCurve &
     if (!boxesMeet(c1.box, c2.box))
         return std::nullopt;
     int nearEnd;
-    const Contact contact = possibleContact(c1, c2, nearEnd);
-    if (contact == Contact::None)
+    const PossibleContact contact = possibleContact(c1, c2, nearEnd);
+    if (contact == PossibleContact::None)
         return std::nullopt;
     const bool endsNear =
-        contact == Contact::Any && !(isJoined(param) && touchOnlyAtJoint(c1, c2, jointOf(param)));
+        contact == PossibleContact::Any && !(isJoined(param) && touchOnlyAtJoint(c1, c2, jointOf(param)));
     return Prospect{ endsNear, nearEnd };
 }
 
@@ -116,7 +115,7 @@ bool CurvePair::addOverlap(int nearEnd)
     if (!findOverlap(m_values1, m_values2, pairs, nearEnd))
         return false;
     for (const TimePair &pair : pairs)
-        addLocation(pair.t1, unknownPoint, pair.t2, unknownPoint, true);
+        addLocation(pair.t1, nowhere, pair.t2, nowhere, true);
     return true;
 }
 
@@ -192,8 +191,8 @@ void CurvePair::addFound(const TimePairs &found, bool flip)
     const Side side1{ m_curve1, whole1 };
     const Side side2{ m_curve2, whole2 };
     for (int i = 0; i < found.count(); ++i) {
-        addLocation(flip ? side2 : side1, found[i].t1, unknownPoint, flip ? side1 : side2, found[i].t2,
-                    unknownPoint, false);
+        addLocation(flip ? side2 : side1, found[i].t1, nowhere, flip ? side1 : side2, found[i].t2, nowhere,
+                    false);
     }
 }
 

@@ -3,6 +3,9 @@
 #include "vxcurve.h"
 #include "vxcurvepair_p.h"
 #include "vxcurvevalues_p.h"
+#include "vxdistancehull_p.h"
+
+#include <limits>
 
 namespace {
 
@@ -23,22 +26,6 @@ struct ValuesPair {
         }
     }
 };
-
-vx::HullChain toChain(const QVector<vxPoint> &points)
-{
-    vx::HullChain chain;
-    for (int i = 0; i < points.size() && i < 4; ++i)
-        chain.append(points.at(i).x, points.at(i).y);
-    return chain;
-}
-
-QVector<vxPoint> fromChain(const vx::HullChain &chain)
-{
-    QVector<vxPoint> points;
-    for (int i = 0; i < chain.count; ++i)
-        points.append(vxPoint(chain.points[i].x, chain.points[i].y));
-    return points;
-}
 
 } // namespace
 
@@ -111,29 +98,61 @@ int vxCurve::addCurveIntersections(const QVector<double> &vals1, const QVector<d
 {
     const ValuesPair values(vals1, vals2);
     // A depth that is out of range (or NaN) is as good as the limit.
-    if (!values.valid || !(recursion >= 0 && recursion < 48))
+    if (!values.valid || !(recursion >= 0 && recursion < vx::maxClipDepth))
         return calls;
     const vx::ClipRange range{ tMin, tMax, uMin, uMax, flip, int(recursion) };
     return vx::CurvePair(values.first, values.second, c1, c2, locations, param).addCurves(range, calls);
 }
 
+// --- the hull of the distance function: public edge only; the engine's form is clipToFatLine() ---
+
+namespace {
+
+/** A chain of the hull: two to four points. */
+using HullChain = QVector<vxPoint>;
+
+constexpr int maxChainPoints = 4;
+
+HullChain chainOf(const vx::DistanceHull &hull, bool onTop, double d0, double d1, double d2, double d3)
+{
+    HullChain chain{ vxPoint(0, d0) };
+    if (hull.hasFirst(onTop))
+        chain.append(vxPoint(vx::third, d1));
+    if (hull.hasSecond(onTop))
+        chain.append(vxPoint(vx::twoThirds, d2));
+    chain.append(vxPoint(1, d3));
+    return chain;
+}
+
+} // namespace
+
 QVector<QVector<vxPoint>> vxCurve::getConvexHull(double dq0, double dq1, double dq2, double dq3)
 {
-    vx::HullChain top;
-    vx::HullChain bottom;
-    vx::distanceHull(dq0, dq1, dq2, dq3, top, bottom);
-    return { fromChain(top), fromChain(bottom) };
+    const vx::DistanceHull hull(vx::Pair{ dq0, dq3 }, vx::Pair{ dq1, dq2 }, false);
+    return { chainOf(hull, true, dq0, dq1, dq2, dq3), chainOf(hull, false, dq0, dq1, dq2, dq3) };
 }
 
 double vxCurve::clipConvexHull(const QVector<vxPoint> &hullTop, const QVector<vxPoint> &hullBottom,
                                double dMin, double dMax)
 {
-    return vx::clipHull(toChain(hullTop), toChain(hullBottom), dMin, dMax);
+    if (hullTop.isEmpty() || hullBottom.isEmpty())
+        return std::numeric_limits<double>::quiet_NaN();
+    if (dMin > hullTop.first().y)
+        return clipConvexHullPart(hullTop, true, dMin);
+    if (hullBottom.first().y > dMax)
+        return clipConvexHullPart(hullBottom, false, dMax);
+    return hullTop.first().x;
 }
 
 double vxCurve::clipConvexHullPart(const QVector<vxPoint> &part, bool top, double threshold)
 {
-    return vx::clipHullChain(toChain(part), top, threshold);
+    for (int i = 1; i < part.size() && i < maxChainPoints; ++i) {
+        const vxPoint &p = part.at(i - 1);
+        const vxPoint &q = part.at(i);
+        if (top ? q.y >= threshold : q.y <= threshold)
+            return vx::timeOnEdge({ p.x, p.y }, { q.x, q.y }, threshold);
+    }
+    return std::numeric_limits<double>::quiet_NaN();
 }
 
 void vxCurve::addLocation(QList<vxCurveLocation *> &locations, opParam &param, const QVector<double> &vals1,

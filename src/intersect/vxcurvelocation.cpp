@@ -3,6 +3,7 @@
 #include "vxbatch_p.h"
 #include "vxcubic_p.h"
 #include "vxcurve.h"
+#include "vxnowhere_p.h"
 #include "vxpath.h"
 #include "vxsegment.h"
 
@@ -121,7 +122,7 @@ vxPoint vxCurveLocation::getTangent()
 {
     const double t = getTime();
     if (!curve || t == noTime)
-        return vxPoint(qQNaN(), qQNaN());
+        return vx::nowhere;
     return curve->getTangentAtTime(t);
 }
 
@@ -154,14 +155,7 @@ double vxCurveLocation::getOffset()
     vxCurve *on = getCurve();
     if (offset != noOffset)
         return offset;
-    const int index = on ? on->index() : -1;
-    double sum = 0;
-    if (index >= 0 && on->path()) {
-        const QList<vxCurve *> curves = on->path()->getCurves();
-        for (int i = 0; i < index && i < curves.size(); ++i)
-            sum += curves.at(i)->getLength();
-    }
-    offset = sum + getCurveOffset();
+    offset = (on ? on->_startOffset() : 0) + getCurveOffset();
     return offset;
 }
 

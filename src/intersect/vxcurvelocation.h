@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <functional>
+#include <vector>
 
 class vxCurve;
 class vxPath;
@@ -71,17 +72,20 @@ public:
     vxPoint getPoint() const { return point; }
     /** Unit tangent; NaN without a curve or time. */
     vxPoint getTangent();
-    /** The end of the curve that is nearer along it. */
+    /**
+     * The segment this location was placed at or found again through; otherwise the nearer end by arc length.
+     * Null when lost and never placed at a segment.
+     */
     vxSegment *getSegment();
     /** Arc length from the curve's start; 0 without a curve or time. */
     double getCurveOffset();
-    /** Arc length from the path's start, cached. */
+    /** Arc length from the path's start, cached; 0 when lost. */
     double getOffset();
     /**
      * Same place on the same path, by point and by time or arc length; without ignoreOther the partners too.
      */
     bool equals(vxCurveLocation *other, bool ignoreOther);
-    /** The curves run in one direction here without need to pass through each other. */
+    /** Tangents are parallel or opposite, and the curves are not two lines crossing in a point. */
     bool isTouching();
     /** The two paths pass through each other here. */
     bool isCrossing();
@@ -120,6 +124,7 @@ public:
 
     // --- data ---
 
+    /** An end of a stretch that the two curves share. */
     bool overlap = false;
 
 private:
@@ -129,17 +134,26 @@ private:
 
 public:
     qint32 refCount = 0;
+    /** vxPath::version for which curve, time and offset hold; 0 without a path. */
     quint32 version = 0;
     vxPath *path = nullptr;
+    /** As last found; getCurve() looks whether it still holds. */
     vxCurve *curve = nullptr;
+    /** Cached arc length from the start of the path, in path units; -1: not computed. */
     double offset = vxTolerance::noOffset;
+    /** On curve, 0 to 1; -100: unknown. */
     double time = vxTolerance::noTime;
+    /** How far point is from what it was searched for, in path units. */
     double distance = 0;
     vxPoint point;
+    /** The partner: the same meeting on the other curve. */
     vxCurveLocation *intersection = nullptr;
+    /** Others at this spot; see XPath::linkIntersections. */
     vxCurveLocation *next = nullptr;
     vxCurveLocation *previous = nullptr;
+    /** The vertex this location was placed at or found through; null: on the way along its curve. */
     vxSegment *segment = nullptr;
+    /** Ends of curve, through which it is found again. */
     vxSegment *segment1 = nullptr;
     vxSegment *segment2 = nullptr;
 
@@ -151,7 +165,10 @@ private:
     double m_turn = 0;
 };
 
-/** A place where two outlines come so near that they may touch, at a vertex of at least one. */
+/**
+ * A near miss: a vertex of one outline lies so near to the other that rounding may have hidden a meeting
+ * there.
+ */
 struct PZGRAPHICS_EXPORT vxContact {
     const vxSegment *vertex;
     /** Of the other outline: its vertex there, null where it has none; and where its curve starts. */
@@ -159,7 +176,7 @@ struct PZGRAPHICS_EXPORT vxContact {
     const vxSegment *otherStart;
 };
 
-/** Two curves that were not searched to the end; they may be one. */
+/** Two curves whose search was cut short; both may be the same curve (self-intersection search). */
 struct PZGRAPHICS_EXPORT vxUnfinished {
     const vxCurve *curve1;
     const vxCurve *curve2;

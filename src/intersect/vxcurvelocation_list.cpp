@@ -20,22 +20,22 @@ vxPath *pathOf(vxCurve *curve)
     return curve ? curve->path() : nullptr;
 }
 
-/** Sorting key of a location: its path, and within that curve index plus time. */
+/** Sorting key of a location: its path's id, and within that curve index plus time. */
 struct Place {
-    const vxPath *path;
-    double position;
+    quint32 pathId = 0;
+    double position = std::numeric_limits<double>::quiet_NaN();
 
+    Place() = default;
     explicit Place(vxCurveLocation *location)
     {
         vxCurve *curve = location->getCurve();
-        path = pathOf(curve);
+        const vxPath *path = pathOf(curve);
+        pathId = path ? path->id : 0;
         position = (curve ? curve->index() : -1) + location->time;
     }
-    quint32 pathId() const { return path ? path->id : 0; }
-    /** Ids are compared, not subtracted: they are unsigned. */
-    bool isBefore(const Place &other) const
+    bool operator<(const Place &other) const
     {
-        return path == other.path ? position - other.position < 0 : pathId() < other.pathId();
+        return pathId != other.pathId ? pathId < other.pathId : position < other.position;
     }
 };
 
@@ -114,11 +114,11 @@ vxCurveLocation *vxCurveLocation::insert(QList<vxCurveLocation *> &list, vxCurve
     const Place place(loc);
     // A search finds its meetings mostly in order. Lists that are not merged into may be out of order, where
     // bisection decides (see insertOneByOne()).
-    if (merge && !list.isEmpty() && !place.isBefore(Place(list.last()))) {
+    if (merge && !list.isEmpty() && !(place < Place(list.last()))) {
         list.append(loc);
         return loc;
     }
-    list.insert(bisect(list.size(), [&](int i) { return place.isBefore(Place(list.at(i))); }), loc);
+    list.insert(bisect(list.size(), [&](int i) { return place < Place(list.at(i)); }), loc);
     return loc;
 }
 
@@ -126,22 +126,11 @@ namespace {
 
 /** A location, which may be null, with what is compared of it. */
 struct Entry {
-    quint32 pathId = 0;
-    double position = std::numeric_limits<double>::quiet_NaN();
+    Place place;
     vxCurveLocation *location;
 
-    explicit Entry(vxCurveLocation *l = nullptr) : location(l)
-    {
-        if (!l)
-            return;
-        const Place place(l);
-        pathId = place.pathId();
-        position = place.position;
-    }
-    bool operator<(const Entry &other) const
-    {
-        return pathId != other.pathId ? pathId < other.pathId : position < other.position;
-    }
+    explicit Entry(vxCurveLocation *l = nullptr) : place(l ? Place(l) : Place()), location(l) {}
+    bool operator<(const Entry &other) const { return place < other.place; }
 };
 
 /** Of a small search on the stack. */
@@ -150,7 +139,7 @@ using Entries = QVarLengthArray<Entry, 24>;
 bool havePositions(const Entries &entries)
 {
     return std::none_of(entries.begin(), entries.end(),
-                        [](const Entry &e) { return std::isnan(e.position); });
+                        [](const Entry &e) { return std::isnan(e.place.position); });
 }
 
 /** Stable; the standard's takes memory for however few. */
@@ -168,9 +157,9 @@ void sort(Entries &entries)
 /** Whether partners all belong behind own, whatever its order: paths of a second operand are younger. */
 bool comeBehind(const Entries &partners, const Entries &own)
 {
-    const auto byPath = [](const Entry &a, const Entry &b) { return a.pathId < b.pathId; };
-    return partners.isEmpty() || std::max_element(own.begin(), own.end(), byPath)->pathId <
-                                     std::min_element(partners.begin(), partners.end(), byPath)->pathId;
+    const auto byPath = [](const Entry &a, const Entry &b) { return a.place.pathId < b.place.pathId; };
+    return partners.isEmpty() || byPath(*std::max_element(own.begin(), own.end(), byPath),
+                                        *std::min_element(partners.begin(), partners.end(), byPath));
 }
 
 /**

@@ -93,7 +93,7 @@ private:
     QList<vxCurveLocation *> &m_locations;
     opParam &m_param;
     const Values m_given;
-    /** The last meeting if it was not taken: it would not be a second time right after. */
+    /** The last meeting that was rejected, so that the same one is not tried twice in a row. */
     std::optional<Meeting> m_refused;
     /** Some meeting was found, taken or not. */
     bool m_found = false;

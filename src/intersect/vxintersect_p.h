@@ -110,31 +110,8 @@ bool findOverlap(const PreparedCurve &c1, const PreparedCurve &c2, TimePair pair
 
 // --- vxclipping.cpp ---
 
-/** A point of the hull of the distance function: x a time, y a distance. */
-struct HullPoint {
-    double x, y;
-};
-
-/** A chain of that hull: two to four points. Left unset until they are appended, since clipping makes many.
- */
-struct HullChain {
-    HullPoint points[4];
-    int count = 0;
-
-    void append(double x, double y) { points[count++] = { x, y }; }
-    const HullPoint &end(bool first) const { return points[first ? 0 : count - 1]; }
-};
-
-/**
- * Upper and lower chain of the hull of (0, d0), (1/3, d1), (2/3, d2), (1, d3), both from the first to the
- * last.
- */
-void distanceHull(double d0, double d1, double d2, double d3, HullChain &top, HullChain &bottom);
-/**
- * Time at which the hull, entered from its chains' first points, reaches [dMin, dMax]; NaN when it does not.
- */
-double clipHull(const HullChain &top, const HullChain &bottom, double dMin, double dMax);
-double clipHullChain(const HullChain &chain, bool top, double threshold);
+/** Depth of halvings and clips at which a search is cut short. */
+constexpr int maxClipDepth = 48;
 
 /**
  * What one clipping search starts from; the public edge can start it anywhere, the engine starts at the
@@ -152,9 +129,9 @@ struct ClipRange {
 
 /**
  * Fat-line clipping: appends the meetings of c1 and c2 (times on c2 first where range.flip says that the
- * roles are exchanged) and returns the number of calls, starting from calls. Stops quietly at a depth of 48
- * or 4096 calls. T. W. Sederberg, T. Nishita: Curve intersection using Bézier clipping, CAD 22 (1990),
- * sections 3 and 4.
+ * roles are exchanged) and returns the number of calls, starting from calls. At maxClipDepth or 4096 calls
+ * it stops and marks found as cut short. T. W. Sederberg, T. Nishita: Curve intersection using Bézier
+ * clipping, CAD 22 (1990), sections 3 and 4.
  */
 int clipCurves(const Cubic &c1, const Cubic &c2, const ClipRange &range, int calls, TimePairs &found);
 

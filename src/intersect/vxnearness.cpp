@@ -37,8 +37,9 @@ bool isFarFromHull(const Cubic &c, const vxPoint &p, double distance)
 }
 
 /**
- * Moves a time to that of the place nearest to a point: Newton on (B(t) - p) . B'(t) = 0, with B'' left out,
- * which converges wherever the curve is no sharp bend. Returns how far the place is off.
+ * Moves a time to that of the place nearest to a point by the Gauss-Newton method: Newton on
+ * (B(t) - p) . B'(t) = 0 with B'' left out, which converges wherever the curve is no sharp bend. Returns how
+ * far the place is off.
  */
 inline double settle(const SteppedCurve &c, const vxPoint &point, double &t)
 {
@@ -87,6 +88,7 @@ double timeNear(const Cubic &c, const vxPoint &point, double &distance)
         return noTime;
     double best = noTime;
     const SteppedCurve curve(c);
+    // Never accepts, so that all times are tried: the nearest place is wanted, not the first.
     const auto tryFrom = [&](double t) {
         const double d = settle(curve, point, t);
         if (d <= distance) {
@@ -95,8 +97,8 @@ double timeNear(const Cubic &c, const vxPoint &point, double &distance)
         }
         return false;
     };
-    // Ends are offered last and 0 is as near as can be: what was offered before one that is the point itself
-    // does not count.
+    // Shortcut: ends are tried last and ties go to the later, so if the point is an end nothing tried before
+    // can win.
     if (point == c.p3()) {
         tryFrom(1);
         if (distance == 0 && best == 1)

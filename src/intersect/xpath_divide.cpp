@@ -1,6 +1,7 @@
 #include "xpath.h"
 
 #include "vxcurvelocation.h"
+#include "vxdividemode_p.h"
 #include "vxdivisions_p.h"
 #include "vxref_p.h"
 
@@ -12,8 +13,8 @@ namespace {
 
 /**
  * Divides curves at sorted locations, from the last to the first, so that the places still to come stay
- * valid. A path's lists are rebuilt once for all its divisions; before anything asks for them, that is made
- * up for.
+ * valid. A path's lists are rebuilt once for all its divisions, or earlier if something is about to read
+ * them.
  */
 class Divider
 {
@@ -59,36 +60,56 @@ private:
             location->_place(curve, curve->segment1());
             return curve->segment1();
         }
-        vxSegment *segment = nullptr;
-        if (time < timeMargin) {
-            segment = curve->segment1();
-        } else if (time > timeUpper) {
-            segment = curve->segment2();
-        } else if (vxCurve *second = divide(curve, time)) {
-            if (!m_hasHandles) {
-                if (m_straight.isEmpty())
-                    m_straight.reserve(2 * m_count);
-                m_straight.append(vxRef<vxCurve>(curve));
-                m_straight.append(vxRef<vxCurve>(second));
-            }
-            segment = second->segment1();
-            if (m_previous && m_previous->time == 1.0) {
-                // The previous place was this curve's end, which now ends the second half.
-                insertDivisions();
-                m_previous->setSegment(second->segment2());
-                location->setSegmentPrev(segment);
-                return segment;
-            }
-            if (m_path) {
-                location->_place(second, segment);
-                return segment;
-            }
+        if (time < timeMargin)
+            return moveTo(location, curve->segment1());
+        if (time > timeUpper)
+            return moveTo(location, curve->segment2());
+        return divideAndMove(location, curve, time);
+    }
+
+    /** Divides a curve off its ends, and moves location onto the new segment. */
+    vxSegment *divideAndMove(vxCurveLocation *location, vxCurve *curve, double time)
+    {
+        vxCurve *second = divide(curve, time);
+        if (!second)
+            return nullptr;
+        if (!m_hasHandles)
+            keepStraight(curve, second);
+        vxSegment *segment = second->segment1();
+        if (m_previous && m_previous->time == 1.0) {
+            movePreviousToSecondHalf(*second);
+            location->setSegmentPrev(segment);
+            return segment;
         }
+        if (!m_path)
+            return moveTo(location, segment);
+        location->_place(second, segment);
+        return segment;
+    }
+
+    /** The previous place was the end of a curve, which now ends the second half. */
+    void movePreviousToSecondHalf(const vxCurve &second)
+    {
+        insertDivisions();
+        m_previous->setSegment(second.segment2());
+    }
+
+    /** Moves location onto a segment, unless that is null; returns it. */
+    vxSegment *moveTo(vxCurveLocation *location, vxSegment *segment)
+    {
         if (segment) {
             insertDivisions();
             location->setSegment(segment);
         }
         return segment;
+    }
+
+    void keepStraight(vxCurve *first, vxCurve *second)
+    {
+        if (m_straight.isEmpty())
+            m_straight.reserve(2 * m_count);
+        m_straight.append(vxRef<vxCurve>(first));
+        m_straight.append(vxRef<vxCurve>(second));
     }
 
     /** Whether a curve is where its path expects it, as all are that nobody edited behind the path's back. */
@@ -153,23 +174,23 @@ bool isAlive(vxCurveLocation *location)
 
 /**
  * The locations that mode lets through. Asked before anything is divided: a location that has to find its
- * curve again must find the whole one. With mode 0 that is all of them.
+ * curve again must find the whole one.
  */
 QList<vxCurveLocation *> chooseLocations(const QList<vxCurveLocation *> &locations, int mode)
 {
-    if (mode == 0)
+    if (mode == vx::DivideAtAll)
         return locations;
     QList<vxCurveLocation *> chosen;
     for (vxCurveLocation *location : locations) {
         if (!location)
             continue;
-        if (mode == 2 && !(isAlive(location) && isAlive(location->intersection))) {
+        if (mode == vx::DivideAtAlive && !(isAlive(location) && isAlive(location->intersection))) {
             // Belongs to a stretch that was removed with the overlaps: it must not be walked over later.
             if (location->segment)
                 location->segment->setIntersection(nullptr);
             continue;
         }
-        if (mode != 1 || location->overlap)
+        if (mode != vx::DivideAtOverlaps || location->overlap)
             chosen.append(location);
     }
     return chosen;
@@ -186,8 +207,8 @@ QList<vxCurveLocation *> XPath::divideLocations(const QList<vxCurveLocation *> &
             divider.divideAt(chosen.at(i));
     }
     divider.finish();
-    // Modes 1 and 2 answer what they chose, but never with nothing: callers go on with the list.
-    return mode == 0 || chosen.isEmpty() ? locations : chosen;
+    // Other modes answer what they chose, but never with nothing: callers go on with the list.
+    return mode == vx::DivideAtAll || chosen.isEmpty() ? locations : chosen;
 }
 
 void XPath::linkIntersections(vxCurveLocation *from, vxCurveLocation *to)

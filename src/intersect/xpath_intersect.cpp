@@ -36,7 +36,7 @@ struct Item {
 /** Of few curves on the stack. */
 using Items = QVarLengthArray<Item, 24>;
 
-/** What is read of a curve first. It is kept, for of many curves none is in a cache when it is asked for. */
+/** What is read of a curve first. Copied once, because re-reading it later would miss the cache. */
 struct Boxed {
     vx::Cubic values;
     vx::Box box;
@@ -151,14 +151,13 @@ public:
 
     /**
      * One curve with all of others from place first on; before and after are the places of its neighbours, -1
-     * for none. among() gives a box around it and curves that follow it.
+     * for none. boxAroundNext() gives a box around it and curves that follow it.
      */
-    template <typename Among>
+    template <typename BoxAroundNext>
     void meetOthers(const Item &item, const Items &others, vx::BoxLookup<BoxOf> &boxes, int first, int before,
-                    int after, Among &&among)
+                    int after, BoxAroundNext &&boxAroundNext)
     {
-        // Twice the reach of boxesMeet, which decides: the comparisons may round differently.
-        boxes.queryInTurn(item.values.box, 2 * vxTolerance::closeDistance, first, among, [&](int j) {
+        const auto meet = [&](int j) {
             setParam(j == before, j == after);
             const Item &other = others[j];
             const std::optional<vx::Prospect> prospect = vx::firstLook(item.values, other.values, m_param);
@@ -167,7 +166,9 @@ public:
             vx::CurvePair(item.values, other.values, item.curve(), other.curve(), m_group, m_param,
                           vx::CurvePair::Values::Whole)
                 .intersect(*prospect);
-        });
+        };
+        // Twice the reach of boxesMeet, which decides: the comparisons may round differently.
+        boxes.queryConsecutive(item.values.box, 2 * vxTolerance::closeDistance, first, boxAroundNext, meet);
     }
 
     /** The next curves belong to another contour: merging and sorting stay within one. */
@@ -194,13 +195,13 @@ private:
     QList<vxCurveLocation *> m_group;
 };
 
-/** Box around the items from place i on that are looked at together, of those before end. */
+/** Box around the items from place i on that one search serves, of those before end. */
 template <typename BoxAt>
 vx::Box aroundNext(int i, int end, BoxAt &&boxAt)
 {
-    constexpr int together = vx::BoxLookup<BoxOf>::together;
+    constexpr int count = vx::BoxLookup<BoxOf>::queriesPerSearch;
     vx::Box box = boxAt(i);
-    for (int k = i + 1; k < std::min(i + together, end); ++k)
+    for (int k = i + 1; k < std::min(i + count, end); ++k)
         vx::extend(box, boxAt(k));
     return box;
 }

@@ -3,19 +3,13 @@
 #include "vxbatch_p.h"
 #include "vxcurvelocation.h"
 #include "vxcurvevalues_p.h"
+#include "vxnowhere_p.h"
 #include "vxpath.h"
 
 #include <cmath>
-#include <limits>
 
 using namespace vxTolerance;
-
-namespace {
-
-constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
-constexpr vxPoint nowhere(undefined, undefined);
-
-} // namespace
+using vx::nowhere;
 
 vxCurve::vxCurve(const QVector<double> &values, vxPath *path) : m_path(path)
 {
@@ -153,7 +147,7 @@ vxRect vxCurve::getBounds() const
     return m_bounds->box;
 }
 
-double vxCurve::getOffsetAtTime(double t) const
+double vxCurve::_startOffset() const
 {
     double before = 0;
     if (m_path && index() > 0) {
@@ -161,7 +155,12 @@ double vxCurve::getOffsetAtTime(double t) const
         for (int i = 0; i < index() && i < curves.size(); ++i)
             before += curves.at(i)->getLength();
     }
-    return before + getPartLength(0, t);
+    return before;
+}
+
+double vxCurve::getOffsetAtTime(double t) const
+{
+    return _startOffset() + getPartLength(0, t);
 }
 
 vxCurveLocation *vxCurve::getLocationOf(const vxPoint &point)

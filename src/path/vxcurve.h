@@ -102,7 +102,7 @@ public:
     /** Arc length of the whole curve, cached until the path changes. */
     double getLength() const;
     double getPartLength(double from, double to) const;
-    /** Time at an arc length; negative counts back from the end. */
+    /** Time at an arc length; negative counts back from the end. start: see the static form. */
     double getTimeAt(double offset, double start = vxTolerance::noTime) const;
     /** Point at a time, or at an arc length (negative: from the end). */
     vxPoint getPointAt(double offset, bool isTime = false) const;
@@ -149,42 +149,75 @@ public:
                                      const vxMatrix *matrix);
     /** type 0 point, 1 derivative, 2 normal (dy, -dx), 3 curvature (k, 0); NaN for t outside [0, 1]. */
     static vxPoint _evaluate(const QVector<double> &values, double t, int type, bool normalized);
+    /** The point at time t. This and the next five answer NaN for t outside [0, 1]. */
     static vxPoint getPoint(const QVector<double> &values, double t);
+    /**
+     * Of length 1, in the direction of travel; at an end where the derivative vanishes, the direction between
+     * the two control points. (0, 0) where there is none.
+     */
     static vxPoint getTangent(const QVector<double> &values, double t);
+    /** The derivative, in path units per unit of curve time. */
     static vxPoint getWeightedTangent(const QVector<double> &values, double t);
+    /** (dy, -dx) of getTangent(). */
     static vxPoint getNormal(const QVector<double> &values, double t);
+    /** (dy, -dx) of the derivative. */
     static vxPoint getWeightedNormal(const QVector<double> &values, double t);
+    /** Per path unit, positive where the curve turns clockwise on screen; 0 where the derivative vanishes. */
     static double getCurvature(const QVector<double> &values, double t);
-    /** Arc length between times a and b: Gauss-Legendre over the speed, exact for straight curves. */
+    /** Arc length in path units between times a <= b: Gauss-Legendre over the speed, exact when straight. */
     static double getLength(const QVector<double> &values, double a = 0, double b = 1);
     /** Gauss-Legendre order for a time range: ceil(32 |b - a|) within 2 to 16. */
     static int getIterations(double a, double b);
     /**
-     * Time at arc length offset from start (-100: from the start, or the end when negative); -100 out of
-     * range.
+     * Time at arc length offset (path units, negative: backwards) from time start; start -100: from the start
+     * of the curve, or from its end for a negative offset. -100 when the curve ends before, when start is
+     * outside [0, 1], or for NaN. An offset of 0 gives start back, whatever it is.
      */
     static double getTimeAt(const QVector<double> &values, double offset, double start);
+    /** Point at a time, or at an arc length (negative: from the end); NaN beyond the ends. */
     static vxPoint getPointAt(const QVector<double> &values, double offset, bool isTime);
+    /** Time of a point on the curve, -100 when it lies farther off than closeDistance. */
     static double getTimeOf(const QVector<double> &values, const vxPoint &point);
+    /** Time of the curve point nearest to point, always in [0, 1]; 0 for NaN. */
     static double getNearestTime(const QVector<double> &values, const vxPoint &point);
-    /** The two parts at t, by de Casteljau's construction. */
+    /** The two parts at t, by de Casteljau's construction; t is not clamped. */
     static QVector<QVector<double>> subdivide(const QVector<double> &values, double t);
+    /** The part between two times; reversed when from > to. */
     static QVector<double> getPart(const QVector<double> &values, double from, double to);
+    /** Tight bounds; all zero for fewer than eight values. */
     static vxRect getBounds(const QVector<double> &values);
-    /** Extends (*min)[coord] and (*max)[coord] by the curve's range; null or too short vectors: nothing. */
+    /**
+     * Extends (*min)[coord] and (*max)[coord] by the range of a curve with these control values in one
+     * coordinate; null or too short vectors: nothing. min and max must already hold q0. padding / 2 is added
+     * on each side, but not to q3 unless all control values lie between the ends; nothing is extended while
+     * all four lie within padding / 2 of the range. roots is unused.
+     */
     static void addBounds(double q0, double q1, double q2, double q3, int coord, double padding,
                           QVector<double> *min, QVector<double> *max, QVector<double> &roots);
-    /** Times in [min, max] where coordinate coord (0 x, 1 y) equals val; the count, roots written from index
-     * 0. */
+    /**
+     * Times in [min, max] where coordinate coord (0 x, 1 y) equals val; min = max = 0: unbounded. Returns
+     * their number, 0 to 3, and writes them to roots from index 0, lengthening it where needed. None when the
+     * curve lies on val throughout, and for any other coord.
+     */
     static int solveCubic(const QVector<double> &values, int coord, double val, QVector<double> &roots,
                           double min, double max);
+    /**
+     * Signed area between the curve and the origin, in square path units, so that a closed chain sums to its
+     * area; clockwise on screen is positive.
+     */
     static double getArea(const QVector<double> &values);
-    /** Handles relative to the ends of line. */
+    /**
+     * No handles, or both handles on the chord, pointing inward and not overshooting. This and isLinear()
+     * take handles relative to the ends of line.
+     */
     static bool isStraight(const vxLine &line, const vxPoint &h1, const vxPoint &h2);
     static bool isStraight(const QVector<double> &values);
+    /** Both control points sit at the thirds of the chord, within machineZero per coordinate. */
     static bool isLinear(const vxLine &line, const vxPoint &h1, const vxPoint &h2);
     static bool isLinear(const QVector<double> &values);
+    /** A control point differs from its end point by more than machineZero in a coordinate. */
     static bool hasHandles(const QVector<double> &values);
+    /** The curve surely stays within flatness path units of its chord. */
     static bool isFlatEnough(const QVector<double> &values, double flatness);
 
     // --- intersections: src/intersect/ (vxcurve_intersect.cpp) ---
@@ -204,12 +237,20 @@ public:
                                                         QList<vxCurveLocation *> &locations, opParam &param);
     /** Empty, or the two (time on vals1, time on vals2) pairs that bound the stretch both curves share. */
     static QVector<vxPoint> getOverlaps(const QVector<double> &vals1, const QVector<double> &vals2);
+    /** Both curves straight: the point that their chords share, if any. */
     static void addLineIntersection(const QVector<double> &vals1, const QVector<double> &vals2, vxCurve *c1,
                                     vxCurve *c2, QList<vxCurveLocation *> &locations, opParam &param);
+    /** One curve straight: up to three points of the other on its chord. */
     static void addCurveLineIntersections(const QVector<double> &vals1, const QVector<double> &vals2,
                                           vxCurve *c1, vxCurve *c2, QList<vxCurveLocation *> &locations,
                                           opParam &param);
-    /** Fat-line clipping after Sederberg and Nishita; returns the updated number of calls. */
+    /**
+     * Fat-line clipping after Sederberg and Nishita. vals1 is the part of c1 between times tMin and tMax,
+     * vals2 that of c2 between uMin and uMax; meetings are added by their times on the whole curves. flip
+     * exchanges the roles in what is added: c2 counts as the first curve. recursion is the depth reached so
+     * far (0 to below 48, else nothing is done), calls the number of clips made so far, of at most 4096;
+     * returns their new number. At either limit the search stops, which param.unfinished tells.
+     */
     static int addCurveIntersections(const QVector<double> &vals1, const QVector<double> &vals2, vxCurve *c1,
                                      vxCurve *c2, QList<vxCurveLocation *> &locations, opParam &param,
                                      double tMin, double tMax, double uMin, double uMax, bool flip,
@@ -219,11 +260,15 @@ public:
      * last.
      */
     static QVector<QVector<vxPoint>> getConvexHull(double dq0, double dq1, double dq2, double dq3);
-    /** First time at which the hull enters [dMin, dMax], NaN when it does not. */
+    /** First time at which the hull, of at most four points a chain, enters [dMin, dMax], else NaN. */
     static double clipConvexHull(const QVector<vxPoint> &hullTop, const QVector<vxPoint> &hullBottom,
                                  double dMin, double dMax);
+    /** First time at which a chain comes up (top) or down to threshold, NaN when it does not. */
     static double clipConvexHullPart(const QVector<vxPoint> &part, bool top, double threshold);
-    /** The one place where a pair of locations is made: filters, links, merges into the sorted list. */
+    /**
+     * The one place where a pair of locations is made: filters, links, merges into the sorted list. A time of
+     * -100 is sought at its point; a NaN point is computed from its time.
+     */
     static void addLocation(QList<vxCurveLocation *> &locations, opParam &param, const QVector<double> &vals1,
                             vxCurve *c1, double t1, const vxPoint &p1, const QVector<double> &vals2,
                             vxCurve *c2, double t2, const vxPoint &p2, bool overlap);
@@ -241,6 +286,8 @@ public:
      */
     int _number() const { return m_number; }
     void _setNumber(int number) { m_number = number; }
+    /** Arc length from the start of the path to the start of this curve; 0 on a free curve. */
+    double _startOffset() const;
     /** For who knows what getLength() is going to compute. */
     void _setLength(double length);
     /**

@@ -2,19 +2,17 @@
 
 #include "vxcurvevalues_p.h"
 #include "vxmatrix.h"
+#include "vxnowhere_p.h"
 #include "vxnumeric_p.h"
 
 #include <algorithm>
-#include <limits>
 
 // The public edge of the kernel: values in, one call, values out. Too few values answer the neutral result.
 
+using vx::nowhere;
 using vxTolerance::noTime;
 
 namespace {
-
-constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
-constexpr vxPoint nowhere(undefined, undefined);
 
 vxPoint evaluated(const QVector<double> &values, double t, vx::Evaluate what, bool normalized)
 {
@@ -149,7 +147,7 @@ int vxCurve::solveCubic(const QVector<double> &values, int coord, double val, QV
     const int count = vx::timesAtCoordinate(c, coord, val, found, min, max);
     if (roots.size() < count)
         roots.resize(count);
-    std::copy(found, found + std::max(count, 0), roots.begin());
+    std::copy(found, found + count, roots.begin());
     return count;
 }
 

@@ -19,8 +19,7 @@ vxPath::~vxPath()
         clearMonos();
     releaseCurves();
     for (vxSegment *segment : qAsConst(m_segments)) {
-        segment->path = nullptr;
-        segment->index = -1;
+        segment->_detach();
         segment->release();
     }
 }

@@ -44,7 +44,7 @@ public:
 
     /** A new path (count 0, new id, no parent) with copies of the segments, the closed flag and the flags. */
     vxPath *clone() const;
-    /** Takes over copies of other's segments, its closed flag and its flags. */
+    /** Becomes a copy of other (segments, closed flag, flags); keeps its id and parent. */
     void assign(const vxPath &other);
     void addRef() { ++refCount; }
     void release();
@@ -112,7 +112,7 @@ public:
      * Appends other (not this, may be null) where ends meet within tolerance, reversing it where needed, and
      * removes it from its parent; then, or for null and this path itself, closes the path when its ends meet
      * within tolerance. An other with no end near is appended at the end. A closed path joins as its outline,
-     * opened at its first segment. Other is left empty.
+     * opened at its first segment. Other is left empty, and is deleted if only its parent held it.
      */
     void join(vxPath *other, double tolerance);
     /**
@@ -152,13 +152,16 @@ public:
     void quadraticCurveTo(const vxPoint &handle, const vxPoint &to);
     void quadraticCurveBy(const vxPoint &handle, const vxPoint &to);
     /**
-     * Elliptic arc to a point: radii, rotation of the ellipse in degrees, long way round, sweep in the
-     * direction of growing angles. Radii that are too small are scaled up; a zero or non-finite radius gives
+     * Elliptic arc to a point: radii, rotation of the ellipse in degrees, large: the long way round, sweep:
+     * clockwise on screen. Radii that are too small are scaled up; a zero or non-finite radius gives
      * a line.
      */
     void arcTo(const vxPoint &to, const vxSize &radii, double rotation, bool large, bool sweep);
     void arcBy(const vxPoint &to, const vxSize &radii, double rotation, bool large, bool sweep);
-    /** Arc of the ellipse in rect, angles in degrees as vxBezier::arcToBezier; a line leads to its start. */
+    /**
+     * Arc of the ellipse in rect, angles in degrees, counterclockwise on screen as in vxBezier::arcToBezier;
+     * a line leads to its start. An empty rect and what is not finite add nothing.
+     */
     void arcTo2(const vxRect &rect, double start, double sweep);
     /** Becomes (when empty) or appends the closed ellipse in rect. */
     void ellipse(const vxRect &rect);
@@ -242,10 +245,10 @@ public:
     /** The one place that drops what was computed from the geometry and advances the version. */
     void _changed();
     /**
-     * Does that where a plain setter of a segment, which tells nobody, moved something since the last call;
-     * the first one only begins to watch. Asked before an operation relies on what callers do not know to be
-     * kept (bounds, what is known of reducing, cleaned copies), and before that is kept. A look at every
-     * segment.
+     * Detects edits made through plain setters by comparing a fingerprint of the outline, and calls
+     * _changed() if it differs; the first call after that (or on a new path) only records it. Call it before
+     * using or storing any hidden cache (bounds, what is known of reducing, cleaned copies). Costs a pass
+     * over all segments.
      */
     void _noticeEdits() const;
     /** getBounds() right after _noticeEdits(). */
@@ -282,7 +285,7 @@ public:
     /** XPath::getWinding() of this path alone, probed sideways. */
     vxWinding _winding(const vxPoint &point) const;
     /**
-     * The cached curve list after count segments were inserted before position start (count negative:
+     * Brings the cached curve list into step after count segments were inserted before start (negative:
      * removed).
      */
     void _adjustCurves(int start, int count);

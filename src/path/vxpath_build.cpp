@@ -1,13 +1,14 @@
 #include "vxpath.h"
 
 #include "vxbezier.h"
+#include "vxnumeric_p.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace {
+using vx::pi;
 
-constexpr double pi = 3.141592653589793;
+namespace {
 
 bool isFinite(const vxPoint &p)
 {

@@ -11,12 +11,6 @@
 
 namespace {
 
-void detach(vxSegment *segment)
-{
-    segment->path = nullptr;
-    segment->index = -1;
-}
-
 /**
  * The segment to insert for what a caller gave: a clone if that belongs to a path, with one reference taken.
  */
@@ -110,7 +104,7 @@ void vxPath::setSegments(const QList<vxSegment *> &list)
     QList<vxSegment *> old;
     old.swap(m_segments);
     for (vxSegment *segment : qAsConst(old))
-        detach(segment);
+        segment->_detach();
     m_segments.reserve(list.size());
     for (vxSegment *segment : list) {
         if (segment)
@@ -178,7 +172,7 @@ QList<vxSegment *> vxPath::removeSegments(int from, int to)
     const QList<vxSegment *> removed = m_segments.mid(from, to - from);
     m_segments.erase(m_segments.begin() + from, m_segments.begin() + to);
     for (vxSegment *segment : removed)
-        detach(segment);
+        segment->_detach();
     renumber(from);
     _adjustCurves(from, from - to);
     _changed();

@@ -254,10 +254,8 @@ void vxPath::reduce(bool simplify)
         (reduction.isKept(i) ? kept : dropped).append(m_segments.at(i));
     m_segments = kept;
     renumber(0);
-    for (vxSegment *segment : qAsConst(dropped)) {
-        segment->path = nullptr;
-        segment->index = -1;
-    }
+    for (vxSegment *segment : qAsConst(dropped))
+        segment->_detach();
     _changed();
     releaseAll(dropped);
 }

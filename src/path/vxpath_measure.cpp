@@ -4,16 +4,15 @@
 #include "vxcurvevalues_p.h"
 #include "vxmatrix.h"
 #include "vxnearestlocation_p.h"
+#include "vxnowhere_p.h"
 
 #include <cmath>
 #include <limits>
 
 using namespace vxTolerance;
+using vx::nowhere;
 
 namespace {
-
-constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
-constexpr vxPoint nowhere(undefined, undefined);
 
 vx::Cubic mapped(const vx::Cubic &c, const vxMatrix &m)
 {
@@ -34,6 +33,7 @@ vxRect boundsOf(const QList<vxSegment *> &segments, int curves, Map &&map)
     if (curves == 0)
         vx::extend(box,
                    vx::bounds(map(vx::Cubic::fromLine(segments.first()->point, segments.first()->point))));
+    constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
     const bool found = box.minX <= box.maxX && box.minY <= box.maxY;
     return found ? vxRect(box.minX, box.minY, box.maxX - box.minX, box.maxY - box.minY)
                  : vxRect(undefined, undefined, undefined, undefined);

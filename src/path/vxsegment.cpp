@@ -4,9 +4,8 @@
 #include "vxcurve.h"
 #include "vxcurvelocation.h"
 #include "vxmatrix.h"
+#include "vxnowhere_p.h"
 #include "vxpath.h"
-
-#include <limits>
 
 vxSegment &vxSegment::operator=(const vxSegment &other)
 {
@@ -102,9 +101,7 @@ vxCurveLocation *vxSegment::getLocation() const
     vxCurve *curve = getCurve();
     if (!curve)
         return nullptr;
-    constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
-    constexpr vxPoint nowhere(undefined, undefined);
-    return new vxCurveLocation(curve, curve->segment1() == this ? 0 : 1, nowhere, false, 0);
+    return new vxCurveLocation(curve, curve->segment1() == this ? 0 : 1, vx::nowhere, false, 0);
 }
 
 void vxSegment::reverse()

@@ -140,9 +140,18 @@ public:
         winding = -1;
     }
 
+    /** Called by the path when it takes this segment out of its list. */
+    void _detach()
+    {
+        path = nullptr;
+        index = -1;
+    }
+
     // --- data; what stands before refCount, and winding, are scratch of a running boolean ---
 
+    /** The tracer has used it up: no contour of the result passes here any more. */
     bool visited = false;
+    /** vxWinding::contour of the stretch that starts here: it bounds the filled area. */
     bool contour = false;
     /** Where the curve that starts here lies, a vx::Position. */
     quint8 position = 0;
@@ -151,7 +160,7 @@ public:
     quint8 arrival = noPosition;
     /** The curve that starts here belongs to a contour of the result. */
     bool walked = false;
-    /** The walk came to it from a curve of another contour, or elsewhere of its own, that ends here. */
+    /** The tracer reached this segment by switching from another curve that ends here. */
     bool changedOver = false;
 
 private:
@@ -163,6 +172,7 @@ public:
     quint32 refCount = 0;
     /** Position in the path's list, -1 when free. */
     qint32 index = -1;
+    /** vxWinding::winding of the stretch that starts here; -1: not counted. */
     qint32 winding = -1;
     vxPath *path = nullptr;
     vxPoint point;

@@ -55,8 +55,8 @@ public:
     /** Removes the children in [from, to) (to -1: all after from). */
     void removeChildren(int from = 0, int to = -1);
     /**
-     * Removes child and releases it once, also when it was not found: the reference of the caller is
-     * consumed.
+     * Removes child and releases it once: if it is listed, the container's reference; if not, one of the
+     * caller's. Null: nothing.
      */
     void removeChild(vxPath *child);
     vxPath *getFirstChild() const { return children.isEmpty() ? nullptr : children.first(); }
@@ -95,6 +95,8 @@ public:
     /**
      * All meetings of this path with other, or with itself when other is null or this; include (may be empty)
      * keeps those that it answers true for. One side of each pair, sorted within each contour of this path.
+     * returnFirst: only the first curve with itself; with another path nothing is searched and the list is
+     * empty.
      */
     QList<vxCurveLocation *> getIntersections(XPath *other,
                                               const std::function<bool(vxCurveLocation *)> &include,
@@ -102,10 +104,13 @@ public:
     /** The meetings where the outlines pass through each other, and the ends of stretches that they share. */
     QList<vxCurveLocation *> getCrossings(XPath *other);
     /**
-     * Divides the curves at the locations and links the new segments to them. mode 0: all; 1: overlaps only,
-     * which are returned; 2: after overlaps were removed: divides at locations whose two curves are both
-     * alive, returns those, and clears the links of the others. The locations must stay alive while segments
-     * refer to them.
+     * Divides the curves at the locations and links the new segments to them. locations: both sides of every
+     * pair, sorted, as vxCurveLocation::expand() gives them; they must stay alive while segments refer to
+     * them.
+     *
+     * mode 0 divides at all; 1 at overlaps; 2 (after overlaps were removed) at those whose two curves are
+     * alive, clearing the links of the others. Other modes behave as 0, without null entries. Returns the
+     * locations divided at, or all of locations when there were none.
      */
     QList<vxCurveLocation *> divideLocations(const QList<vxCurveLocation *> &locations, int mode);
     /** Joins the chains of two coincident locations; nothing when they are one chain already. */
@@ -181,9 +186,9 @@ public:
     /** getBounds() right after that. */
     vxRect _bounds() const;
     /**
-     * Appends copies of contours as they are, in which nobody made edits without notice: side by side in
-     * memory, in the order of a walk. ranks: in which order they are numbered, the least first. What is to be
-     * done to each may be given: afterwards, many would be out of the processor's cache.
+     * Appends copies of contours, allocated contiguously. Call _noticeEdits() first. ranks: ids are given in
+     * ascending rank (none: in the order of the list). change(i, copy) runs right after each copy, while it
+     * is still in cache.
      */
     void _addCopiesOf(const QVector<vxPath *> &originals, const QVector<quint32> &ranks,
                       const std::function<void(int, vxPath &)> &change = nullptr);

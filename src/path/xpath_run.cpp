@@ -3,6 +3,7 @@
 #include "vxbatch_p.h"
 #include "vxcurvelocation.h"
 #include "vxnearestlocation_p.h"
+#include "vxnowhere_p.h"
 
 #include <algorithm>
 #include <functional>
@@ -12,8 +13,6 @@
 
 namespace {
 
-constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
-constexpr vxPoint nowhere(undefined, undefined);
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
 /** The box around those of all contours that are not empty. */
@@ -139,7 +138,7 @@ vxPoint XPath::getNearestPoint(const vxPoint &point) const
 {
     vxCurveLocation *location = getNearestLocation(point);
     if (!location)
-        return nowhere;
+        return vx::nowhere;
     const vxPoint nearest = location->getPoint();
     location->release();
     return nearest;

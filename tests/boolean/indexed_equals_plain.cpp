@@ -306,7 +306,7 @@ void expectFoundAsByLooking(const std::vector<vx::Box> &boxes, double slack)
         ordered.query(boxes[size_t(i)], slack, i, [&found](int j) { found.push_back(j); });
         ASSERT_EQ(found, plain) << "box " << i << " of " << count;
         found.clear();
-        inTurn.queryInTurn(
+        inTurn.queryConsecutive(
             boxes[size_t(i)], slack, i, [&] { return aroundSome(boxes, size_t(i)); },
             [&found](int j) { found.push_back(j); });
         ASSERT_EQ(found, plain) << "in turn, box " << i << " of " << count;
@@ -339,7 +339,7 @@ TEST(IndexedEqualsPlain, one_box_around_all_others_does_not_make_their_search_lo
     vx::BoxLookup<decltype(boxAt)> lookup(boxes.size(), boxAt);
     int found = 0;
     for (int i = 0; i < count; ++i) {
-        lookup.queryInTurn(
+        lookup.queryConsecutive(
             boxes[size_t(i)], 0, i, [&] { return aroundSome(boxes, size_t(i)); }, [&found](int) { ++found; });
     }
     EXPECT_EQ(found, count + count - 1) << "each itself, and the first all others";

@@ -175,9 +175,9 @@ TEST(Apart, pairs_said_to_have_no_contact_are_searched_in_vain)
         const vx::PreparedCurve a(values);
         const vx::PreparedCurve b(curves.oneIn(2) ? curves.any() : curves.beside(values));
         int nearEnd;
-        const vx::Contact contact = possibleContact(a, b, nearEnd);
+        const vx::PossibleContact contact = possibleContact(a, b, nearEnd);
         vx::TimePair overlap[2];
-        if (contact == vx::Contact::Any) {
+        if (contact == vx::PossibleContact::Any) {
             vx::TimePair sooner[2];
             const bool found = findOverlap(a, b, overlap);
             ASSERT_EQ(findOverlap(a, b, sooner, nearEnd), found) << text(a) << "\n" << text(b);
@@ -188,7 +188,7 @@ TEST(Apart, pairs_said_to_have_no_contact_are_searched_in_vain)
         }
         ASSERT_FALSE(endsAreNear(a.values, b.values)) << text(a) << "\n" << text(b);
         ASSERT_FALSE(findOverlap(a, b, overlap)) << text(a) << "\n" << text(b);
-        if (contact == vx::Contact::Crossing) {
+        if (contact == vx::PossibleContact::Crossing) {
             ++crossing;
             continue;
         }
@@ -320,7 +320,7 @@ TEST(Apart, ends_within_the_hull_but_off_the_curve_are_told)
         const vxPoint p(51.2 - inwards, 51.2 - inwards);
         EXPECT_FALSE(mayComeNear(quarter, p)) << inwards;
         const vx::PreparedCurve line(vx::Cubic::fromLine(p, vxPoint(80, 90)));
-        EXPECT_EQ(possibleContact(quarter, line), vx::Contact::Crossing) << inwards;
+        EXPECT_EQ(possibleContact(quarter, line), vx::PossibleContact::Crossing) << inwards;
     }
 }
 
