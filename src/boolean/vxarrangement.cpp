@@ -31,6 +31,10 @@ constexpr size_t mostEdgesSetAside = size_t(1) << 16;
  * Of the square on the drawing's longer side: finer snapping changes no area by more, or it lost a feature.
  */
 constexpr double refinedFraction = 1e-6;
+/** Path units: contours that are thinner, on average, may be lost. */
+constexpr double leastThickness = 5e-5;
+/** Snapping distances: a contour that is thicker, on average, keeps its shape. */
+constexpr double resolvedThickness = 8;
 
 } // namespace
 
@@ -93,7 +97,7 @@ void Arrangement::refine(Operation operation, double movable)
     for (size_t look = 0;; ++look) {
         double firstBalanced = 0;
         for (double snapping : fineSnappingDistances) {
-            if (snapping >= coarse || !attempt(operation, snapping) ||
+            if (snapping >= coarse || !resolvesContours(snapping) || !attempt(operation, snapping) ||
                 !(std::fabs(m_selection.area - area) <= refinedFraction * m_extent * m_extent))
                 continue;
             if (movedAtMost(movable, operation))
@@ -110,6 +114,31 @@ void Arrangement::refine(Operation operation, double movable)
     m_cuts = cuts;
     m_cutCounts.clear();
     attempt(operation, coarse);
+}
+
+bool Arrangement::resolvesContours(double snapping) const
+{
+    const double resolved = resolvedThickness * snapping;
+    const double least = leastThickness * m_frame.scale;
+    return resolved <= least ||
+           std::all_of(m_contours.begin(), m_contours.end(), [&](const ArrangedContour &contour) {
+               const double across = thickness(contour);
+               return !(across >= least && across < resolved);
+           });
+}
+
+/** Area of a contour by width and height of its hull, in units of the frame; NaN for a single point. */
+double Arrangement::thickness(const ArrangedContour &contour) const
+{
+    const vxPoint start = m_curves[size_t(contour.firstCurve)].inFrame.values.p0();
+    double area = 0;
+    Box box = emptyBox;
+    for (int i = 0; i < contour.curveCount; ++i) {
+        const Cubic &c = m_curves[size_t(contour.firstCurve + i)].inFrame.values;
+        area += signedAreaAround(start, c);
+        extend(box, hullBox(c));
+    }
+    return std::fabs(area) / (box.maxX - box.minX + box.maxY - box.minY);
 }
 
 /** Cuts the curves at unbalanced nodes in more places; false when there is no other way to look for some. */

@@ -49,6 +49,15 @@ struct Frame {
     Cubic toFrame(const Cubic &c) const;
 };
 
+/**
+ * Signed area between a curve and a point. Around a place near a small contour it loses no digits, as the
+ * area around a far origin does.
+ */
+inline double signedAreaAround(const vxPoint &p, const Cubic &c)
+{
+    return signedArea(Frame{ p.x, p.y, 1 }.toFrame(c));
+}
+
 /** One contour of an operand as it is filled. */
 struct ArrangedContour {
     const vxPath *path;
@@ -205,11 +214,18 @@ public:
     bool solve(Operation operation);
 
     /**
-     * After solve(): the same with a fine snapping where that closes too and gives the same area but for what
-     * snapping moves; the first that moves the outlines by no more than an area in the operands' square
-     * units, or else the first.
+     * After solve(): the same with a fine snapping where that closes too, resolves the operands' contours and
+     * gives the same area but for what snapping moves; the first that moves the outlines by no more than an
+     * area in the operands' square units, or else the first.
      */
     void refine(Operation operation, double movable);
+
+    /**
+     * Whether the operands' contours are far thicker than the snapping distance, but for those that are
+     * thinner than a thousandth of a unit. Else snapping may have closed one of them up, which shows neither
+     * in the balance of nodes nor, in a wide drawing, in the area that it moved.
+     */
+    bool resolvesContours() const { return resolvesContours(m_snapping); }
 
     const Selection &selection() const { return m_selection; }
     /** Per node: kept stretches that leave it less those that enter it. A node is balanced at 0. */
@@ -288,6 +304,8 @@ private:
     // vxarrangement.cpp
     void setSubdivisionAside();
     bool attempt(Operation operation, double snapping);
+    bool resolvesContours(double snapping) const;
+    double thickness(const ArrangedContour &contour) const;
     bool lookAgain(size_t look);
     bool isFilled(Operation operation, const Fill &fill) const;
     void select(Operation operation);

@@ -16,6 +16,9 @@ namespace {
 constexpr double straightFraction = 1e-12;
 /** Of the same square: a hair of more area stays. */
 constexpr double hairFraction = 1e-10;
+/** Snapping distances: what is thicker is no hair, though its area is lost in the rounding of a far origin's.
+ */
+constexpr double hairThickness = 8;
 
 } // namespace
 
@@ -102,7 +105,19 @@ private:
         }
         const double square = std::pow(m_a.m_extent * m_a.m_frame.scale, 2);
         const double rounding = 1e-15 * square * double(loop.size());
-        return std::fabs(area) <= std::min(m_a.m_snapping * length + rounding, hairFraction * square);
+        const double most = std::min(m_a.m_snapping * length + rounding, hairFraction * square);
+        return std::fabs(area) <= most && areaAroundItself(loop) <= hairThickness * m_a.m_snapping * length;
+    }
+
+    double areaAroundItself(const Contour &loop) const
+    {
+        const vxPoint start = m_a.m_current.nodes[size_t(startOf(loop.front()))].inFrame;
+        double area = 0;
+        for (const Step &step : loop) {
+            const double part = signedAreaAround(start, edgeOf(step).inFrame);
+            area += step.reversed ? -part : part;
+        }
+        return std::fabs(area);
     }
 
     /**

@@ -89,7 +89,7 @@ public:
             return { contours, true };
         }
         // Balanced, but joined over distances that show: that may be as wrong as what it would replace.
-        if (!movedAtMost(doubtfulMargin)) {
+        if (!m_arrangement.resolvesContours() || !movedAtMost(doubtfulMargin)) {
             m_report.verdict = vxBooleanReport::Doubtful;
             return { contours, false };
         }
@@ -104,12 +104,12 @@ private:
         const FramedOutline outline = outlineOf(contours, m_arrangement.frame());
         // Areas that snapping may have moved tell nothing of the engine's: two ways of drawing one shape
         // would be snapped differently, and each agree with its own.
-        if (movedAtMost(areaMargin) && isTraced(contours, outline))
+        if (m_arrangement.resolvesContours() && movedAtMost(areaMargin) && isTraced(contours, outline))
             return true;
         m_arrangement.refine(m_operation, areaMargin * m_arrangement.referenceArea());
         m_expected.reset();
         reportSolution();
-        return isTraced(contours, outline);
+        return m_arrangement.resolvesContours() && isTraced(contours, outline);
     }
 
     bool isTraced(const QVector<vxPath *> &contours, const FramedOutline &outline)

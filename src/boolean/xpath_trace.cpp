@@ -9,6 +9,7 @@
 #include "vxtracing_p.h"
 
 #include <algorithm>
+#include <iterator>
 #include <cmath>
 #include <vector>
 
@@ -250,6 +251,9 @@ QVector<vxPath *> vx::tracePaths(const QList<vxSegment *> &segments, int op, Unt
 
 QVector<vxPath *> XPath::tracePaths(const QList<vxSegment *> &segments, int op)
 {
+    QList<vxSegment *> onPaths;
+    std::copy_if(segments.begin(), segments.end(), std::back_inserter(onPaths),
+                 [](const vxSegment *segment) { return segment && segment->path; });
     vx::RunNotes notes;
-    return vx::tracePaths(segments, op, vx::Untouched::Copied, notes);
+    return vx::tracePaths(onPaths, op, vx::Untouched::Copied, notes);
 }

@@ -9,8 +9,8 @@
 namespace {
 
 /**
- * Where one arrangement of all does not close: pair by pair, so that one doubtful place does not spoil the
- * rest. The report is that of the least certain step, with the area of the last.
+ * Where one arrangement of all does not close or is too coarse: pair by pair, so that one doubtful place does
+ * not spoil the rest. The report is that of the least certain step, with the area of the last.
  */
 XPath *uniteInTurn(const QList<XPath *> &paths, vxBooleanReport &report)
 {
@@ -18,18 +18,16 @@ XPath *uniteInTurn(const QList<XPath *> &paths, vxBooleanReport &report)
     vxBooleanReport worst;
     vxBooleanReport step;
     for (XPath *path : paths) {
-        result.reset(XPath::computeBoolean(path, result.get(), vx::Unite, step));
+        // A lone open contour is cut as the first operand; as the second it is filled.
+        const bool isOpen = vx::isSingleOpen(*path);
+        result.reset(XPath::computeBoolean(isOpen ? result.get() : path, isOpen ? path : result.get(),
+                                           vx::Unite, step));
         if (step.verdict >= worst.verdict)
             worst = step;
     }
     report = worst;
     report.predictedArea = step.predictedArea;
     return result.release();
-}
-
-bool isArea(const XPath *path)
-{
-    return path && !path->children.isEmpty() && !vx::isSingleOpen(*path);
 }
 
 } // namespace
@@ -46,13 +44,13 @@ XPath *XPath::uniteAll(const QList<XPath *> &paths, vxBooleanReport &report)
     QList<XPath *> areas;
     QVector<const XPath *> operands;
     for (XPath *path : paths) {
-        if (!isArea(path))
+        if (!path || path->children.isEmpty())
             continue;
         areas.append(path);
         operands.append(path);
     }
     vx::Arrangement arrangement(operands);
-    if (!arrangement.solve(vx::Operation::Unite))
+    if (!arrangement.solve(vx::Operation::Unite) || !arrangement.resolvesContours())
         return uniteInTurn(areas, report);
     report.verdict = vxBooleanReport::Audited;
     report.predictedArea = arrangement.selection().area;

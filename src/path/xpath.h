@@ -144,7 +144,7 @@ public:
     XPath *exclude(XPath *other, vxBooleanReport &report);
     /**
      * The union of any number of paths in one arrangement, far faster than one after the other; null and
-     * empty ones count for nothing. New path, the caller's.
+     * empty ones count for nothing, open contours as if a line closed them. New path, the caller's.
      */
     static XPath *uniteAll(const QList<XPath *> &paths);
     static XPath *uniteAll(const QList<XPath *> &paths, vxBooleanReport &report);
@@ -169,7 +169,10 @@ public:
     /** Gives the stretch from start to the next intersection the winding count of its middle. */
     static void propagateWinding(vxSegment *start, XPath *path1, XPath *path2, const QList<vxMono *> &monos,
                                  int op);
-    /** New closed paths (count 0, the caller's) traced over divided segments; op 0 accepts every segment. */
+    /**
+     * New closed paths (count 0, the caller's) traced over divided segments; op 0 accepts every segment. Null
+     * segments and those on no path are left out.
+     */
     static QVector<vxPath *> tracePaths(const QList<vxSegment *> &segments, int op);
     /** A new compound path (the caller's) of the given paths, reduced when simplify is set. */
     static XPath *createResult(const QVector<vxPath *> &paths, bool simplify, XPath *path1, XPath *path2);

@@ -318,6 +318,42 @@ TEST(Audit, gives_areas_that_are_right_to_a_millionth_of_the_box_or_says_that_th
     }
 }
 
+TEST(Audit, keeps_what_is_small_in_a_wide_drawing_or_says_that_it_may_not)
+{
+    const struct {
+        std::string a, b;
+        double areas[4]; // intersect, unite, subtract, exclude
+    } rows[] = {
+        { shapes::rectangle(0, 0, 100, 100) + shapes::rectangle(1e9, 0, 100, 100),
+          shapes::rectangle(50, 50, 100, 100),
+          { 2500, 27500, 17500, 25000 } },
+        { shapes::rectangle(0, 0, 1e8, 10), shapes::rectangle(10, 2, 5, 5), { 25, 1e9, 1e9 - 25, 1e9 - 25 } },
+        { "M 0 0 L 1e9 0 L 0 100 Z",
+          shapes::rectangle(0, 0, 100, 100),
+          { 9999.9995, 5e10 + 0.0005, 5e10 - 9999.9995, 5e10 - 9999.999 } },
+        // Too small for the search for crossings, and for any snapping.
+        { "M 0 0 L 1e13 0 L 0 100 Z", shapes::rectangle(0, 0, 100, 100), {} },
+        { shapes::rectangle(0, 0, 1e8, 1e-4), shapes::rectangle(10, -1, 10, 2), {} },
+    };
+    for (const auto &row : rows) {
+        const XPathPtr a = read(row.a);
+        const XPathPtr b = read(row.b);
+        for (int op = 1; op <= 4; ++op) {
+            const Answer answer(a, b, op);
+            const double area = row.areas[op - 1];
+            EXPECT_EQ(answer.isDoubtful(), area == 0) << row.a << ", operation " << op;
+            if (area != 0) {
+                EXPECT_NEAR(areaOf(*answer.path), area, 1e-6 * area) << row.a << ", operation " << op;
+            }
+        }
+    }
+    const XPathPtr wide = read(rows[3].a);
+    const XPathPtr small = read(rows[3].b);
+    vxBooleanReport report;
+    const XPathPtr united(XPath::uniteAll({ wide.get(), small.get() }, report));
+    EXPECT_EQ(report.verdict, vxBooleanReport::Doubtful);
+}
+
 TEST(UnitingAll, gives_the_area_of_uniting_in_turn)
 {
     shapes::Random random(5);
@@ -347,5 +383,8 @@ TEST(UnitingAll, gives_the_area_of_uniting_in_turn)
     const QList<XPath *> nothing = { nullptr, &empty, line.get() };
     EXPECT_EQ(text(*XPathPtr(XPath::uniteAll(nothing + paths + nothing, report))), text(*atOnce));
     EXPECT_EQ(report.verdict, vxBooleanReport::Audited);
-    EXPECT_TRUE(XPathPtr(XPath::uniteAll(nothing))->children.isEmpty());
+    EXPECT_EQ(areaOf(*XPathPtr(XPath::uniteAll(nothing))), 0);
+    const XPathPtr open = read("M 0 0 L 10 0 L 10 10 L 0 10"); // as painter paths have rectangles
+    const XPathPtr inside = read("M 2 2 L 4 2 L 4 4 L 2 4 Z");
+    EXPECT_NEAR(areaOf(*XPathPtr(XPath::uniteAll({ open.get(), inside.get() }))), 100, 1e-9);
 }

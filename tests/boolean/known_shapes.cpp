@@ -244,7 +244,7 @@ TEST(KnownShapes, bear_no_mark_of_how_they_were_made)
             }
         }
         // A walk of the result finds it untrodden.
-        QList<vxSegment *> segments;
+        QList<vxSegment *> segments{ nullptr };
         for (const vxPath *contour : result->children)
             segments += contour->getSegments();
         const QVector<vxPath *> walked = XPath::tracePaths(segments, 0);
