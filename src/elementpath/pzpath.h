@@ -133,7 +133,11 @@ public:
 
     // --- painter paths: pzpath_painterpath.cpp ---
 
-    /** Appends pp's elements (this path is not cleared) and returns their number. */
+    /**
+     * Appends pp's elements (this path is not cleared) and returns their number. Painter paths close nothing
+     * by an element: contours stay open until a close element is put after them, and a lone open one counts
+     * as a line in booleans. The fill rule is not taken over.
+     */
     int fromPainterPath(const QPainterPath &pp);
     /** Replaces pp by this path. */
     void toPainterPath(QPainterPath &pp) const;
@@ -172,12 +176,15 @@ public:
     // --- bridge to the engine: pzpath_bridge.cpp ---
 
     /**
-     * Cleans this path up and replaces xpath's children by its subpaths from element startIndex (clamped) on.
+     * Cleans this path up and replaces xpath's children by its subpaths from element startIndex (clamped) on,
+     * with the engine's directions. Of a closed one, a last vertex within mergeExtent of the first becomes
+     * one with it.
      */
     void toXPath(XPath &xpath, int startIndex = 0);
     /**
-     * Appends xpath's children [first, last) (last -1: all); this path is not cleared. Children of fewer than
-     * two vertices are left out.
+     * Appends xpath's children [first, last) (last -1: all); this path is not cleared. Lines are drawn as
+     * lineTo() draws them, so vertices within mergeExtent of the last one vanish; children of fewer than two
+     * vertices are left out.
      */
     void fromXPath(const XPath &xpath, int first = 0, int last = -1);
 
@@ -187,7 +194,8 @@ public:
     void unite(PZPath &other);
     void intersect(PZPath &other);
     void subtract(PZPath &other);
-    // The same, saying how far the result can be trusted.
+    // The same, saying how far the engine's result can be trusted, before it is written back with vertices
+    // merged; plain where there was no answer.
     void unite(PZPath &other, vxBooleanReport &report);
     void intersect(PZPath &other, vxBooleanReport &report);
     void subtract(PZPath &other, vxBooleanReport &report);
@@ -210,7 +218,8 @@ public:
      * nothing; without a start cut nothing is done. True when the path was changed.
      */
     bool splitAt(double startCut, double endCut);
-    /** The points where the outlines pass through each other. */
+    /** The points where the outlines cross, and the ends of stretches that they share; some may come twice.
+     */
     QVector<QPointF> crossPoints(PZPath &other);
     /** The first crossing point; (0, 0) when there is none. */
     QPointF bestCrossPoint(PZPath &other);
@@ -248,18 +257,20 @@ public:
     /**
      * Rounds corners by a distance measured along the whole path, over vertices that are nearer
      * (pzpath_round.cpp). Nothing more is rounded on a closed subpath where less than twice the distance is
-     * left around a corner.
+     * left around a corner. Above half of the shortest edge shapes become distorted.
      */
     void setCornerRound(double distance);
     /**
-     * Rounds corners by whole units, at most half of each edge that meets there (pzpath_round2.cpp). A cubic
+     * Rounds corners by whole units (distance is truncated), at most half of each edge that meets there
+     * (pzpath_round2.cpp); where that comes to nothing, arcs have no size. A cubic
      * rounded at both ends keeps the control points of its part before the second cut, although it starts at
      * the first: it bulges back, up to a spike where both cuts coincide.
      */
     void setCornerRound2(double distance);
     /**
      * Trims every open subpath by lengths along the path and records the untrimmed tips in the head fields; a
-     * length that is not positive skips its end. True when an end was found to trim (pzpath_heads.cpp).
+     * length that is not positive skips its end, and a subpath of which nothing would be left goes. True when
+     * an end was found to trim (pzpath_heads.cpp).
      */
     bool setLineHead(double startLen, double endLen);
     /**

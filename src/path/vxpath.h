@@ -215,14 +215,18 @@ public:
      */
     QList<vxMono *> getMonoCurves() const;
     void clearMonos() const;
-    /** Whether point lies in the filled area; false on or outside the bounds. */
+    /** Whether point lies in the filled area; false on or outside the bounds, either on the outline within.
+     */
     bool contains(const vxPoint &point, const vxStyle &style) const;
     /** A point inside the filled area where there is one; the centre of the bounds when none is found. */
     vxPoint getInteriorPoint(bool evenOdd) const;
 
     // --- flattening and smoothing: src/measure/ (vxpath_flatten.cpp, vxpath_smooth.cpp) ---
 
-    /** Replaces the curves by straight segments within flatness path units (at most 256 pieces a curve). */
+    /**
+     * Replaces the curves by straight segments within flatness path units, a positive number (at most 256
+     * pieces a curve).
+     */
     void flatten(double flatness);
     /**
      * Sets the handles of the segments from to to (negative: from the end on a closed path; to -1: the last)
