@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 #include <limits>
 #include <utility>
 
@@ -141,18 +140,24 @@ double Arrangement::thickness(const ArrangedContour &contour) const
     return std::fabs(area) / (box.maxX - box.minX + box.maxY - box.minY);
 }
 
-/** Cuts the curves at unbalanced nodes in more places; false when there is no other way to look for some. */
+/**
+ * Cuts the curves at unbalanced nodes in more places; false when there is no other way to look for some.
+ * Nodes come first, since that only tells a curve of places that are known, and last for those that were
+ * found since.
+ */
 bool Arrangement::lookAgain(size_t look)
 {
-    using Look = void (Arrangement::*)(const std::vector<char> &);
-    // Nodes come first, since that only tells a curve of places that are known, and last for those that were
-    // found since.
-    constexpr Look looks[] = { &Arrangement::meetNodes, &Arrangement::meetThoroughly,
-                               &Arrangement::meetNodes };
-    if (look >= std::size(looks))
+    switch (look) {
+    case 0:
+    case 2:
+        meetNodes(curvesAtUnbalancedNodes());
+        return true;
+    case 1:
+        meetThoroughly(curvesAtUnbalancedNodes());
+        return true;
+    default:
         return false;
-    (this->*looks[look])(curvesAtUnbalancedNodes());
-    return true;
+    }
 }
 
 bool Arrangement::attempt(Operation operation, double snapping)
