@@ -31,9 +31,13 @@ constexpr size_t mostEdgesSetAside = size_t(1) << 16;
  */
 constexpr double refinedFraction = 1e-6;
 /** Path units: contours that are thinner, on average, may be lost. */
-constexpr double leastThickness = 5e-5;
+constexpr double negligibleThickness = 5e-5;
 /** Snapping distances: a contour that is thicker, on average, keeps its shape. */
 constexpr double resolvedThickness = 8;
+/** Path units: ends may be joined within this distance without harm. */
+constexpr double fineSnapping = 1e-3;
+/** Snapping distances: a contour that is thicker loses nothing that shows. */
+constexpr double fineThickness = 1000;
 
 } // namespace
 
@@ -117,12 +121,22 @@ void Arrangement::refine(Operation operation, double movable)
 
 bool Arrangement::resolvesContours(double snapping) const
 {
-    const double resolved = resolvedThickness * snapping;
-    const double least = leastThickness * m_frame.scale;
-    return resolved <= least ||
+    return areThicker(resolvedThickness * snapping);
+}
+
+bool Arrangement::isFine() const
+{
+    return snapping() <= fineSnapping || areThicker(fineThickness * m_snapping);
+}
+
+/** Whether no contour is thinner than so many units of the frame, but for those that may be lost. */
+bool Arrangement::areThicker(double least) const
+{
+    const double negligible = negligibleThickness * m_frame.scale;
+    return least <= negligible ||
            std::all_of(m_contours.begin(), m_contours.end(), [&](const ArrangedContour &contour) {
                const double across = thickness(contour);
-               return !(across >= least && across < resolved);
+               return !(across >= negligible && across < least);
            });
 }
 

@@ -226,6 +226,11 @@ public:
      * in the balance of nodes nor, in a wide drawing, in the area that it moved.
      */
     bool resolvesContours() const { return resolvesContours(m_snapping); }
+    /**
+     * Whether the outlines are as fine as the engine's: ends joined within a thousandth of a unit, or within
+     * a thousandth of the thickness of every contour.
+     */
+    bool isFine() const;
 
     const Selection &selection() const { return m_selection; }
     /** Per node: kept stretches that leave it less those that enter it. A node is balanced at 0. */
@@ -305,6 +310,7 @@ private:
     void setSubdivisionAside();
     bool attempt(Operation operation, double snapping);
     bool resolvesContours(double snapping) const;
+    bool areThicker(double least) const;
     double thickness(const ArrangedContour &contour) const;
     bool lookAgain(size_t look);
     bool isFilled(Operation operation, const Fill &fill) const;

@@ -89,7 +89,7 @@ public:
             return { contours, true };
         }
         // Balanced, but joined over distances that show: that may be as wrong as what it would replace.
-        if (!m_arrangement.resolvesContours() || !movedAtMost(doubtfulMargin)) {
+        if (!m_arrangement.resolvesContours() || !m_arrangement.isFine() || !movedAtMost(doubtfulMargin)) {
             m_report.verdict = vxBooleanReport::Doubtful;
             return { contours, false };
         }

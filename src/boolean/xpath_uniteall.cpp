@@ -50,7 +50,7 @@ XPath *XPath::uniteAll(const QList<XPath *> &paths, vxBooleanReport &report)
         operands.append(path);
     }
     vx::Arrangement arrangement(operands);
-    if (!arrangement.solve(vx::Operation::Unite) || !arrangement.resolvesContours())
+    if (!arrangement.solve(vx::Operation::Unite) || !arrangement.isFine())
         return uniteInTurn(areas, report);
     report.verdict = vxBooleanReport::Audited;
     report.predictedArea = arrangement.selection().area;
