@@ -9,8 +9,8 @@
 #include "vxtracing_p.h"
 
 #include <algorithm>
-#include <iterator>
 #include <cmath>
+#include <iterator>
 #include <vector>
 
 namespace {
