@@ -81,8 +81,8 @@ bool Arrangement::solve(Operation operation)
         for (double snapping : snappingDistances) {
             if (attempt(operation, snapping))
                 return true;
-            if (m_selection.oddNodes < fewestUnbalanced) {
-                fewestUnbalanced = m_selection.oddNodes;
+            if (m_selection.unbalancedNodes < fewestUnbalanced) {
+                fewestUnbalanced = m_selection.unbalancedNodes;
                 best = snapping;
             }
         }
@@ -111,7 +111,7 @@ void Arrangement::refine(Operation operation, double movable)
             attempt(operation, firstBalanced);
             return;
         }
-        if (m_selection.oddNodes == 0 || !lookAgain(look))
+        if (m_selection.unbalancedNodes == 0 || !lookAgain(look))
             break;
     }
     m_cuts = cuts;
@@ -140,7 +140,7 @@ bool Arrangement::areThicker(double least) const
            });
 }
 
-/** Area of a contour by width and height of its hull, in units of the frame; NaN for a single point. */
+/** Area of a contour over width plus height of its hull, in units of the frame; NaN for a single point. */
 double Arrangement::thickness(const ArrangedContour &contour) const
 {
     const vxPoint start = m_curves[size_t(contour.firstCurve)].inFrame.values.p0();
@@ -182,7 +182,7 @@ bool Arrangement::attempt(Operation operation, double snapping)
     if (!takeSides())
         findSides();
     select(operation);
-    return m_selection.oddNodes == 0;
+    return m_selection.unbalancedNodes == 0;
 }
 
 void Arrangement::setSubdivisionAside()
@@ -238,7 +238,7 @@ void Arrangement::select(Operation operation)
         const Fill &inside = insideRight ? edge.right : edge.left;
         signedArea += operation == Operation::Exclude && !inside.first ? -part : part;
     }
-    m_selection.oddNodes = countUnbalancedNodes();
+    m_selection.unbalancedNodes = countUnbalancedNodes();
     m_selection.area = area / m_frame.scale / m_frame.scale;
     m_selection.signedArea = signedArea / m_frame.scale / m_frame.scale;
 }

@@ -199,10 +199,10 @@ using Contour = std::vector<Step>;
 
 /** What is known of an operation's result before it is traced. */
 struct Selection {
-    std::vector<Step> kept; ///< each with the inside on its right
-    int oddNodes = 0;       ///< that are not balanced, see Arrangement::nodeBalances()
-    double area = 0;        ///< in the operands' units
-    double signedArea = 0;  ///< the same, but the second operand's part of an exclusion negative
+    std::vector<Step> kept;  ///< each with the inside on its right
+    int unbalancedNodes = 0; ///< see Arrangement::nodeBalances()
+    double area = 0;         ///< in the operands' units
+    double signedArea = 0;   ///< the same, but the second operand's part of an exclusion negative
 };
 
 class Arrangement

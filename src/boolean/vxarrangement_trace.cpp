@@ -16,8 +16,7 @@ namespace {
 constexpr double straightFraction = 1e-12;
 /** Of the same square: a hair of more area stays. */
 constexpr double hairFraction = 1e-10;
-/** Snapping distances: what is thicker is no hair, though its area is lost in the rounding of a far origin's.
- */
+/** Snapping distances: what is thicker is no hair, though about a far origin rounding hides its area. */
 constexpr double hairThickness = 8;
 
 } // namespace

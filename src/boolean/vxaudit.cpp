@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <optional>
 #include <vector>
 
@@ -76,7 +75,7 @@ public:
     bool solve()
     {
         const bool solved = m_arrangement.solve(m_operation);
-        m_report.oddNodes = m_arrangement.selection().oddNodes;
+        m_report.oddNodes = m_arrangement.selection().unbalancedNodes;
         reportSolution();
         return solved;
     }
@@ -164,7 +163,6 @@ AuditedContours audit(const QVector<const XPath *> &operands, Operation operatio
 {
     report = vxBooleanReport();
     report.limitHit = notes.limitHit;
-    report.predictedArea = std::numeric_limits<double>::quiet_NaN();
     const bool isSure = mode == AuditMode::WhereDoubtful && !notes.anyDoubt();
     if (isSure && !notes.settled)
         return { traced, false };

@@ -237,17 +237,17 @@ int CornerRounder::roundCorner(int corner)
 {
     const Reach back = reach(corner, false, none);
     const int backLimit = back.end == Reach::OnCurve ? back.to : none;
-    const Reach unbarred = reach(corner, true, backLimit);
+    const Reach ahead = reach(corner, true, backLimit);
     // Less than twice the distance is left of a closed contour.
-    if (back.end == Reach::Blocked || unbarred.end == Reach::Blocked || passEachOther(back, unbarred))
+    if (back.end == Reach::Blocked || ahead.end == Reach::Blocked || passEachOther(back, ahead))
         return none;
     const Cut before = cut(back, false);
     if (before.vertex == corner) // the distance is lost in the length of the edge
         return m_ring.isLast(corner) ? none : m_ring.next(corner);
-    const Reach ahead = reach(corner, true, before.vertex);
-    if (ahead.end == Reach::Blocked)
+    const Reach upToCut = reach(corner, true, before.vertex);
+    if (upToCut.end == Reach::Blocked)
         return none;
-    const Cut after = cut(ahead, true);
+    const Cut after = cut(upToCut, true);
     if (after.vertex == before.vertex || after.vertex == corner)
         return none;
     m_ring.removeBetween(before.vertex, corner);
@@ -259,7 +259,7 @@ int CornerRounder::roundCorner(int corner)
     n1.handleOut = handle(before, n1.handleOut, n1.point, s);
     n2.handleIn = handle(after, n2.handleIn, n2.point, s);
     m_ring.remove(corner);
-    return ahead.wrapped || m_ring.isLast(after.vertex) ? none : m_ring.next(after.vertex);
+    return upToCut.wrapped || m_ring.isLast(after.vertex) ? none : m_ring.next(after.vertex);
 }
 
 void CornerRounder::run()
