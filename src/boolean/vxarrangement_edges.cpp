@@ -19,12 +19,6 @@ constexpr double togetherFraction = 0.01;
 constexpr double alikeDistance = 1e-9;
 static_assert(togetherFactor * leastSnapping > 10 * alikeDistance, "far within the reach of any snapping");
 
-bool isWithin(const Box &box, const vxPoint &p, double slack)
-{
-    return p.x >= box.minX - slack && p.x <= box.maxX + slack && p.y >= box.minY - slack &&
-           p.y <= box.maxY + slack;
-}
-
 /**
  * How near a stretch must keep to another to run with it. Its length matters for short ones alone: computed,
  * too, it is no less than the chord, since positive weights that are exact for B' make it so.
@@ -102,7 +96,7 @@ bool runTogether(const Edge &a, const Edge &b, double snapping, bool exactly, Ar
     const vxPoint places[] = { placeAt(a.inFrame, 0.25), placeAt(a.inFrame, 0.5), placeAt(a.inFrame, 0.75) };
     const Box box = hullBox(b.inFrame);
     for (const vxPoint &place : places) {
-        if (!isWithin(box, place, togetherFactor * snapping + closeDistance))
+        if (!holds(box, place, togetherFactor * snapping + closeDistance))
             return false;
     }
     const double reach = reachOf(a.inFrame, snapping);

@@ -106,9 +106,7 @@ bool runAcross(const PreparedCurve &line1, const PreparedCurve &line2)
 /** Whether snapping may bring a point, which is no end of it, onto a curve: a quick look at its box. */
 bool mayComeToLieOn(const PreparedCurve &c, const vxPoint &p)
 {
-    return p != c.values.p0() && p != c.values.p3() && p.x >= c.box.minX - farthestSnapping &&
-           p.x <= c.box.maxX + farthestSnapping && p.y >= c.box.minY - farthestSnapping &&
-           p.y <= c.box.maxY + farthestSnapping;
+    return p != c.values.p0() && p != c.values.p3() && holds(c.box, p, farthestSnapping);
 }
 
 bool isFinite(const std::vector<Cubic> &outline)

@@ -60,7 +60,7 @@ BooleanRun::BooleanRun(XPath *path1, XPath *path2, int op, RunNotes &notes)
 
 BooleanRun::~BooleanRun() = default;
 
-QVector<vxPath *> BooleanRun::trace(Placement placement)
+QVector<vxPath *> BooleanRun::run(Placement placement)
 {
     QVector<vxPath *> whole;
     if (takeWhole(placement, whole))

@@ -38,7 +38,7 @@ public:
     BooleanRun &operator=(const BooleanRun &) = delete;
 
     /** The result's contours (count 0, the caller's), as they are walked; placement is of the operands. */
-    QVector<vxPath *> trace(Placement placement);
+    QVector<vxPath *> run(Placement placement);
 
 private:
     // preparing

@@ -315,10 +315,9 @@ bool meetOnlyAt(const Cubic &c1, const Cubic &c2, const std::vector<vxPoint> &pl
 {
     // Of a thousand: what two curves enclose within this of a place where they meet is nothing.
     constexpr double beside = 1e-2;
-    const Box box1 = hullBox(c1);
-    const Box box2 = hullBox(c2);
-    const Frame frame = Frame::around({ std::min(box1.minX, box2.minX), std::min(box1.minY, box2.minY),
-                                        std::max(box1.maxX, box2.maxX), std::max(box1.maxY, box2.maxY) });
+    Box box = hullBox(c1);
+    extend(box, hullBox(c2));
+    const Frame frame = Frame::around(box);
     const Cubic first = frame.toFrame(c1);
     const Cubic second = frame.toFrame(c2);
     const Box firstBox = hullBox(first);

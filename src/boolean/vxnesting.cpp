@@ -1,7 +1,6 @@
 #include "vxnesting_p.h"
 
 #include "vxfilledregion_p.h"
-#include "vxlargestof_p.h"
 #include "vxmonopieces_p.h"
 #include "vxorderedboxes_p.h"
 #include "vxoutline_p.h"

@@ -2,7 +2,6 @@
 
 #include "vxcurvelocation.h"
 #include "vxintersect_p.h"
-#include "vxlargestof_p.h"
 #include "vxorderedboxes_p.h"
 #include "vxref_p.h"
 #include "vxtolerance.h"

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "vxcubic_p.h"
-#include "vxlargestof_p.h"
 #include "vxmono.h"
 #include "vxtolerance.h"
 

@@ -131,7 +131,7 @@ public:
     {
         const Box &box = m_boxes[size_t(link)];
         const auto count = [](int, bool) {};
-        return holds(widened(box, boxMargin), start) &&
+        return holds(box, start, boxMargin) &&
                !lookAt(m_links[size_t(link)].edge, box, fromEdge, t, along(start), across(start), count);
     }
 
@@ -144,11 +144,6 @@ private:
         /** Range of the edge's control points in the other coordinate. */
         double least, greatest;
     };
-
-    static bool holds(const Box &box, const vxPoint &p)
-    {
-        return p.x >= box.minX && p.x <= box.maxX && p.y >= box.minY && p.y <= box.maxY;
-    }
 
     static double along(const vxPoint &p) { return Axis == 1 ? p.y : p.x; }
     static double across(const vxPoint &p) { return Axis == 1 ? p.x : p.y; }

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "vxboxtree_p.h"
+#include "vxpair_p.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 #include <memory>
 #include <vector>
 
@@ -62,7 +61,7 @@ public:
             return contours.size() <= scanned;
         }
         for (int i = 0; i < m_rootCount; ++i) {
-            if (areClose(m_runs[size_t(i)].box, box, slack))
+            if (comeWithin(m_runs[size_t(i)].box, box, slack))
                 contours.push_back(i);
         }
         return true;
@@ -118,17 +117,17 @@ public:
             near.clear();
             walk(
                 contours,
-                [&](const Run &other) { return other.last > run.first && areClose(other.box, reach); },
+                [&](const Run &other) { return other.last > run.first && !areApart(other.box, reach); },
                 [&](int piece) {
-                    if (piece > run.first && areClose(m_boxes[size_t(piece)], reach))
+                    if (piece > run.first && !areApart(m_boxes[size_t(piece)], reach))
                         near.push_back(piece);
                 });
             for (int i = run.first; i <= run.last; ++i) {
                 const Box box = m_boxes[size_t(i)];
                 const Box wide = widened(box, 2 * slack);
                 for (int j : near) {
-                    if (j > i && areClose(wide, m_boxes[size_t(j)]) &&
-                        areClose(box, m_boxes[size_t(j)], slack))
+                    if (j > i && !areApart(wide, m_boxes[size_t(j)]) &&
+                        comeWithin(box, m_boxes[size_t(j)], slack))
                         visit(i, j);
                 }
             }
@@ -141,23 +140,13 @@ private:
     /** Parts that a run is split into, and pieces of a run that is not split. */
     static constexpr int fanOut = 4;
 
-    static bool areClose(const Box &a, const Box &b)
-    {
-        return !(b.maxX < a.minX || a.maxX < b.minX || b.maxY < a.minY || a.maxY < b.minY);
-    }
-    static bool areClose(const Box &a, const Box &b, double slack)
-    {
-        return !(b.maxX + slack < a.minX || a.maxX + slack < b.minX || b.maxY + slack < a.minY ||
-                 a.maxY + slack < b.minY);
-    }
-
     void split(int index)
     {
         const Run run = m_runs[size_t(index)];
         Box box = emptyBox;
         if (run.last - run.first < fanOut) {
             for (int i = run.first; i <= run.last; ++i)
-                include(box, m_boxes[size_t(i)]);
+                extendToAllByNaN(box, m_boxes[size_t(i)]);
             m_runs[size_t(index)].box = box;
             return;
         }
@@ -170,19 +159,9 @@ private:
         const int childCount = int(m_runs.size()) - child;
         for (int i = child; i < child + childCount; ++i) {
             split(i);
-            include(box, m_runs[size_t(i)].box);
+            extendToAllByNaN(box, m_runs[size_t(i)].box);
         }
         m_runs[size_t(index)] = { box, run.first, run.last, child, childCount };
-    }
-
-    static void include(Box &box, const Box &other)
-    {
-        constexpr double infinite = std::numeric_limits<double>::infinity();
-        if (std::isnan(other.minX + other.minY + other.maxX + other.maxY)) {
-            box = { -infinite, -infinite, infinite, infinite };
-            return;
-        }
-        extend(box, other);
     }
 
     const std::vector<Box> &m_boxes;

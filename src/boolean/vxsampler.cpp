@@ -22,12 +22,6 @@ namespace {
 /** Sine of the angle to the level below which a crossing's place on it is lost to rounding. */
 constexpr double grazingRise = 1e-3;
 
-bool boxHolds(const Box &box, const vxPoint &p)
-{
-    return p.x >= box.minX - closeDistance && p.x <= box.maxX + closeDistance &&
-           p.y >= box.minY - closeDistance && p.y <= box.maxY + closeDistance;
-}
-
 /** Path units; the ray from a sample this near to a vertex may meet the other curve of the vertex. */
 constexpr double besideVertex = 1e-3;
 
@@ -55,7 +49,7 @@ bool passesThrough(const Cubic &c, const vxPoint &p, double largest)
 {
     // Farther off across the chord than any rounding of timeOf() reaches.
     const double slack = 2 * closeDistance + 1e-12 * largest;
-    return !isFarFromChord(c, p, slack) && timeOf(c, p) != noTime && boxHolds(pulledBox(c), p);
+    return !isFarFromChord(c, p, slack) && timeOf(c, p) != noTime && holds(pulledBox(c), p, closeDistance);
 }
 
 } // namespace

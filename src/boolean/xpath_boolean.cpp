@@ -96,7 +96,7 @@ QVector<vxPath *> contoursOf(XPath *path1, const vxRect &box1, XPath *path2, con
     if (isEmpty(path1) || isEmpty(path2))
         return contoursWithEmpty(path1, path2, op, notes);
     if (path1 == path2 || !vx::areClosed(*path1))
-        return vx::BooleanRun(path1, path2, op, notes).trace(Placement::Unknown);
+        return vx::BooleanRun(path1, path2, op, notes).run(Placement::Unknown);
     // Every outline would be found to run along its like.
     if (vx::areDrawnAlike(*path1, *path2))
         return op == vx::Intersect || op == vx::Unite ? sharedContours(path1, notes) : QVector<vxPath *>();
@@ -108,7 +108,7 @@ QVector<vxPath *> contoursOf(XPath *path1, const vxRect &box1, XPath *path2, con
         return op == vx::Subtract ? walkedContours(path1, notes) : QVector<vxPath *>();
     // Differences of shapes that lie so are plain by now, or both outlines are in the result.
     const Placement placement = op == vx::Subtract ? Placement::Unknown : vx::placementOf(first, second);
-    return vx::BooleanRun(path1, path2, op, notes).trace(placement);
+    return vx::BooleanRun(path1, path2, op, notes).run(placement);
 }
 
 } // namespace

@@ -4,22 +4,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace vx {
 
 namespace {
 
-constexpr double infinite = std::numeric_limits<double>::infinity();
-
-/** Written so that NaN reaches everything. */
-bool reach(const Box &a, const Box &b, double slack)
-{
-    return !(a.maxX + slack < b.minX || b.maxX + slack < a.minX || a.maxY + slack < b.minY ||
-             b.maxY + slack < a.minY);
-}
-
-/** A box widened by slack and by more than rounding: from what it is apart, reach() does not hold. */
+/** A box widened by slack and by more than rounding: from what it is apart, it does not come within slack. */
 Box widenedBeyondRounding(const Box &box, double slack)
 {
     const auto margin = [slack](double edge) { return slack + 1e-12 * (slack + std::fabs(edge)); };
@@ -30,14 +20,8 @@ Box widenedBeyondRounding(const Box &box, double slack)
 Box around(const Box *begin, const Box *end)
 {
     Box box = emptyBox;
-    for (const Box *b = begin; b != end; ++b) {
-        if (std::isnan(b->minX + b->minY + b->maxX + b->maxY))
-            return { -infinite, -infinite, infinite, infinite };
-        box.minX = std::min(box.minX, b->minX);
-        box.minY = std::min(box.minY, b->minY);
-        box.maxX = std::max(box.maxX, b->maxX);
-        box.maxY = std::max(box.maxY, b->maxY);
-    }
+    for (const Box *b = begin; b != end; ++b)
+        extendToAllByNaN(box, *b);
     return box;
 }
 
@@ -58,19 +42,15 @@ void halve(Middle *first, Middle *last, std::ptrdiff_t together)
 {
     if (last - first <= together)
         return;
-    double minX = infinite, minY = infinite, maxX = -infinite, maxY = -infinite;
-    for (const Middle *m = first; m != last; ++m) {
-        minX = std::min(minX, m->x);
-        minY = std::min(minY, m->y);
-        maxX = std::max(maxX, m->x);
-        maxY = std::max(maxY, m->y);
-    }
+    Box box = emptyBox;
+    for (const Middle *m = first; m != last; ++m)
+        extend(box, { m->x, m->y, m->x, m->y });
     // Parts begin at multiples of powers of 2, as the runs do that are put in one box.
     std::ptrdiff_t part = together;
     while (2 * part < last - first)
         part *= 2;
     Middle *const middle = first + part;
-    if (maxX - minX >= maxY - minY)
+    if (box.maxX - box.minX >= box.maxY - box.minY)
         std::nth_element(first, middle, last, [](const Middle &a, const Middle &b) { return a.x < b.x; });
     else
         std::nth_element(first, middle, last, [](const Middle &a, const Middle &b) { return a.y < b.y; });
@@ -144,7 +124,7 @@ private:
 
     void take(const Box &box, int i)
     {
-        if (reach(box, m_box, m_slack))
+        if (comeWithin(box, m_box, m_slack))
             m_found.push_back(m_tree.m_items[size_t(i)]);
     }
 

@@ -1,9 +1,7 @@
 #pragma once
 
+#include "vxbox_p.h"
 #include "vxpoint.h"
-
-#include <algorithm>
-#include <limits>
 
 class vxLine;
 
@@ -34,32 +32,6 @@ struct Cubic {
     static Cubic fromLine(const vxPoint &a, const vxPoint &b) { return fromPoints(a, a, b, b); }
     Cubic reversed() const { return { { v[6], v[7], v[4], v[5], v[2], v[3], v[0], v[1] } }; }
 };
-
-/** Axis-aligned box by its edges. */
-struct Box {
-    double minX, minY, maxX, maxY;
-};
-
-/** What a box is grown from: it holds nothing, and any box with numbers extends it. */
-inline constexpr Box emptyBox{ std::numeric_limits<double>::infinity(),
-                               std::numeric_limits<double>::infinity(),
-                               -std::numeric_limits<double>::infinity(),
-                               -std::numeric_limits<double>::infinity() };
-
-/** A box with its edges moved out by slack path units. */
-inline Box widened(const Box &box, double slack)
-{
-    return { box.minX - slack, box.minY - slack, box.maxX + slack, box.maxY + slack };
-}
-
-/** Extends a box by another; edges that are NaN change nothing. */
-inline void extend(Box &box, const Box &other)
-{
-    box.minX = std::min(box.minX, other.minX);
-    box.minY = std::min(box.minY, other.minY);
-    box.maxX = std::max(box.maxX, other.maxX);
-    box.maxY = std::max(box.maxY, other.maxY);
-}
 
 // --- evaluation, parts: vxcubic_evaluate.cpp ---
 

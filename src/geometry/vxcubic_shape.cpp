@@ -2,6 +2,7 @@
 #include "vxline.h"
 #include "vxnumeric_p.h"
 #include "vxpair_p.h"
+#include "vxturns_p.h"
 
 #include <algorithm>
 #include <cmath>
@@ -190,7 +191,7 @@ void vx::addBounds(double q0, double q1, double q2, double q3, double padding, d
     if (surelyHasNoExtremum(q0, q1, q2, q3))
         return;
     double roots[2];
-    const int count = solveQuadratic(3 * (q1 - q2) - q0 + q3, 2 * (q0 + q2) - 4 * q1, q1 - q0, roots, 0, 0);
+    const int count = turnTimes(q0, q1, q2, q3, roots, 0, 0);
     for (int i = 0; i < count; ++i) {
         const double t = roots[i];
         const double u = 1 - t;
