@@ -25,6 +25,14 @@ if(PZ_HAS_NO_INTERPOSITION)
     add_compile_options(-fno-semantic-interposition)
 endif()
 
+# Functions of one room run in the loops of another, and the linker can still inline them: a boolean takes 1 to 9 % less
+# time. Only where speed is what a build is for: linking takes a minute.
+include(CheckIPOSupported)
+check_ipo_supported(RESULT PZ_HAS_IPO OUTPUT PZ_IPO_OUTPUT LANGUAGES CXX)
+if(PZ_HAS_IPO AND NOT DEFINED CMAKE_INTERPROCEDURAL_OPTIMIZATION_RELEASE)
+    set(CMAKE_INTERPROCEDURAL_OPTIMIZATION_RELEASE ON)
+endif()
+
 # -DPZ_SANITIZE=ON: every finding ends the program. "undefined" contains neither float check: float-cast-overflow is
 # added, float-divide-by-zero stays off since several formulas divide by zero on purpose.
 option(PZ_SANITIZE "Build with AddressSanitizer, UndefinedBehaviorSanitizer and LeakSanitizer" OFF)
