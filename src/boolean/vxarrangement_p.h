@@ -222,8 +222,8 @@ public:
 
     /**
      * Whether the operands' contours are far thicker than the snapping distance, but for those that are
-     * thinner than a thousandth of a unit. Else snapping may have closed one of them up, which shows neither
-     * in the balance of nodes nor, in a wide drawing, in the area that it moved.
+     * thinner than 5e-5 units. Else snapping may have closed one of them up, which shows neither in the
+     * balance of nodes nor, in a wide drawing, in the area that it moved.
      */
     bool resolvesContours() const { return resolvesContours(m_snapping); }
     /**

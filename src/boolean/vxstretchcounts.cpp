@@ -91,21 +91,21 @@ public:
     {
         const QVector<vxPath *> &children = m_own.copy->children;
         return std::all_of(children.begin(), children.end(),
-                           [this](const vxPath *child) { return countContour(*child); });
+                           [this](const vxPath *child) { return classifyContour(*child); });
     }
 
 private:
-    bool countContour(const vxPath &contour)
+    bool classifyContour(const vxPath &contour)
     {
         const QList<vxSegment *> &segments = contour._segments();
         int first = 0;
         while (first < segments.size() && !segments.at(first)->intersection())
             ++first;
-        return first < segments.size() ? countFrom(first, segments) : countWhole(contour);
+        return first < segments.size() ? classifyFrom(first, segments) : classifyWhole(contour);
     }
 
     /** Around a contour, from a vertex at which it meets the other operand. */
-    bool countFrom(int first, const QList<vxSegment *> &segments)
+    bool classifyFrom(int first, const QList<vxSegment *> &segments)
     {
         Positions atFirst;
         if (!tellPositions(*segments.at(first), atFirst))
@@ -147,7 +147,7 @@ private:
     }
 
     /** A contour that meets nothing. */
-    bool countWhole(const vxPath &contour)
+    bool classifyWhole(const vxPath &contour)
     {
         const std::optional<bool> isInside =
             tellByPlaces(contour, [this](const vxPoint &p) { return m_otherRegion.holds(p); });

@@ -4,6 +4,7 @@
 #include "vxoperation_p.h"
 #include "vxoutline_p.h"
 
+#include <limits>
 #include <memory>
 
 namespace {
@@ -50,7 +51,10 @@ XPath *XPath::uniteAll(const QList<XPath *> &paths, vxBooleanReport &report)
         operands.append(path);
     }
     vx::Arrangement arrangement(operands);
-    if (!arrangement.solve(vx::Operation::Unite) || !arrangement.isFine())
+    const bool isSolved = arrangement.solve(vx::Operation::Unite);
+    if (isSolved && !arrangement.resolvesContours())
+        arrangement.refine(vx::Operation::Unite, std::numeric_limits<double>::infinity());
+    if (!isSolved || !arrangement.isFine() || !arrangement.resolvesContours())
         return uniteInTurn(areas, report);
     report.verdict = vxBooleanReport::Audited;
     report.predictedArea = arrangement.selection().area;

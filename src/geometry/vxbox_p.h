@@ -34,7 +34,7 @@ inline void extend(Box &box, const Box &other)
     box.maxY = std::max(box.maxY, other.maxY);
 }
 
-/** The same, but by one with an edge that is NaN to the whole plane. */
+/** The same, but one with an edge that is NaN extends it to the whole plane. */
 inline void extendToAllByNaN(Box &box, const Box &other)
 {
     constexpr double infinite = std::numeric_limits<double>::infinity();

@@ -350,6 +350,10 @@ TEST(Audit, keeps_what_is_small_in_a_wide_drawing_or_says_that_it_may_not)
     vxBooleanReport report;
     const XPathPtr united(XPath::uniteAll({ wide.get(), small.get() }, report));
     EXPECT_EQ(report.verdict, vxBooleanReport::Doubtful);
+    // Thinner than the snapping distance that is tried first.
+    const XPathPtr far = read(shapes::rectangle(0, 0, 100, 100) + shapes::rectangle(1e4, 0, 100, 100));
+    const XPathPtr thin = read(shapes::rectangle(300, 300, 2500, 2e-4));
+    EXPECT_NEAR(areaOf(*XPathPtr(XPath::uniteAll({ far.get(), thin.get() }))), 20000.5, 1e-6);
 }
 
 TEST(UnitingAll, gives_the_area_of_uniting_in_turn)
