@@ -38,6 +38,8 @@ constexpr double resolvedThickness = 8;
 constexpr double fineSnapping = 1e-3;
 /** Snapping distances: a contour that is thicker loses nothing that shows. */
 constexpr double fineThickness = 1000;
+/** Of the reference area: a result that snapping may have moved by more is as good as none. */
+constexpr double doubtfulMargin = 1e-6;
 
 } // namespace
 
@@ -92,7 +94,7 @@ bool Arrangement::solve(Operation operation)
     }
 }
 
-void Arrangement::refine(Operation operation, double movable)
+void Arrangement::refine(Operation operation)
 {
     const double coarse = m_snapping;
     const double area = m_selection.area;
@@ -103,7 +105,7 @@ void Arrangement::refine(Operation operation, double movable)
             if (snapping >= coarse || !resolvesContours(snapping) || !attempt(operation, snapping) ||
                 !(std::fabs(m_selection.area - area) <= refinedFraction * m_extent * m_extent))
                 continue;
-            if (movedAtMost(movable, operation))
+            if (isExact(operation))
                 return;
             firstBalanced = firstBalanced == 0 ? snapping : firstBalanced;
         }
@@ -124,6 +126,20 @@ bool Arrangement::resolvesContours(double snapping) const
     return areThicker(resolvedThickness * snapping);
 }
 
+bool Arrangement::isExact(Operation operation)
+{
+    return resolvesContours() && movedAtMost(areaMargin * m_referenceArea, operation);
+}
+
+bool Arrangement::isReliable(Operation operation)
+{
+    return resolvesContours() && isFine() && movedAtMost(doubtfulMargin * m_referenceArea, operation);
+}
+
+/**
+ * Whether the outlines are as fine as the engine's: ends joined within a thousandth of a unit, or within a
+ * thousandth of the thickness of every contour.
+ */
 bool Arrangement::isFine() const
 {
     return snapping() <= fineSnapping || areThicker(fineThickness * m_snapping);

@@ -215,10 +215,9 @@ public:
 
     /**
      * After solve(): the same with a fine snapping where that closes too, resolves the operands' contours and
-     * gives the same area but for what snapping moves; the first that moves the outlines by no more than an
-     * area in the operands' square units, or else the first.
+     * gives the same area but for what snapping moves; the first that is exact, or else the first.
      */
-    void refine(Operation operation, double movable);
+    void refine(Operation operation);
 
     /**
      * Whether the operands' contours are far thicker than the snapping distance, but for those that are
@@ -226,11 +225,12 @@ public:
      * balance of nodes nor, in a wide drawing, in the area that it moved.
      */
     bool resolvesContours() const { return resolvesContours(m_snapping); }
-    /**
-     * Whether the outlines are as fine as the engine's: ends joined within a thousandth of a unit, or within
-     * a thousandth of the thickness of every contour.
-     */
-    bool isFine() const;
+    /** Of referenceArea(): areas that agree within this are the same. */
+    static constexpr double areaMargin = 1e-9;
+    /** Whether contours are resolved, and snapping moved their area by no more than that. */
+    bool isExact(Operation operation);
+    /** Whether the result may stand without another to confirm it: resolved, fine, and hardly moved. */
+    bool isReliable(Operation operation);
 
     const Selection &selection() const { return m_selection; }
     /** Per node: kept stretches that leave it less those that enter it. A node is balanced at 0. */
@@ -310,6 +310,7 @@ private:
     void setSubdivisionAside();
     bool attempt(Operation operation, double snapping);
     bool resolvesContours(double snapping) const;
+    bool isFine() const;
     bool areThicker(double least) const;
     double thickness(const ArrangedContour &contour) const;
     bool lookAgain(size_t look);

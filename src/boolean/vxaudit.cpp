@@ -15,11 +15,6 @@ namespace vx {
 
 namespace {
 
-/** Of the area around the operands: areas that agree within this are the same. */
-constexpr double areaMargin = 1e-9;
-/** Of the same: an answer that snapping may have moved by more replaces nothing. */
-constexpr double doubtfulMargin = 1e-6;
-
 /** Area of the operands' common box. */
 double areaOfBox(const QVector<const XPath *> &operands)
 {
@@ -88,7 +83,7 @@ public:
             return { contours, true };
         }
         // Balanced, but joined over distances that show: that may be as wrong as what it would replace.
-        if (!m_arrangement.resolvesContours() || !m_arrangement.isFine() || !movedAtMost(doubtfulMargin)) {
+        if (!m_arrangement.isReliable(m_operation)) {
             m_report.verdict = vxBooleanReport::Doubtful;
             return { contours, false };
         }
@@ -103,9 +98,9 @@ private:
         const FramedOutline outline = outlineOf(contours, m_arrangement.frame());
         // Areas that snapping may have moved tell nothing of the engine's: two ways of drawing one shape
         // would be snapped differently, and each agree with its own.
-        if (m_arrangement.resolvesContours() && movedAtMost(areaMargin) && isTraced(contours, outline))
+        if (m_arrangement.isExact(m_operation) && isTraced(contours, outline))
             return true;
-        m_arrangement.refine(m_operation, areaMargin * m_arrangement.referenceArea());
+        m_arrangement.refine(m_operation);
         m_expected.reset();
         reportSolution();
         return m_arrangement.resolvesContours() && isTraced(contours, outline);
@@ -132,13 +127,7 @@ private:
     double areaMarginInFrame() const
     {
         const double scale = m_arrangement.frame().scale;
-        return areaMargin * m_arrangement.referenceArea() * scale * scale;
-    }
-
-    /** Whether snapping moved the outlines by no more than a part of the reference area. */
-    bool movedAtMost(double part)
-    {
-        return m_arrangement.movedAtMost(part * m_arrangement.referenceArea(), m_operation);
+        return Arrangement::areaMargin * m_arrangement.referenceArea() * scale * scale;
     }
 
     void reportSolution()
@@ -172,7 +161,7 @@ AuditedContours audit(const QVector<const XPath *> &operands, Operation operatio
     QVector<vxPath *> contours = traced;
     if (isSure) {
         contours = simplified(traced, moved);
-        if (moved == 0 || moved <= areaMargin * areaOfBox(operands))
+        if (moved == 0 || moved <= Arrangement::areaMargin * areaOfBox(operands))
             return { contours, true };
     }
     ArrangementAudit arrangement(operands, operation, notes, report);

@@ -4,7 +4,6 @@
 #include "vxoperation_p.h"
 #include "vxoutline_p.h"
 
-#include <limits>
 #include <memory>
 
 namespace {
@@ -52,9 +51,9 @@ XPath *XPath::uniteAll(const QList<XPath *> &paths, vxBooleanReport &report)
     }
     vx::Arrangement arrangement(operands);
     const bool isSolved = arrangement.solve(vx::Operation::Unite);
-    if (isSolved && !arrangement.resolvesContours())
-        arrangement.refine(vx::Operation::Unite, std::numeric_limits<double>::infinity());
-    if (!isSolved || !arrangement.isFine() || !arrangement.resolvesContours())
+    if (isSolved && !arrangement.isExact(vx::Operation::Unite))
+        arrangement.refine(vx::Operation::Unite);
+    if (!isSolved || !arrangement.isReliable(vx::Operation::Unite))
         return uniteInTurn(areas, report);
     report.verdict = vxBooleanReport::Audited;
     report.predictedArea = arrangement.selection().area;
